@@ -1,0 +1,56 @@
+#pragma once
+
+#include <VarnelShared/Result.h>
+
+#include <QByteArray>
+#include <QCoroTask>
+#include <QUrl>
+
+#include <chrono>
+#include <optional>
+#include <utility>
+#include <vector>
+
+namespace Varnel {
+
+/// One HTTP request. Header names fold case: setting a name again replaces its value and its spelling.
+struct HTTPRequest {
+    QByteArray method; ///< "GET" or "POST"
+    QUrl url;
+    std::vector<std::pair<QByteArray, QByteArray>> headers; ///< in the order of their first setting
+    std::optional<QByteArray> body;
+    std::chrono::milliseconds timeout{60000}; ///< the total time from sending to the last byte of the body
+
+    void setHeader(const QByteArray& name, const QByteArray& value);
+
+    /// The value set for the name in any case; empty when there is none.
+    QByteArray header(const QByteArray& name) const;
+};
+
+/// What came back, whatever its status.
+struct HTTPResponse {
+    std::optional<int> statusCode; ///< none when the reply was not an HTTP reply
+    std::vector<std::pair<QByteArray, QByteArray>> headers;
+    QByteArray body; ///< decoded, whole
+};
+
+/// Sends HTTP requests. A port; the contract of every implementation:
+/// - A reply with any status is a success, also one of 4xx, 5xx and of 3xx to another origin, which is never followed.
+/// - Fails with `URLError` alone: `timedOut` once `timeout` has passed in total, `networkConnectionLost` for a body
+///   that was cut short, `dataTooLarge` past the size limit, `badURL` for a header with control characters, which is
+///   never sent.
+/// - Blocks nothing; must outlive every task it gave out.
+class HTTPSession {
+public:
+    HTTPSession() = default;
+    HTTPSession(const HTTPSession&) = delete;
+    HTTPSession& operator=(const HTTPSession&) = delete;
+    virtual ~HTTPSession() = default;
+
+    virtual QCoro::Task<Result<HTTPResponse>> send(HTTPRequest request) = 0;
+
+    /// Forgets cookies and kept connections, so that nothing of one account reaches the next.
+    virtual void reset() = 0;
+};
+
+} // namespace Varnel

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <VarnelSEMS/PowerStation.h>
+#include <VarnelShared/JSON.h>
+
+#include <QStringList>
+
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+namespace Varnel {
+
+/// Finds power, energy, series, stations and envelope fields anywhere in a reply of the service, whose key names,
+/// units and nesting differ between its generations and regions. Stateless; only `extractInstantPowerKW` can fail.
+/// Keys match in normalised form: lower-cased, every "_" removed. Members are visited in document order.
+class SEMSJSONSearch {
+public:
+    /// The current power in kW as found, negative while the inverter draws power. Fails with
+    /// `SEMSAPIError::noInstantPower`.
+    static Result<double> extractInstantPowerKW(const JSON& root);
+
+    /// Today's energy in kWh, or none when no key matches.
+    static std::optional<double> extractTodayOutputKWh(const JSON& root);
+
+    /// Today's power curve in kW, one value per sample in time order and none below 0; none when no candidate has
+    /// two values or more.
+    static std::optional<std::vector<double>> extractTodayPowerSeriesKW(const JSON& root);
+
+    /// The first key of the list that exists anywhere and has a usable value; a key with "." is a path from the root.
+    static std::optional<QString> firstString(const JSON& root, const QStringList& keys);
+    static std::optional<std::int64_t> firstInt(const JSON& root, const QStringList& keys);
+    static std::optional<bool> firstBool(const JSON& root, const QStringList& keys);
+
+    /// A pointer into `root`, valid as long as it; null when there is none.
+    static const JSON* firstDictionary(const JSON& root, const QStringList& keys);
+
+    /// Every station of the reply in document order, the same id once.
+    static std::vector<PowerStation> extractStations(const JSON& root);
+};
+
+} // namespace Varnel

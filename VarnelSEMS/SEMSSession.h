@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QString>
+#include <QUrl>
+
+#include <cstdint>
+#include <optional>
+
+namespace Varnel {
+
+/// The two API families of the service.
+enum class SEMSAuthMode {
+    openAPI,      ///< the token API: paths below /api/v1/OpenApi/ or /api/OpenApi/
+    legacyPortal, ///< the older portal API: paths such as v2/Common/CrossLogin below a base that ends in /api/
+};
+
+/// A signed-in session. Made by sign-in alone and never changed; signing out means dropping it.
+struct SEMSSession {
+    SEMSAuthMode authMode = SEMSAuthMode::openAPI;
+    QString token;
+    std::optional<QString> uid;               ///< the portal's user id
+    std::optional<std::int64_t> timestamp;    ///< the portal's login time, as the portal counts it
+    QUrl apiBaseURL;                          ///< the base of every later call
+    std::optional<QString> legacyTokenHeader; ///< the ready value of the portal's "Token" header
+
+    bool operator==(const SEMSSession&) const = default;
+};
+
+} // namespace Varnel

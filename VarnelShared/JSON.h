@@ -1,0 +1,43 @@
+#pragma once
+
+#include <VarnelShared/Result.h>
+
+#include <nlohmann/json.hpp>
+
+#include <QByteArrayView>
+#include <QString>
+
+#include <optional>
+#include <string>
+
+namespace Varnel {
+
+/// A parsed JSON value whose objects keep the order of the document.
+using JSON = nlohmann::ordered_json;
+
+/// Why a text is not JSON. The description is the parser's own, without any piece of the text.
+struct JSONError {
+    QString description;
+
+    QString localizedDescription() const { return description; }
+    bool operator==(const JSONError&) const = default;
+};
+
+/// Arrays and objects nested deeper than this are a parse failure, so that a recursive walk of any parsed value is
+/// safe for the stack.
+constexpr int jsonNestingLimit = 512;
+
+/// Parses a whole UTF-8 text; a bare number, string, boolean or null is accepted. Fails with `JSONError`.
+Result<JSON> parseJSON(QByteArrayView text);
+
+/// The compact UTF-8 form, members in the value's own order, doubles in their shortest exact form.
+QByteArray serializedJSON(const JSON& value);
+
+/// The text of a JSON string; empty for any other value.
+QString textOf(const JSON& value);
+
+inline std::string toUtf8(const QString& text) {
+    return text.toStdString();
+}
+
+} // namespace Varnel

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <VarnelShared/Clock.h>
+#include <VarnelShared/Timers.h>
+
+#include <QPointer>
+
+#include <vector>
+
+namespace Varnel {
+
+class SystemTimer;
+
+/// Precise timers of the event loop. They run on the monotonic clock, which stands still while the machine sleeps;
+/// `fireOverdue` makes up for that. Lives on the main thread, and outlives none of its timers' owners by need:
+/// a timer keeps working when its factory is gone.
+class SystemTimers final : public TimerFactory {
+public:
+    /// `clock` tells the wall-clock time at which a timer is due; it must outlive this object.
+    explicit SystemTimers(const Clock& clock);
+    ~SystemTimers() override;
+
+    std::unique_ptr<OneShotTimer> schedule(Seconds delay, std::function<void()> fire) override;
+
+    /// Fires each pending timer whose due time has passed by the wall clock, and lets the others fire at their due
+    /// time again. To be called after the machine has slept.
+    void fireOverdue();
+
+private:
+    const Clock& m_clock;
+    std::vector<QPointer<SystemTimer>> m_pending;
+};
+
+} // namespace Varnel

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <QString>
+
+namespace Varnel {
+
+/// The text without Unicode white space and newlines at both ends. Accounts, station identifiers, base URLs and
+/// passwords are compared and stored in this form.
+inline QString trimmed(const QString& text) {
+    return text.trimmed();
+}
+
+} // namespace Varnel

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <VarnelShared/Timestamp.h>
+
+#include <functional>
+#include <memory>
+
+namespace Varnel {
+
+/// A pending one-shot timer. Destroying it invalidates it: it then never fires. It may be destroyed from within
+/// its own callback.
+class OneShotTimer {
+public:
+    OneShotTimer() = default;
+    OneShotTimer(const OneShotTimer&) = delete;
+    OneShotTimer& operator=(const OneShotTimer&) = delete;
+    virtual ~OneShotTimer() = default;
+};
+
+/// Makes one-shot timers. A port: tests turn time by hand.
+class TimerFactory {
+public:
+    TimerFactory() = default;
+    TimerFactory(const TimerFactory&) = delete;
+    TimerFactory& operator=(const TimerFactory&) = delete;
+    virtual ~TimerFactory() = default;
+
+    /// Calls `fire` once from the event loop after `delay`, at the earliest on the next turn of the loop.
+    virtual std::unique_ptr<OneShotTimer> schedule(Seconds delay, std::function<void()> fire) = 0;
+};
+
+} // namespace Varnel

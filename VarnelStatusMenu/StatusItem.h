@@ -1,0 +1,32 @@
+#pragma once
+
+#include <VarnelStatusMenu/StatusMenu.h>
+
+#include <functional>
+
+namespace Varnel {
+
+/// The application's one item in the desktop's status area. A port; every implementation
+/// - shows `title` in the panel in whatever form its host can (a label, a picture of the text, a window),
+/// - opens the menu on a left click, with the content of the last `setMenu`; a menu that is open when a new one is set
+///   stays as it is until it closes,
+/// - offers the text form of the menu on a right click where the host draws that menu,
+/// - calls the command handler on the main thread, once per choice.
+class StatusItem {
+public:
+    StatusItem() = default;
+    StatusItem(const StatusItem&) = delete;
+    StatusItem& operator=(const StatusItem&) = delete;
+    virtual ~StatusItem() = default;
+
+    virtual void setTitle(const QString& title) = 0;
+    virtual void setToolTip(const QString& toolTip) = 0;
+    virtual void setMenu(const StatusMenu& menu) = 0;
+    virtual void setCommandHandler(std::function<void(StatusMenuCommand)> handler) = 0;
+
+    /// Shows the menu's content in an ordinary window, brought to the front: for a click on a notification and for a
+    /// desktop without a status area. The window follows later `setMenu` calls.
+    virtual void showWindow() = 0;
+};
+
+} // namespace Varnel

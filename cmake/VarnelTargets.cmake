@@ -1,0 +1,51 @@
+# What every target of the project shares, and the two functions that declare a module and a test.
+
+find_package(Qt6 6.4 REQUIRED COMPONENTS Core Gui Widgets Network DBus Svg)
+find_package(QCoro6 0.8 REQUIRED COMPONENTS Core Network DBus)
+find_package(nlohmann_json 3.11 REQUIRED)
+find_package(tl-expected REQUIRED)
+find_package(PkgConfig REQUIRED)
+qcoro_enable_coroutines()
+
+add_library(varnel_options INTERFACE)
+target_include_directories(varnel_options INTERFACE ${PROJECT_SOURCE_DIR})
+target_compile_definitions(varnel_options INTERFACE
+    QT_NO_KEYWORDS QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_STRICT_ITERATORS
+    QT_DISABLE_DEPRECATED_BEFORE=0x060400)
+target_compile_options(varnel_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor
+    -Woverloaded-virtual -Wcast-qual -Wimplicit-fallthrough)
+if(VARNEL_WERROR)
+    target_compile_options(varnel_options INTERFACE -Werror)
+endif()
+if(VARNEL_SANITIZE)
+    set(sanitizers -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    target_compile_options(varnel_options INTERFACE ${sanitizers})
+    target_link_options(varnel_options INTERFACE ${sanitizers})
+endif()
+if(VARNEL_COVERAGE)
+    target_compile_options(varnel_options INTERFACE --coverage)
+    target_link_options(varnel_options INTERFACE --coverage)
+endif()
+
+# varnel_module(<name> SOURCES <files> [LINK <targets>]): one folder, one static library. What is linked here
+# is all the module may include: the arrows of docs/architecture.md are these lines.
+function(varnel_module name)
+    cmake_parse_arguments(arg "" "" "SOURCES;LINK" ${ARGN})
+    add_library(${name} STATIC ${arg_SOURCES})
+    target_link_libraries(${name} PUBLIC varnel_options ${arg_LINK})
+endfunction()
+
+# varnel_test(<name> [GUI] SOURCES <files> [LINK <targets>] [LABELS <labels>]): one GoogleTest binary, run without a
+# display; GUI gives it a QApplication. Its results do not hang on the machine's language or zone.
+function(varnel_test name)
+    cmake_parse_arguments(arg "GUI" "" "SOURCES;LINK;LABELS" ${ARGN})
+    add_executable(${name} ${arg_SOURCES})
+    set(main varnel_test_main)
+    if(arg_GUI)
+        set(main varnel_gui_test_main)
+    endif()
+    target_link_libraries(${name} PRIVATE varnel_options ${main} ${arg_LINK})
+    add_test(NAME ${name} COMMAND ${name})
+    set_tests_properties(${name} PROPERTIES TIMEOUT 300 LABELS "unit;${arg_LABELS}"
+        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;TZ=Europe/Berlin;QT_LOGGING_RULES=")
+endfunction()

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <VarnelShared/Clock.h>
+#include <VarnelShared/Timers.h>
+
+#include <QDateTime>
+
+#include <list>
+#include <vector>
+
+namespace Varnel::Testing {
+
+/// A clock and its timers, turned by hand. Each timer fires when `advance` passes its due time, in due order, with
+/// the event loop settled after each.
+class HandTurnedTime final : public Clock, public TimerFactory {
+public:
+    explicit HandTurnedTime(const QDateTime& start = QDateTime(QDate(2026, 6, 1), QTime(12, 0)));
+
+    Timestamp now() const override { return m_now; }
+    std::unique_ptr<OneShotTimer> schedule(Seconds delay, std::function<void()> fire) override;
+
+    /// Passes `duration` and fires what becomes due on the way.
+    void advance(Seconds duration);
+
+    /// Turns the clock without firing anything, as a machine does that sleeps or whose clock is set.
+    void jumpTo(Timestamp instant) { m_now = instant; }
+
+    /// Every delay that was asked for, in seconds, in order.
+    const std::vector<double>& scheduledDelays() const { return m_scheduledDelays; }
+
+    /// The number of timers that have neither fired nor been invalidated.
+    std::size_t pendingTimers() const { return m_entries.size(); }
+
+private:
+    struct Entry {
+        Timestamp due;
+        std::function<void()> fire;
+    };
+    class Timer;
+
+    Timestamp m_now;
+    std::vector<double> m_scheduledDelays;
+    std::list<Entry> m_entries;
+};
+
+} // namespace Varnel::Testing
