@@ -1,0 +1,83 @@
+#include <VarnelPolling/PowerPollingService.h>
+
+#include <VarnelShared/SystemTimers.h>
+#include <VarnelShared/Task.h>
+
+#include <algorithm>
+#include <utility>
+
+namespace Varnel {
+
+namespace {
+/// Also the delay of the first poll after a start.
+constexpr Seconds shortestDelay(0.1);
+/// The back-off stops growing at a factor of two to this power.
+constexpr int lastDoubling = 4;
+} // namespace
+
+PowerPollingService::PowerPollingService(Seconds pollInterval, FetchHandler fetchHandler, UpdateHandler updateHandler,
+                                         TimerFactory& timers)
+    : m_pollInterval(pollInterval)
+    , m_fetchHandler(std::move(fetchHandler))
+    , m_updateHandler(std::move(updateHandler))
+    , m_timers(timers) {}
+
+TimerFactory& PowerPollingService::systemTimers() {
+    static const SystemClock clock;
+    static SystemTimers timers(clock);
+    return timers;
+}
+
+void PowerPollingService::start() {
+    if (m_running) {
+        return;
+    }
+    m_running = true;
+    scheduleNextPoll(shortestDelay);
+}
+
+void PowerPollingService::stop() {
+    m_running = false;
+    m_timer.reset();
+    m_isPolling = false;
+    m_consecutiveFailures = 0;
+}
+
+void PowerPollingService::refreshNow() {
+    if (m_running) {
+        queuePoll(weak_from_this());
+    }
+}
+
+void PowerPollingService::scheduleNextPoll(Seconds delay) {
+    m_timer.reset();
+    if (m_running) {
+        m_timer =
+            m_timers.schedule(std::max(delay, shortestDelay), [service = weak_from_this()] { queuePoll(service); });
+    }
+}
+
+void PowerPollingService::queuePoll(std::weak_ptr<PowerPollingService> service) {
+    startTask("power poll", [service = std::move(service)] {
+        const auto self = service.lock();
+        return self ? pollOnce(self) : completedTask();
+    });
+}
+
+QCoro::Task<void> PowerPollingService::pollOnce(std::shared_ptr<PowerPollingService> self) {
+    if (!self->m_running || self->m_isPolling) {
+        co_return;
+    }
+    self->m_isPolling = true;
+    const Result<PowerReading> result = co_await self->m_fetchHandler();
+    self->m_consecutiveFailures = result ? 0 : self->m_consecutiveFailures + 1;
+    self->m_updateHandler(result);
+    self->scheduleNextPoll(self->delayAfterFailures());
+    self->m_isPolling = false;
+}
+
+Seconds PowerPollingService::delayAfterFailures() const {
+    return m_pollInterval * (1 << std::min(m_consecutiveFailures, lastDoubling));
+}
+
+} // namespace Varnel

@@ -1,0 +1,201 @@
+#include <VarnelPolling/PowerPollingService.h>
+
+#include <VarnelShared/URLError.h>
+
+#include "../Support/EventLoop.h"
+#include "../Support/HandTurnedTime.h"
+
+#include <gmock/gmock.h>
+
+#include <QCoroFuture>
+#include <QPromise>
+
+#include <deque>
+
+namespace Varnel {
+namespace {
+
+using testing::ElementsAre;
+using Outcome = Result<PowerReading>;
+
+QCoro::Task<Outcome> outcomeOf(QFuture<Outcome> future) {
+    co_return co_await future;
+}
+
+/// A service whose fetches stay open until the test completes them, the oldest first.
+class PowerPollingServiceTest : public testing::Test {
+protected:
+    std::shared_ptr<PowerPollingService> makeService(Seconds interval = Seconds(300)) {
+        return std::make_shared<PowerPollingService>(
+            interval, [this] { return fetch(); },
+            [this](const Outcome& outcome) {
+                updates.push_back(outcome ? outcome->kilowatts : -1);
+                onUpdate();
+            },
+            time);
+    }
+
+    QCoro::Task<Outcome> fetch() {
+        ++fetches;
+        m_open.emplace_back().start();
+        return outcomeOf(m_open.back().future());
+    }
+
+    void complete(const Outcome& outcome) {
+        ASSERT_FALSE(m_open.empty());
+        QPromise<Outcome> promise = std::move(m_open.front());
+        m_open.pop_front();
+        promise.addResult(outcome);
+        promise.finish();
+        Testing::settle();
+    }
+    void succeed(double kilowatts = 1) { complete(PowerReading{kilowatts, {}, QStringLiteral("station"), {}}); }
+    void fail() { complete(failure(URLError{URLError::Code::timedOut, QString()})); }
+
+    Testing::HandTurnedTime time;
+    int fetches = 0;
+    std::vector<double> updates; ///< the kilowatts of each reading, -1 for each error
+    std::function<void()> onUpdate = [] {};
+    std::shared_ptr<PowerPollingService> service = makeService();
+
+private:
+    std::deque<QPromise<Outcome>> m_open;
+};
+
+TEST_F(PowerPollingServiceTest, BacksOffToSixteenIntervalsAndRecovers) {
+    service->start();
+    time.advance(Seconds(0.1));
+    for (const double delay : {600, 1200, 2400, 4800, 4800}) {
+        fail();
+        const int before = fetches;
+        time.advance(Seconds(delay - 1));
+        EXPECT_EQ(fetches, before);
+        time.advance(Seconds(1));
+        EXPECT_EQ(fetches, before + 1);
+    }
+    succeed(2.5);
+    time.advance(Seconds(300));
+    fail();
+    EXPECT_THAT(time.scheduledDelays(), ElementsAre(0.1, 600, 1200, 2400, 4800, 4800, 300, 600));
+    EXPECT_THAT(updates, ElementsAre(-1, -1, -1, -1, -1, 2.5, -1));
+}
+
+TEST_F(PowerPollingServiceTest, ASecondStartSchedulesNothing) {
+    service->start();
+    service->start();
+    EXPECT_THAT(time.scheduledDelays(), ElementsAre(0.1));
+}
+
+TEST_F(PowerPollingServiceTest, DelaysBelowATenthOfASecondAreRaised) {
+    for (const double interval : {0.0, -5.0}) {
+        service = makeService(Seconds(interval));
+        service->start();
+        time.advance(Seconds(0.1));
+        succeed();
+    }
+    EXPECT_THAT(time.scheduledDelays(), ElementsAre(0.1, 0.1, 0.1, 0.1));
+}
+
+TEST_F(PowerPollingServiceTest, UpdatesBeforeTheNextTimerIsMade) {
+    std::size_t timersAtUpdate = 99;
+    onUpdate = [&] { timersAtUpdate = time.pendingTimers(); };
+    service->start();
+    time.advance(Seconds(0.1));
+    succeed();
+    EXPECT_EQ(timersAtUpdate, 0U);
+    EXPECT_EQ(time.pendingTimers(), 1U);
+}
+
+TEST_F(PowerPollingServiceTest, StopForgetsFailuresAndLetsTheFetchInFlightReport) {
+    service->start();
+    time.advance(Seconds(0.1));
+    fail();
+    time.advance(Seconds(600));
+    service->stop();
+    EXPECT_EQ(time.pendingTimers(), 0U);
+    succeed(7);
+    EXPECT_THAT(updates, ElementsAre(-1, 7));
+    EXPECT_EQ(time.pendingTimers(), 0U);
+    service->start();
+    time.advance(Seconds(0.1));
+    fail();
+    EXPECT_THAT(time.scheduledDelays(), ElementsAre(0.1, 600, 0.1, 600));
+}
+
+TEST_F(PowerPollingServiceTest, ARestartMayFetchBesideTheOneStillCompleting) {
+    service->start();
+    time.advance(Seconds(0.1));
+    service->stop();
+    service->start();
+    time.advance(Seconds(0.1));
+    EXPECT_EQ(fetches, 2);
+    succeed(1);
+    succeed(2);
+    EXPECT_THAT(updates, ElementsAre(1, 2));
+    EXPECT_EQ(time.pendingTimers(), 1U);
+}
+
+TEST_F(PowerPollingServiceTest, RefreshPollsOnlyWhileRunningAndNeverBesideAnother) {
+    service->refreshNow();
+    time.advance(Seconds(10));
+    EXPECT_EQ(fetches, 0);
+
+    service->start();
+    service->refreshNow();
+    EXPECT_EQ(fetches, 0) << "a refresh is queued, not run on the spot";
+    Testing::settle();
+    EXPECT_EQ(fetches, 1);
+    service->refreshNow();
+    time.advance(Seconds(1)); // the first timer fires meanwhile
+    EXPECT_EQ(fetches, 1) << "dropped, not queued";
+    succeed();
+    Testing::settle();
+    EXPECT_EQ(fetches, 1);
+
+    time.advance(Seconds(200));
+    service->refreshNow();
+    Testing::settle();
+    EXPECT_EQ(time.pendingTimers(), 1U) << "the pending timer stays until the refresh succeeds";
+    succeed();
+    time.advance(Seconds(299));
+    EXPECT_EQ(fetches, 2);
+    time.advance(Seconds(1));
+    EXPECT_EQ(fetches, 3);
+    succeed();
+}
+
+TEST_F(PowerPollingServiceTest, AReleasedServiceDoesNothingMore) {
+    service->start();
+    service->refreshNow();
+    service.reset();
+    time.advance(Seconds(1000));
+    EXPECT_EQ(fetches, 0);
+    EXPECT_EQ(time.pendingTimers(), 0U);
+}
+
+TEST_F(PowerPollingServiceTest, LivesUntilAFetchInFlightWasReported) {
+    const std::weak_ptr<PowerPollingService> observed = service;
+    service->start();
+    time.advance(Seconds(0.1));
+    service.reset();
+    EXPECT_FALSE(observed.expired());
+    succeed(4);
+    EXPECT_THAT(updates, ElementsAre(4));
+    EXPECT_TRUE(observed.expired());
+    EXPECT_EQ(time.pendingTimers(), 0U);
+}
+
+TEST_F(PowerPollingServiceTest, TheUpdateHandlerMayStopAndReleaseIt) {
+    onUpdate = [this] {
+        service->stop();
+        service.reset();
+    };
+    service->start();
+    time.advance(Seconds(0.1));
+    fail();
+    EXPECT_EQ(service, nullptr);
+    EXPECT_EQ(time.pendingTimers(), 0U);
+}
+
+} // namespace
+} // namespace Varnel
