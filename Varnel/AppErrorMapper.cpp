@@ -1,0 +1,107 @@
+#include <Varnel/AppErrorMapper.h>
+
+#include <VarnelSEMS/SEMSAPIError.h>
+#include <VarnelShared/URLError.h>
+
+#include <optional>
+
+namespace Varnel::AppErrorMapper {
+
+namespace {
+
+QString byContext(AppErrorContext context, const QString& signIn, const QString& polling) {
+    switch (context) {
+    case AppErrorContext::signIn:
+        return signIn;
+    case AppErrorContext::polling:
+        break;
+    }
+    return polling;
+}
+
+/// None for a code that has no line of its own.
+std::optional<QString> transportMessage(URLError::Code code) {
+    switch (code) {
+    case URLError::Code::notConnectedToInternet:
+    case URLError::Code::networkConnectionLost:
+        return QStringLiteral("Offline. Check your internet connection and try Refresh.");
+    case URLError::Code::cannotFindHost:
+    case URLError::Code::cannotConnectToHost:
+    case URLError::Code::dnsLookupFailed:
+        return QStringLiteral("SEMS endpoint is unreachable. Check Base URL in Profile.");
+    case URLError::Code::timedOut:
+        return QStringLiteral("SEMS request timed out. Try Refresh in a moment.");
+    case URLError::Code::cancelled:
+    case URLError::Code::secureConnectionFailed:
+    case URLError::Code::dataTooLarge:
+    case URLError::Code::badURL:
+    case URLError::Code::unknown:
+        break;
+    }
+    return std::nullopt;
+}
+
+QString rejectedMessage(AppErrorContext context) {
+    return byContext(context, QStringLiteral("Sign-in rejected. Check account credentials and endpoint."),
+                     QStringLiteral("Session rejected by SEMS. Open Settings and reconnect."));
+}
+
+QString credentialsMessage(AppErrorContext context) {
+    return byContext(context, QStringLiteral("Sign-in failed. Check email/password in Profile and reconnect."),
+                     QStringLiteral("Session expired or credentials changed. Open Settings and reconnect."));
+}
+
+/// The message of each case; the cases without a line of their own show their description.
+struct ServiceMessage {
+    const SEMSAPIError& error;
+    AppErrorContext context;
+
+    QString operator()(const SEMSAPIError::NetworkStatus& status) const {
+        const int code = status.statusCode;
+        if (code == 401 || code == 403) {
+            return rejectedMessage(context);
+        }
+        if (code == 429) {
+            return QStringLiteral("SEMS rate limit reached. Please wait a moment and retry.");
+        }
+        if (code >= 500) {
+            return QStringLiteral("SEMS service is temporarily unavailable. Try again shortly.");
+        }
+        if (code >= 400) {
+            return QStringLiteral("SEMS request failed (HTTP %1).").arg(code);
+        }
+        return error.localizedDescription();
+    }
+    QString operator()(const SEMSAPIError::AllSignInStrategiesFailed& /*failed*/) const {
+        return credentialsMessage(context);
+    }
+    QString operator()(const SEMSAPIError::AuthenticationFailed& /*failed*/) const {
+        return credentialsMessage(context);
+    }
+    QString operator()(const SEMSAPIError::NoPowerStation& /*none*/) const {
+        return QStringLiteral("No power station found. Verify account access or set Station ID in Profile.");
+    }
+    QString operator()(const SEMSAPIError::InvalidConfiguration& /*invalid*/) const { return ownDescription(); }
+    QString operator()(const SEMSAPIError::API& /*api*/) const { return ownDescription(); }
+    QString operator()(const SEMSAPIError::InvalidResponse& /*invalid*/) const { return ownDescription(); }
+    QString operator()(const SEMSAPIError::NoInstantPower& /*none*/) const { return ownDescription(); }
+
+    QString ownDescription() const { return error.localizedDescription(); }
+};
+
+} // namespace
+
+QString userFacingMessage(const Error& error, AppErrorContext context) {
+    if (const auto* transport = error.as<URLError>()) {
+        if (const std::optional<QString> message = transportMessage(transport->code)) {
+            return *message;
+        }
+    }
+    if (const auto* service = error.as<SEMSAPIError>()) {
+        return std::visit(ServiceMessage{*service, context}, service->kind);
+    }
+    return byContext(context, QStringLiteral("Sign in failed: "), QStringLiteral("Polling failed: ")) +
+           error.localizedDescription();
+}
+
+} // namespace Varnel::AppErrorMapper

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <VarnelShared/Error.h>
+
+#include <QString>
+
+namespace Varnel {
+
+/// Where an error happened; the same fault gives other advice while signing in than while polling.
+enum class AppErrorContext { signIn, polling };
+
+/// Turns any error into the one line that the status menu shows. Never shows the body of a reply.
+namespace AppErrorMapper {
+QString userFacingMessage(const Error& error, AppErrorContext context);
+}
+
+} // namespace Varnel

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <VarnelShared/Timestamp.h>
+
+#include <optional>
+#include <vector>
+
+namespace Varnel {
+
+/// One reading of today's curve.
+struct OutputSample {
+    Timestamp timestamp;
+    double kilowatts = 0; ///< never negative when recorded
+
+    bool operator==(const OutputSample&) const = default;
+};
+
+/// The samples of one local calendar day, one per reading, in time order.
+class TodayOutputSamples {
+public:
+    static constexpr std::size_t limit = 1440;
+
+    /// Start of the day that the samples belong to; none before the first use and after `clear`.
+    const std::optional<Timestamp>& dayStart() const { return m_dayStart; }
+    const std::vector<OutputSample>& samples() const { return m_samples; }
+
+    /// Empties the list when `instant` lies in another local day than the list's, and takes that day.
+    void resetIfNeeded(Timestamp instant);
+
+    /// Adds a reading in kW, a negative one as 0, to the day of `at`. A reading less than a second away from the last
+    /// one replaces it; past `limit` samples the oldest go.
+    void record(double kilowatts, Timestamp at);
+
+    /// Takes the samples of a stored day; of more than `limit` the newest are kept.
+    void restore(Timestamp dayStart, std::vector<OutputSample> samples);
+
+    void clear();
+
+    /// The samples at or after the start of the day of `referenceDate`.
+    std::vector<OutputSample> visible(Timestamp referenceDate) const;
+
+private:
+    void dropOldest();
+
+    std::optional<Timestamp> m_dayStart;
+    std::vector<OutputSample> m_samples;
+};
+
+} // namespace Varnel
