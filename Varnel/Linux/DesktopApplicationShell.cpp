@@ -1,0 +1,135 @@
+#include <Varnel/Linux/DesktopApplicationShell.h>
+
+#include <Varnel/Linux/TaskbarPresence.h>
+
+#include <QApplication>
+#include <QEvent>
+#include <QImageReader>
+#include <QPixmap>
+#include <QWidget>
+#include <QWindow>
+
+#include <utility>
+
+namespace Varnel {
+
+namespace {
+bool isOrdinaryWindow(const QWidget& widget) {
+    return widget.isWindow() && (widget.windowType() == Qt::Window || widget.windowType() == Qt::Dialog);
+}
+} // namespace
+
+DesktopApplicationShell::DesktopApplicationShell() {
+    qApp->installEventFilter(this);
+}
+
+DesktopApplicationShell::~DesktopApplicationShell() = default;
+
+bool DesktopApplicationShell::setActivationPolicy(ActivationPolicy policy) {
+    if (policy == ActivationPolicy::regular && !canControlTaskbar()) {
+        return false;
+    }
+    m_policy = policy;
+    if (policy == ActivationPolicy::regular) {
+        showTaskbarWindow();
+    } else {
+        m_taskbarWindow.reset();
+    }
+    for (const QWidget* window : QApplication::topLevelWidgets()) {
+        applyToWindow(*window);
+    }
+    return true;
+}
+
+void DesktopApplicationShell::setReopenHandler(std::function<void()> handler) {
+    m_reopen = std::move(handler);
+}
+
+void DesktopApplicationShell::setApplicationIcon(const QString& imagePath) {
+    m_isIconLoaded = m_iconPath == imagePath && m_isIconLoaded;
+    m_iconPath = imagePath;
+    if (m_taskbarWindow || QApplication::activeWindow()) {
+        loadIcon();
+    }
+}
+
+void DesktopApplicationShell::activate() {
+    loadIcon();
+}
+
+void DesktopApplicationShell::hide() {
+    for (QWidget* window : QApplication::topLevelWidgets()) {
+        if (window != m_taskbarWindow.get() && window->isVisible()) {
+            window->hide();
+        }
+    }
+}
+
+void DesktopApplicationShell::terminate() {
+    QApplication::quit();
+}
+
+bool DesktopApplicationShell::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == m_taskbarWindow.get() && event->type() == QEvent::WindowStateChange) {
+        onTaskbarWindowStateChanged();
+    } else if (event->type() == QEvent::Show && watched->isWidgetType()) {
+        // The window is mapped after its show event; the message to the window manager must come later than that.
+        QMetaObject::invokeMethod(
+            watched, [this, window = static_cast<QWidget*>(watched)] { applyToWindow(*window); }, Qt::QueuedConnection);
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+void DesktopApplicationShell::showTaskbarWindow() {
+    if (m_taskbarWindow) {
+        return;
+    }
+    loadIcon();
+    m_taskbarWindow = std::make_unique<QWidget>();
+    m_taskbarWindow->setWindowTitle(QApplication::applicationDisplayName());
+    m_taskbarWindow->setFixedSize(1, 1);
+    m_taskbarWindow->showMinimized();
+}
+
+void DesktopApplicationShell::onTaskbarWindowStateChanged() {
+    if (m_taskbarWindow->isMinimized()) {
+        return;
+    }
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            if (m_taskbarWindow) {
+                m_taskbarWindow->showMinimized();
+            }
+            if (m_reopen) {
+                m_reopen();
+            }
+        },
+        Qt::QueuedConnection);
+}
+
+void DesktopApplicationShell::applyToWindow(const QWidget& window) const {
+    const bool isMapped = window.isVisible() && window.windowHandle();
+    if (isMapped && isOrdinaryWindow(window)) {
+        setSkipsTaskbar(*window.windowHandle(), m_policy == ActivationPolicy::accessory);
+    }
+}
+
+void DesktopApplicationShell::loadIcon() {
+    if (std::exchange(m_isIconLoaded, true)) {
+        return;
+    }
+    QImageReader reader(m_iconPath);
+    reader.setScaledSize({256, 256});
+    const QPixmap largest = QPixmap::fromImage(reader.read());
+    QIcon icon;
+    if (!largest.isNull()) {
+        // A taskbar takes the size nearest to its own from the window; without small ones it scales badly.
+        for (const int size : {256, 128, 64, 48, 32, 24, 16}) {
+            icon.addPixmap(largest.scaled(size, size, Qt::KeepAspectRatio, Qt::SmoothTransformation));
+        }
+    }
+    QApplication::setWindowIcon(icon);
+}
+
+} // namespace Varnel

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <Varnel/ApplicationShell.h>
+
+#include <QObject>
+
+#include <memory>
+
+class QWidget;
+
+namespace Varnel {
+
+/// The application on a freedesktop desktop. A minimised window without content stands in the taskbar for the
+/// application under the regular policy; under the accessory policy no window of ours has a taskbar button. Wayland
+/// offers neither, so the regular policy is refused there.
+class DesktopApplicationShell final : public QObject, public ApplicationShell {
+public:
+    DesktopApplicationShell();
+    ~DesktopApplicationShell() override;
+
+    ActivationPolicy activationPolicy() const override { return m_policy; }
+    bool setActivationPolicy(ActivationPolicy policy) override;
+    void setReopenHandler(std::function<void()> handler) override;
+    void setApplicationIcon(const QString& imagePath) override;
+    void activate() override;
+    void hide() override;
+    void terminate() override;
+
+protected:
+    /// Watches the application's windows appear, and the taskbar window being activated.
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void showTaskbarWindow();
+    void onTaskbarWindowStateChanged();
+    void applyToWindow(const QWidget& window) const;
+    void loadIcon();
+
+    ActivationPolicy m_policy = ActivationPolicy::accessory;
+    std::function<void()> m_reopen;
+    std::unique_ptr<QWidget> m_taskbarWindow;
+    QString m_iconPath;
+    bool m_isIconLoaded = true;
+};
+
+} // namespace Varnel

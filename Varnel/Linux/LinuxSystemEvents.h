@@ -1,0 +1,32 @@
+#pragma once
+
+#include <Varnel/SystemEvents.h>
+
+#include <QObject>
+
+namespace Varnel {
+
+/// Sleep as logind announces it on the system bus, the network as the desktop's network service reports it. Where
+/// either is missing, its handler is never called.
+class LinuxSystemEvents final : public QObject, public SystemEvents {
+    Q_OBJECT
+public:
+    LinuxSystemEvents();
+    ~LinuxSystemEvents() override;
+
+    bool isNetworkReachable() const override;
+    void setNetworkReachableHandler(std::function<void()> handler) override;
+    void setResumeHandler(std::function<void()> handler) override;
+
+private Q_SLOTS:
+    void onPrepareForSleep(bool goingToSleep);
+
+private:
+    void onReachabilityChanged();
+
+    bool m_wasReachable = true;
+    std::function<void()> m_networkReachable;
+    std::function<void()> m_resume;
+};
+
+} // namespace Varnel

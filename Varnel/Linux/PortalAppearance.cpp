@@ -1,0 +1,104 @@
+#include <Varnel/Linux/PortalAppearance.h>
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
+#include <QEvent>
+#include <QGuiApplication>
+#include <QPalette>
+
+namespace Varnel {
+
+namespace {
+// The settings portal of the freedesktop desktop portals; color-scheme is 0 no preference, 1 dark, 2 light.
+const auto portalService = QStringLiteral("org.freedesktop.portal.Desktop");
+const auto portalPath = QStringLiteral("/org/freedesktop/portal/desktop");
+const auto portalInterface = QStringLiteral("org.freedesktop.portal.Settings");
+const auto appearanceGroup = QStringLiteral("org.freedesktop.appearance");
+const auto colorSchemeKey = QStringLiteral("color-scheme");
+constexpr uint preferDark = 1;
+constexpr uint preferLight = 2;
+constexpr int portalTimeoutMilliseconds = 5000;
+
+class ConnectedObservation final : public Appearance::Observation {
+public:
+    explicit ConnectedObservation(QMetaObject::Connection connection)
+        : m_connection(std::move(connection)) {}
+    ~ConnectedObservation() override { QObject::disconnect(m_connection); }
+
+private:
+    QMetaObject::Connection m_connection;
+};
+} // namespace
+
+PortalAppearance::PortalAppearance() {
+    m_announcedIsDark = isDark();
+    qApp->installEventFilter(this);
+    QDBusConnection bus = QDBusConnection::sessionBus();
+    if (bus.isConnected()) {
+        bus.connect(portalService, portalPath, portalInterface, QStringLiteral("SettingChanged"), this,
+                    SLOT(onSettingChanged(QString, QString, QDBusVariant)));
+        askPortal();
+    }
+}
+
+PortalAppearance::~PortalAppearance() = default;
+
+bool PortalAppearance::isDark() const {
+    const QPalette palette = QGuiApplication::palette();
+    return m_portalIsDark.value_or(palette.color(QPalette::Window).lightness() <
+                                   palette.color(QPalette::WindowText).lightness());
+}
+
+std::unique_ptr<Appearance::Observation> PortalAppearance::observe(std::function<void()> onChange) {
+    return std::make_unique<ConnectedObservation>(connect(this, &PortalAppearance::changed, this, std::move(onChange)));
+}
+
+bool PortalAppearance::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == qApp && event->type() == QEvent::ApplicationPaletteChange) {
+        QMetaObject::invokeMethod(this, &PortalAppearance::announceIfChanged, Qt::QueuedConnection);
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+void PortalAppearance::onSettingChanged(const QString& group, const QString& key, const QDBusVariant& value) {
+    if (group == appearanceGroup && key == colorSchemeKey) {
+        takeColorScheme(value.variant());
+    }
+}
+
+void PortalAppearance::askPortal() {
+    QDBusMessage call =
+        QDBusMessage::createMethodCall(portalService, portalPath, portalInterface, QStringLiteral("Read"));
+    call << appearanceGroup << colorSchemeKey;
+    auto* watcher =
+        new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(call, portalTimeoutMilliseconds), this);
+    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher] {
+        watcher->deleteLater();
+        const QDBusPendingReply<QDBusVariant> reply = *watcher;
+        if (reply.isValid()) {
+            takeColorScheme(reply.value().variant());
+        }
+    });
+}
+
+void PortalAppearance::takeColorScheme(const QVariant& value) {
+    // "Read" wraps its variant in another one.
+    const QVariant inner = value.canConvert<QDBusVariant>() ? value.value<QDBusVariant>().variant() : value;
+    const uint scheme = inner.toUInt();
+    m_portalIsDark.reset();
+    if (scheme == preferDark || scheme == preferLight) {
+        m_portalIsDark = scheme == preferDark;
+    }
+    announceIfChanged();
+}
+
+void PortalAppearance::announceIfChanged() {
+    if (m_announcedIsDark != isDark()) {
+        m_announcedIsDark = isDark();
+        Q_EMIT changed();
+    }
+}
+
+} // namespace Varnel

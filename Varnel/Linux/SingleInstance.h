@@ -1,0 +1,46 @@
+#pragma once
+
+#include <QObject>
+#include <QVariantMap>
+
+#include <functional>
+
+namespace Varnel {
+
+/// One instance per session: whoever owns the application's name on the session bus is the instance. Later starts ask
+/// it to show itself through the freedesktop application interface.
+class SingleInstance final : public QObject {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
+public:
+    enum class Role {
+        first, ///< this process is the instance; also where there is no session bus
+        later, ///< another one is, and was asked to show itself
+    };
+
+    explicit SingleInstance(const QString& busName);
+    ~SingleInstance() override;
+
+    /// Decides the role. To be called once, before anything else is built; waits for the bus daemon only, and for the
+    /// other instance at most three seconds.
+    Role claim();
+
+    /// Called each time a later start asks this instance to show itself.
+    void setActivationHandler(std::function<void()> handler);
+
+public Q_SLOTS:
+    Q_SCRIPTABLE void Activate(const QVariantMap& platformData);
+    Q_SCRIPTABLE void Open(const QStringList& uris, const QVariantMap& platformData);
+    Q_SCRIPTABLE void ActivateAction(const QString& action, const QVariantList& parameters,
+                                     const QVariantMap& platformData);
+
+private:
+    QString objectPath() const;
+    void askOtherInstance() const;
+
+    QString m_busName;
+    bool m_activationPending = false; ///< asked before there was a handler
+    std::function<void()> m_activate;
+};
+
+} // namespace Varnel
