@@ -21,10 +21,7 @@ public:
     ~SystemTimers() override;
 
     std::unique_ptr<OneShotTimer> schedule(Seconds delay, std::function<void()> fire) override;
-
-    /// Fires each pending timer whose due time has passed by the wall clock, and lets the others fire at their due
-    /// time again. To be called after the machine has slept.
-    void fireOverdue();
+    void fireOverdue() override;
 
 private:
     const Clock& m_clock;

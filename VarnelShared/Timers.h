@@ -27,6 +27,10 @@ public:
 
     /// Calls `fire` once from the event loop after `delay`, at the earliest on the next turn of the loop.
     virtual std::unique_ptr<OneShotTimer> schedule(Seconds delay, std::function<void()> fire) = 0;
+
+    /// Makes up for a sleep of the machine, during which timers stand still: each pending timer whose due time has
+    /// passed by the wall clock fires on the next turn of the event loop, the others at their due time.
+    virtual void fireOverdue() = 0;
 };
 
 } // namespace Varnel

@@ -2,6 +2,8 @@
 
 #include "EventLoop.h"
 
+#include <QCoreApplication>
+
 #include <algorithm>
 #include <utility>
 
@@ -29,6 +31,11 @@ std::unique_ptr<OneShotTimer> HandTurnedTime::schedule(Seconds delay, std::funct
     m_scheduledDelays.push_back(delay.count());
     m_entries.push_back({m_now + delay, std::move(fire)});
     return std::make_unique<Timer>(m_entries, &m_entries.back());
+}
+
+void HandTurnedTime::fireOverdue() {
+    QMetaObject::invokeMethod(
+        QCoreApplication::instance(), [this] { advance(Seconds(0)); }, Qt::QueuedConnection);
 }
 
 void HandTurnedTime::advance(Seconds duration) {

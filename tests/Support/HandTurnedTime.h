@@ -18,6 +18,7 @@ public:
 
     Timestamp now() const override { return m_now; }
     std::unique_ptr<OneShotTimer> schedule(Seconds delay, std::function<void()> fire) override;
+    void fireOverdue() override;
 
     /// Passes `duration` and fires what becomes due on the way.
     void advance(Seconds duration);
