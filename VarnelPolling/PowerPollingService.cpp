@@ -50,7 +50,6 @@ void PowerPollingService::refreshNow() {
 }
 
 void PowerPollingService::scheduleNextPoll(Seconds delay) {
-    m_timer.reset();
     if (m_running) {
         m_timer =
             m_timers.schedule(std::max(delay, shortestDelay), [service = weak_from_this()] { queuePoll(service); });
