@@ -1,0 +1,39 @@
+#include <VarnelSettings/LaunchAtLoginManager.h>
+
+#include <VarnelSettings/LaunchAtLoginError.h>
+
+#include <utility>
+
+namespace Varnel {
+
+LaunchAtLoginManager::LaunchAtLoginManager(LoginItem& loginItem, std::optional<QString> bundleIdentifier)
+    : m_loginItem(loginItem)
+    , m_bundleIdentifier(std::move(bundleIdentifier)) {}
+
+bool LaunchAtLoginManager::isEnabledForUI() const {
+    switch (m_loginItem.status()) {
+    case LoginItemStatus::enabled:
+    case LoginItemStatus::requiresApproval:
+        return true;
+    case LoginItemStatus::notRegistered:
+    case LoginItemStatus::notFound:
+        return false;
+    }
+    return false;
+}
+
+Result<void> LaunchAtLoginManager::setEnabled(bool enabled) {
+    if (!m_bundleIdentifier) {
+        return failure(LaunchAtLoginError::notAppBundle());
+    }
+    if (enabled == isEnabledForUI()) {
+        return {};
+    }
+    const Result<void> changed = enabled ? m_loginItem.registerItem() : m_loginItem.unregisterItem();
+    if (!changed) {
+        return failure(LaunchAtLoginError::operationFailed(changed.error().localizedDescription()));
+    }
+    return {};
+}
+
+} // namespace Varnel

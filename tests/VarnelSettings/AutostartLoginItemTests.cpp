@@ -1,0 +1,121 @@
+#include <VarnelSettings/LaunchAtLoginManager.h>
+#include <VarnelSettings/Linux/AutostartLoginItem.h>
+
+#include "../Support/EventLoop.h"
+
+#include <gtest/gtest.h>
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QProcess>
+#include <QTemporaryDir>
+
+namespace Varnel {
+namespace {
+
+class AutostartLoginItemTest : public testing::Test {
+protected:
+    void SetUp() override { write(executable, "#!/bin/sh\ntouch \"$(dirname \"$0\")/started\"\n"); }
+
+    static void write(const QString& path, const QByteArray& content) {
+        ASSERT_TRUE(QDir().mkpath(QFileInfo(path).path()));
+        QFile file(path);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(content);
+        file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
+    }
+    QByteArray entry() const {
+        QFile file(entryPath);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+    static int run(const QString& program, const QStringList& arguments) {
+        QProcess process;
+        process.setProcessChannelMode(QProcess::ForwardedChannels);
+        process.start(program, arguments);
+        process.waitForFinished();
+        return process.error() == QProcess::UnknownError ? process.exitCode() : -1;
+    }
+
+    QTemporaryDir folder;
+    QString autostart = folder.filePath(QStringLiteral("config/autostart"));
+    QString entryPath = autostart + QStringLiteral("/com.example.solar.desktop");
+    QString executable = folder.filePath(QStringLiteral("odd dir/\"pro\" $HOME `x` \\ é'/solar"));
+    AutostartLoginItem item{autostart, QStringLiteral("com.example.solar"), executable};
+    LaunchAtLoginManager manager{item, QStringLiteral("com.example.solar")};
+};
+
+TEST_F(AutostartLoginItemTest, TogglingTwiceMakesNoFurtherChange) {
+    EXPECT_EQ(item.status(), LoginItemStatus::notRegistered);
+    ASSERT_TRUE(manager.setEnabled(true));
+    EXPECT_EQ(item.status(), LoginItemStatus::enabled);
+    const QByteArray written = entry();
+    const QDateTime writtenAt = QFileInfo(entryPath).lastModified();
+    ASSERT_TRUE(manager.setEnabled(true));
+    EXPECT_EQ(entry(), written);
+    EXPECT_EQ(QFileInfo(entryPath).lastModified(), writtenAt);
+    for (int i = 0; i < 2; ++i) {
+        ASSERT_TRUE(manager.setEnabled(false));
+        EXPECT_EQ(QDir(autostart).entryList(QDir::AllEntries | QDir::NoDotAndDotDot).size(), 0);
+    }
+}
+
+TEST_F(AutostartLoginItemTest, TheEntryIsValidAndStartsTheProgramWhateverItsPath) {
+    ASSERT_TRUE(item.registerItem());
+    EXPECT_EQ(run(QStringLiteral("desktop-file-validate"), {entryPath}), 0);
+    EXPECT_EQ(run(QStringLiteral("gio"), {QStringLiteral("launch"), entryPath}), 0);
+    const QString trace = QFileInfo(executable).path() + QStringLiteral("/started");
+    EXPECT_TRUE(Testing::waitUntil([&] { return QFile::exists(trace); })) << entry().toStdString();
+}
+
+TEST_F(AutostartLoginItemTest, PercentSignsAreDoubled) {
+    const QString odd = folder.filePath(QStringLiteral("100%f/solar"));
+    write(odd, "");
+    AutostartLoginItem other(autostart, QStringLiteral("com.example.solar"), odd);
+    ASSERT_TRUE(other.registerItem());
+    EXPECT_TRUE(entry().contains("100%%f/solar\"\n"));
+    EXPECT_EQ(other.status(), LoginItemStatus::enabled);
+}
+
+TEST_F(AutostartLoginItemTest, AnEntryDisabledByTheSessionIsLeftAlone) {
+    for (const char* content : {"[Desktop Entry]\nHidden=true\n",
+                                "[Desktop Entry]\nType=Application\nExec=/gone\nX-GNOME-Autostart-enabled=false\n"}) {
+        write(entryPath, content);
+        EXPECT_EQ(item.status(), LoginItemStatus::requiresApproval);
+        EXPECT_TRUE(manager.isEnabledForUI());
+        EXPECT_TRUE(manager.setEnabled(true));
+        EXPECT_EQ(entry(), content);
+    }
+    EXPECT_TRUE(manager.setEnabled(false));
+    EXPECT_FALSE(QFile::exists(entryPath));
+}
+
+TEST_F(AutostartLoginItemTest, AnEntryThatStartsNothingIsWrittenAnew) {
+    ASSERT_TRUE(item.registerItem());
+    ASSERT_TRUE(QFile::remove(executable));
+    EXPECT_EQ(item.status(), LoginItemStatus::notRegistered);
+    for (const char* content : {"[Desktop Entry]\nType=Application\n", "[Desktop Entry]\nExec=\"unterminated\n",
+                                "[Desktop Entry]\nExec=\n", "no entry at all"}) {
+        write(entryPath, content);
+        write(executable, "");
+        EXPECT_FALSE(manager.isEnabledForUI()) << content;
+        EXPECT_TRUE(manager.setEnabled(true));
+        EXPECT_EQ(item.status(), LoginItemStatus::enabled);
+    }
+}
+
+TEST_F(AutostartLoginItemTest, FailuresCarryTheSystemsMessage) {
+    write(autostart, "a file where the folder would be");
+    EXPECT_EQ(item.status(), LoginItemStatus::notFound);
+    const Result<void> blocked = manager.setEnabled(true);
+    ASSERT_FALSE(blocked);
+    EXPECT_EQ(blocked.error().localizedDescription(), QStringLiteral("Launch at login update failed: Not a directory"));
+
+    ASSERT_TRUE(QFile::remove(autostart));
+    ASSERT_TRUE(QDir().mkpath(entryPath)); // a folder where the entry would be
+    EXPECT_FALSE(manager.setEnabled(true));
+    EXPECT_TRUE(QFileInfo(entryPath).isDir());
+}
+
+} // namespace
+} // namespace Varnel
