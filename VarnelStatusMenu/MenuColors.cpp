@@ -1,0 +1,30 @@
+#include <VarnelStatusMenu/MenuColors.h>
+
+namespace Varnel {
+
+namespace {
+
+// The faintest label that still has a contrast of 4.5 to 1 with the usual light and dark window colours is at 0.55.
+constexpr qreal secondaryAlpha = 0.8;
+constexpr qreal tertiaryAlpha = 0.62;
+
+} // namespace
+
+QColor withAlpha(QColor color, qreal alpha) {
+    color.setAlphaF(static_cast<float>(color.alphaF() * alpha));
+    return color;
+}
+
+MenuColors MenuColors::of(const QPalette& palette) {
+    const auto color = [&palette](QPalette::ColorRole role) { return palette.color(QPalette::Active, role); };
+    const QColor label = color(QPalette::WindowText);
+    return {.accent = color(QPalette::Highlight),
+            .controlBackground = color(QPalette::Base),
+            .separator = color(QPalette::Mid),
+            .windowBackground = color(QPalette::Window),
+            .label = label,
+            .secondaryLabel = withAlpha(label, secondaryAlpha),
+            .tertiaryLabel = withAlpha(label, tertiaryAlpha)};
+}
+
+} // namespace Varnel

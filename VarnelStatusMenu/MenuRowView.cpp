@@ -1,0 +1,70 @@
+#include <VarnelStatusMenu/MenuRowView.h>
+
+#include <VarnelStatusMenu/MenuColors.h>
+#include <VarnelStatusMenu/MenuFonts.h>
+
+#include <QHelpEvent>
+#include <QPainter>
+#include <QToolTip>
+
+#include <algorithm>
+#include <utility>
+
+namespace Varnel {
+
+namespace {
+
+constexpr int rowWidth = 250;
+constexpr int rowHeight = 22;
+constexpr int edge = 14;
+constexpr int smallestGap = 8; // between label and value
+
+} // namespace
+
+MenuRowView::MenuRowView(QString label, QString value, QString wholeText, QWidget* parent)
+    : QWidget(parent)
+    , m_label(std::move(label))
+    , m_value(std::move(value))
+    , m_wholeText(std::move(wholeText)) {
+    setSizePolicy(QSizePolicy::Minimum, QSizePolicy::Fixed);
+    setFont(MenuFonts::row());
+    setAccessibleName(m_wholeText);
+}
+
+QSize MenuRowView::sizeHint() const {
+    // A desktop with very large text gets a taller row rather than cut letters.
+    return {rowWidth, std::max(rowHeight, fontMetrics().height())};
+}
+
+bool MenuRowView::event(QEvent* event) {
+    if (event->type() != QEvent::ToolTip) {
+        return QWidget::event(event);
+    }
+    const Texts drawn = drawnTexts();
+    const bool isWhole =
+        drawn.label == m_wholeText || (!m_value.isEmpty() && drawn.label == m_label && drawn.value == m_value);
+    QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), isWhole ? QString() : m_wholeText, this);
+    return true;
+}
+
+void MenuRowView::paintEvent(QPaintEvent* /*event*/) {
+    QPainter painter(this);
+    painter.setPen(MenuColors::of(palette()).secondaryLabel);
+    const Texts drawn = drawnTexts();
+    painter.drawText(textRect(), Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, drawn.label);
+    painter.drawText(textRect(), Qt::AlignRight | Qt::AlignVCenter | Qt::TextSingleLine, drawn.value);
+}
+
+MenuRowView::Texts MenuRowView::drawnTexts() const {
+    const QFontMetrics metrics = fontMetrics();
+    const int room = textRect().width();
+    const QString value = metrics.elidedText(m_value, Qt::ElideRight, room);
+    const int taken = value.isEmpty() ? 0 : metrics.horizontalAdvance(value) + smallestGap;
+    return {metrics.elidedText(m_label, Qt::ElideRight, std::max(0, room - taken)), value};
+}
+
+QRect MenuRowView::textRect() const {
+    return rect().adjusted(edge, 0, -edge, 0);
+}
+
+} // namespace Varnel

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <VarnelStatusMenu/ChartLayout.h>
+
+#include <QWidget>
+
+namespace Varnel {
+
+/// The chart of today's output with an inspector that follows the mouse: 250 x 112 points. Its data never changes.
+class OutputChartMenuView : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit OutputChartMenuView(StatusMenuChart chart, QWidget* parent = nullptr);
+
+    QSize sizeHint() const override;
+
+    /// The value under inspection; none while the mouse is outside the area of the values.
+    std::optional<std::size_t> inspectedIndex() const { return m_inspectedIndex; }
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void enterEvent(QEnterEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void leaveEvent(QEvent* event) override;
+
+private:
+    std::optional<ChartLayout> currentLayout() const;
+    std::optional<std::size_t> indexAt(QPointF position) const;
+    void setInspectedIndex(std::optional<std::size_t> index);
+
+    StatusMenuChart m_chart;
+    std::optional<std::size_t> m_inspectedIndex;
+};
+
+} // namespace Varnel

@@ -1,0 +1,46 @@
+#include <VarnelStatusMenu/StatusBarController.h>
+
+#include <utility>
+
+namespace Varnel {
+
+StatusBarController::StatusBarController(std::unique_ptr<StatusItem> statusItem)
+    : m_statusItem(std::move(statusItem)) {
+    m_statusItem->setCommandHandler([this](StatusMenuCommand command) { handleCommand(command); });
+    m_statusItem->setTitle(m_presentation.title);
+    m_statusItem->setMenu(statusMenu(m_presentation));
+}
+
+void StatusBarController::update(const StatusPresentation& presentation) {
+    m_presentation = presentation;
+    m_statusItem->setTitle(presentation.title);
+    m_statusItem->setToolTip(QStringLiteral("Current Output: ") + presentation.outputValue);
+    m_statusItem->setMenu(statusMenu(presentation));
+}
+
+void StatusBarController::showWindow() {
+    m_statusItem->showWindow();
+}
+
+void StatusBarController::handleCommand(StatusMenuCommand command) {
+    std::function<void()> callback; // a copy: the callback may replace itself while it runs
+    switch (command) {
+    case StatusMenuCommand::refresh:
+        callback = onRefresh;
+        break;
+    case StatusMenuCommand::preferences:
+        callback = onOpenPreferences;
+        break;
+    case StatusMenuCommand::signIn:
+        callback = onSignIn;
+        break;
+    case StatusMenuCommand::signOut:
+        callback = onSignOut;
+        break;
+    }
+    if (callback) {
+        callback();
+    }
+}
+
+} // namespace Varnel

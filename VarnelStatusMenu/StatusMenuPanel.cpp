@@ -1,0 +1,101 @@
+#include <VarnelStatusMenu/StatusMenuPanel.h>
+
+#include <VarnelStatusMenu/MenuCommandRow.h>
+#include <VarnelStatusMenu/MenuEntryView.h>
+
+#include <QFrame>
+#include <QKeyEvent>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+namespace Varnel {
+
+StatusMenuPanel::StatusMenuPanel(const StatusMenu& menu, QWidget* parent)
+    : QWidget(parent)
+    , m_menu(menu)
+    , m_layout(new QVBoxLayout(this)) {
+    m_layout->setContentsMargins(0, 4, 0, 4);
+    m_layout->setSpacing(0);
+    build();
+}
+
+void StatusMenuPanel::setMenu(const StatusMenu& menu) {
+    if (menu == m_menu) {
+        return;
+    }
+    const auto focused = focusedCommand();
+    m_commands.clear();
+    while (QLayoutItem* item = m_layout->takeAt(0)) {
+        // Later: the command may be in the middle of the click that has led here.
+        item->widget()->hide();
+        item->widget()->deleteLater();
+        delete item;
+    }
+    m_menu = menu;
+    build();
+    for (MenuCommandRow* command : m_commands) {
+        if (command->command() == focused) {
+            command->setFocus();
+        }
+    }
+}
+
+void StatusMenuPanel::keyPressEvent(QKeyEvent* event) {
+    if (const auto command = commandForKey(m_menu, event->keyCombination())) {
+        Q_EMIT commandChosen(*command);
+    } else if (event->key() == Qt::Key_Down) {
+        moveFocus(1);
+    } else if (event->key() == Qt::Key_Up) {
+        moveFocus(-1);
+    } else {
+        QWidget::keyPressEvent(event);
+    }
+}
+
+void StatusMenuPanel::build() {
+    for (const StatusMenuEntry& entry : m_menu) {
+        if (auto view = menuEntryView(entry)) {
+            m_layout->addWidget(view.release());
+        } else if (const auto* action = std::get_if<StatusMenuAction>(&entry)) {
+            addCommand(*action);
+        } else {
+            auto* line = new QFrame;
+            line->setFrameStyle(QFrame::HLine | QFrame::Sunken);
+            m_layout->addWidget(line);
+        }
+    }
+}
+
+void StatusMenuPanel::addCommand(const StatusMenuAction& action) {
+    auto* row = new MenuCommandRow(action);
+    connect(row, &QAbstractButton::clicked, this, [this, chosen = action.command] { Q_EMIT commandChosen(chosen); });
+    m_layout->addWidget(row);
+    m_commands.push_back(row);
+}
+
+/// To the next enabled command in that direction, around both ends.
+void StatusMenuPanel::moveFocus(int step) {
+    const auto count = static_cast<int>(m_commands.size());
+    const auto focused = std::find_if(m_commands.begin(), m_commands.end(), [](auto* row) { return row->hasFocus(); });
+    int index = focused != m_commands.end() ? static_cast<int>(focused - m_commands.begin()) : (step > 0 ? -1 : count);
+    for (int tried = 0; tried < count; ++tried) {
+        index = (index + step + count) % count;
+        MenuCommandRow* row = m_commands[static_cast<std::size_t>(index)];
+        if (row->isEnabled()) {
+            row->setFocus(Qt::OtherFocusReason);
+            return;
+        }
+    }
+}
+
+std::optional<StatusMenuCommand> StatusMenuPanel::focusedCommand() const {
+    for (const MenuCommandRow* row : m_commands) {
+        if (row->hasFocus()) {
+            return row->command();
+        }
+    }
+    return std::nullopt;
+}
+
+} // namespace Varnel

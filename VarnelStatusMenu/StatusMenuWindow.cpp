@@ -1,0 +1,32 @@
+#include <VarnelStatusMenu/StatusMenuWindow.h>
+
+#include <VarnelStatusMenu/StatusMenuPanel.h>
+
+#include <QVBoxLayout>
+
+namespace Varnel {
+
+StatusMenuWindow::StatusMenuWindow(const StatusMenu& menu)
+    : m_panel(new StatusMenuPanel(menu)) {
+    setAttribute(Qt::WA_DeleteOnClose);
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSizeConstraint(QLayout::SetFixedSize);
+    layout->addWidget(m_panel);
+    m_panel->setFocusPolicy(Qt::StrongFocus);
+    m_panel->setFocus();
+    connect(m_panel, &StatusMenuPanel::commandChosen, this, &StatusMenuWindow::commandChosen);
+}
+
+void StatusMenuWindow::setMenu(const StatusMenu& menu) {
+    m_panel->setMenu(menu);
+}
+
+void StatusMenuWindow::bringToFront() {
+    setWindowState(windowState() & ~Qt::WindowMinimized);
+    show();
+    raise();
+    activateWindow();
+}
+
+} // namespace Varnel

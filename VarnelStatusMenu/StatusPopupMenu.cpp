@@ -1,0 +1,89 @@
+#include <VarnelStatusMenu/StatusPopupMenu.h>
+
+#include <VarnelStatusMenu/CommandIcon.h>
+#include <VarnelStatusMenu/MenuEntryView.h>
+
+#include <QHideEvent>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QWidgetAction>
+
+#include <utility>
+
+namespace Varnel {
+
+StatusPopupMenu::StatusPopupMenu(StatusMenu menu)
+    : m_menu(std::move(menu)) {
+    // The separators are part of the menu's order, also where two would meet or one stands last.
+    setSeparatorsCollapsible(false);
+    for (const StatusMenuEntry& entry : m_menu) {
+        addEntry(entry);
+    }
+}
+
+void StatusPopupMenu::addEntry(const StatusMenuEntry& entry) {
+    if (std::holds_alternative<StatusMenuSeparator>(entry)) {
+        addSeparator();
+    } else if (const auto* command = std::get_if<StatusMenuAction>(&entry)) {
+        addCommand(*command);
+    } else {
+        addView(menuEntryView(entry));
+    }
+}
+
+void StatusPopupMenu::addCommand(const StatusMenuAction& command) {
+    QAction* action = addAction(commandIcon(command.iconName), command.title);
+    action->setShortcut(command.key);
+    action->setShortcutVisibleInContextMenu(true);
+    action->setEnabled(command.isEnabled);
+    // A menu triggers its actions when it has hidden itself already.
+    connect(action, &QAction::triggered, this, [this, chosen = command.command] { Q_EMIT commandChosen(chosen); });
+}
+
+void StatusPopupMenu::addView(std::unique_ptr<QWidget> view) {
+    QWidget* widget = view.release();
+    auto* action = new QWidgetAction(this);
+    // Never drawn: a screen reader finds the entries of a menu by their actions.
+    QString name = widget->accessibleName();
+    action->setText(name.replace(QLatin1Char('&'), QLatin1String("&&")));
+    action->setToolTip(widget->accessibleDescription());
+    action->setDefaultWidget(widget);
+    addAction(action);
+    action->setEnabled(false);
+    widget->setEnabled(true); // the action cannot be chosen, but the view still follows the mouse
+}
+
+void StatusPopupMenu::keyPressEvent(QKeyEvent* event) {
+    const auto command = commandForKey(m_menu, event->keyCombination());
+    if (!command) {
+        QMenu::keyPressEvent(event);
+        return;
+    }
+    close();
+    Q_EMIT commandChosen(*command);
+}
+
+void StatusPopupMenu::mousePressEvent(QMouseEvent* event) {
+    m_hasBeenPressed = true;
+    const bool isOutside = !rect().contains(event->position().toPoint());
+    QMenu::mousePressEvent(event);
+    if (isOutside) {
+        Q_EMIT dismissed();
+    }
+}
+
+void StatusPopupMenu::mouseReleaseEvent(QMouseEvent* event) {
+    // Some panels open the menu on the press; the release that follows lands in the menu and chooses nothing.
+    if (m_hasBeenPressed) {
+        QMenu::mouseReleaseEvent(event);
+    }
+}
+
+void StatusPopupMenu::hideEvent(QHideEvent* event) {
+    QMenu::hideEvent(event);
+    if (!event->spontaneous()) {
+        Q_EMIT closed();
+    }
+}
+
+} // namespace Varnel
