@@ -1,5 +1,6 @@
 #include <VarnelStatusMenu/CrispLines.h>
 
+#include <algorithm>
 #include <cmath>
 
 namespace Varnel {
@@ -9,7 +10,7 @@ CrispLines::CrispLines(const QPainter& painter)
 
 qreal CrispLines::width(qreal width) const {
     const qreal scale = m_toDevice.m11();
-    return width * scale < 1 ? width : std::floor(width * scale) / scale;
+    return std::max(1.0, std::floor(width * scale)) / scale;
 }
 
 QPointF CrispLines::position(QPointF position, qreal width) const {
@@ -22,7 +23,7 @@ QRectF CrispLines::rect(const QRectF& rect, qreal width) const {
 }
 
 qreal CrispLines::aligned(qreal devicePosition, qreal width) const {
-    const auto pixels = static_cast<int>(std::ceil(this->width(width) * m_toDevice.m11()));
+    const auto pixels = static_cast<int>(std::round(this->width(width) * m_toDevice.m11()));
     return pixels % 2 == 1 ? std::floor(devicePosition) + 0.5 : std::round(devicePosition);
 }
 

@@ -11,8 +11,7 @@ class CrispLines {
 public:
     explicit CrispLines(const QPainter& painter);
 
-    /// The width in whole device pixels, rounded down; a width below one device pixel stays as it is and is drawn
-    /// fainter.
+    /// The width in whole device pixels, rounded down, but at least one.
     qreal width(qreal width) const;
 
     /// The position nearest to `position` where the edges of a line of `width` fall between device pixels.

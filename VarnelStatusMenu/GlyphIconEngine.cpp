@@ -37,14 +37,14 @@ QPainterPath gearPath() {
     constexpr int teeth = 8;
     QPolygonF outline;
     for (int corner = 0; corner < teeth * 4; ++corner) {
-        const qreal radius = corner % 4 < 2 ? 6.2 : 4.6;
+        const qreal radius = corner % 4 < 2 ? 6.4 : 4.9;
         const qreal angle = 2 * std::numbers::pi * (corner + 0.5) / (teeth * 4);
         outline << QPointF(radius * std::cos(angle), radius * std::sin(angle));
     }
     QPainterPath path;
     path.addPolygon(outline);
     path.closeSubpath();
-    path.addEllipse(QPointF(0, 0), 2.1, 2.1);
+    path.addEllipse(QPointF(0, 0), 2.2, 2.2);
     return path;
 }
 

@@ -7,6 +7,15 @@ namespace {
 // The faintest label that still has a contrast of 4.5 to 1 with the usual light and dark window colours is at 0.55.
 constexpr qreal secondaryAlpha = 0.8;
 constexpr qreal tertiaryAlpha = 0.62;
+constexpr qreal darkSeparatorAlpha = 0.5;
+
+/// Mid is made for light windows: on a dark one it is darker still and would not be seen.
+QColor separatorColor(const QPalette& palette) {
+    const QColor mid = palette.color(QPalette::Active, QPalette::Mid);
+    const QColor text = palette.color(QPalette::Active, QPalette::WindowText);
+    const bool isDark = text.lightness() > palette.color(QPalette::Active, QPalette::Window).lightness();
+    return isDark ? withAlpha(text, darkSeparatorAlpha) : mid;
+}
 
 } // namespace
 
@@ -20,7 +29,7 @@ MenuColors MenuColors::of(const QPalette& palette) {
     const QColor label = color(QPalette::WindowText);
     return {.accent = color(QPalette::Highlight),
             .controlBackground = color(QPalette::Base),
-            .separator = color(QPalette::Mid),
+            .separator = separatorColor(palette),
             .windowBackground = color(QPalette::Window),
             .label = label,
             .secondaryLabel = withAlpha(label, secondaryAlpha),

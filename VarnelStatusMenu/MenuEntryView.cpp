@@ -7,10 +7,10 @@ namespace Varnel {
 
 namespace {
 
-constexpr QSize spacerSize(250, 4);
+constexpr int spacerHeight = 4;
 
 struct ViewFactory {
-    using View = std::unique_ptr<QWidget>;
+    using View = std::unique_ptr<MenuView>;
 
     View operator()(const StatusMenuChart& chart) const { return std::make_unique<OutputChartMenuView>(chart); }
     View operator()(const StatusMenuRow& row) const {
@@ -19,19 +19,14 @@ struct ViewFactory {
     View operator()(const StatusMenuError& error) const {
         return std::make_unique<MenuRowView>(error.text, QString(), error.wholeText);
     }
-    View operator()(const StatusMenuSpacer&) const {
-        auto spacer = std::make_unique<QWidget>();
-        spacer->setMinimumSize(spacerSize);
-        spacer->setFixedHeight(spacerSize.height());
-        return spacer;
-    }
+    View operator()(const StatusMenuSpacer&) const { return std::make_unique<MenuView>(spacerHeight); }
     View operator()(const StatusMenuSeparator&) const { return nullptr; }
     View operator()(const StatusMenuAction&) const { return nullptr; }
 };
 
 } // namespace
 
-std::unique_ptr<QWidget> menuEntryView(const StatusMenuEntry& entry) {
+std::unique_ptr<MenuView> menuEntryView(const StatusMenuEntry& entry) {
     return std::visit(ViewFactory{}, entry);
 }
 

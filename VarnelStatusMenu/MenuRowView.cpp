@@ -14,31 +14,29 @@ namespace Varnel {
 
 namespace {
 
-constexpr int rowWidth = 250;
-constexpr int rowHeight = 22;
+constexpr int standardHeight = 22;
 constexpr int edge = 14;
 constexpr int smallestGap = 8; // between label and value
+
+/// A desktop with very large text gets taller rows rather than cut letters.
+int rowHeight() {
+    return std::max(standardHeight, QFontMetrics(MenuFonts::row()).height());
+}
 
 } // namespace
 
 MenuRowView::MenuRowView(QString label, QString value, QString wholeText, QWidget* parent)
-    : QWidget(parent)
+    : MenuView(rowHeight(), parent)
     , m_label(std::move(label))
     , m_value(std::move(value))
     , m_wholeText(std::move(wholeText)) {
-    setSizePolicy(QSizePolicy::Minimum, QSizePolicy::Fixed);
     setFont(MenuFonts::row());
     setAccessibleName(m_wholeText);
 }
 
-QSize MenuRowView::sizeHint() const {
-    // A desktop with very large text gets a taller row rather than cut letters.
-    return {rowWidth, std::max(rowHeight, fontMetrics().height())};
-}
-
 bool MenuRowView::event(QEvent* event) {
     if (event->type() != QEvent::ToolTip) {
-        return QWidget::event(event);
+        return MenuView::event(event);
     }
     const Texts drawn = drawnTexts();
     const bool isWhole =

@@ -11,17 +11,18 @@
 
 namespace Varnel {
 
+namespace {
+
+constexpr int chartHeight = 112;
+
+} // namespace
+
 OutputChartMenuView::OutputChartMenuView(StatusMenuChart chart, QWidget* parent)
-    : QWidget(parent)
+    : MenuView(chartHeight, parent)
     , m_chart(std::move(chart)) {
     setMouseTracking(true);
-    setSizePolicy(QSizePolicy::Minimum, QSizePolicy::Fixed);
     setAccessibleName(QStringLiteral("Today's output"));
     setAccessibleDescription(chartDescription(m_chart));
-}
-
-QSize OutputChartMenuView::sizeHint() const {
-    return {250, 112};
 }
 
 void OutputChartMenuView::paintEvent(QPaintEvent* /*event*/) {

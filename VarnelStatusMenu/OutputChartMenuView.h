@@ -1,19 +1,16 @@
 #pragma once
 
 #include <VarnelStatusMenu/ChartLayout.h>
-
-#include <QWidget>
+#include <VarnelStatusMenu/MenuView.h>
 
 namespace Varnel {
 
 /// The chart of today's output with an inspector that follows the mouse: 250 x 112 points. Its data never changes.
-class OutputChartMenuView : public QWidget {
+class OutputChartMenuView : public MenuView {
     Q_OBJECT
 
 public:
     explicit OutputChartMenuView(StatusMenuChart chart, QWidget* parent = nullptr);
-
-    QSize sizeHint() const override;
 
     /// The value under inspection; none while the mouse is outside the area of the values.
     std::optional<std::size_t> inspectedIndex() const { return m_inspectedIndex; }

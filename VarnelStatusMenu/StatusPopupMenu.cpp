@@ -8,6 +8,7 @@
 #include <QMouseEvent>
 #include <QWidgetAction>
 
+#include <algorithm>
 #include <utility>
 
 namespace Varnel {
@@ -40,8 +41,9 @@ void StatusPopupMenu::addCommand(const StatusMenuAction& command) {
     connect(action, &QAction::triggered, this, [this, chosen = command.command] { Q_EMIT commandChosen(chosen); });
 }
 
-void StatusPopupMenu::addView(std::unique_ptr<QWidget> view) {
-    QWidget* widget = view.release();
+void StatusPopupMenu::addView(std::unique_ptr<MenuView> view) {
+    MenuView* widget = view.release();
+    widget->setPreferredWidth(MenuView::standardWidth - keyColumnWidth());
     auto* action = new QWidgetAction(this);
     // Never drawn: a screen reader finds the entries of a menu by their actions.
     QString name = widget->accessibleName();
@@ -51,6 +53,17 @@ void StatusPopupMenu::addView(std::unique_ptr<QWidget> view) {
     addAction(action);
     action->setEnabled(false);
     widget->setEnabled(true); // the action cannot be chosen, but the view still follows the mouse
+}
+
+/// A QMenu adds the width of the widest key equivalent to that of its widest item, whichever item that is.
+int StatusPopupMenu::keyColumnWidth() const {
+    int widest = 0;
+    for (const StatusMenuEntry& entry : m_menu) {
+        if (const auto* command = std::get_if<StatusMenuAction>(&entry)) {
+            widest = std::max(widest, fontMetrics().horizontalAdvance(command->key.toString(QKeySequence::NativeText)));
+        }
+    }
+    return widest;
 }
 
 void StatusPopupMenu::keyPressEvent(QKeyEvent* event) {

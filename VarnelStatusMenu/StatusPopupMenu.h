@@ -4,7 +4,11 @@
 
 #include <QMenu>
 
+#include <memory>
+
 namespace Varnel {
+
+class MenuView;
 
 /// The status menu as a pop-up that the desktop's style draws, for a display server that lets a window stand where it
 /// wants. Key equivalents work while it is open. It never changes.
@@ -32,7 +36,8 @@ protected:
 private:
     void addEntry(const StatusMenuEntry& entry);
     void addCommand(const StatusMenuAction& command);
-    void addView(std::unique_ptr<QWidget> view);
+    void addView(std::unique_ptr<MenuView> view);
+    int keyColumnWidth() const;
 
     StatusMenu m_menu;
     bool m_hasBeenPressed = false;

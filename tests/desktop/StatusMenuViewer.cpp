@@ -8,6 +8,7 @@
 
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QPalette>
 #include <QTextStream>
 
 using namespace Varnel;

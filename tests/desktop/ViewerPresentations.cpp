@@ -16,17 +16,12 @@ QString clockText(double hours) {
 
 /// A day from six to six with passing clouds, in `count` samples.
 StatusPresentation connected(int count) {
-    StatusPresentation presentation{.title = QStringLiteral("3.42 kW"),
-                                    .outputValue = QStringLiteral("3.42 kW"),
-                                    .todayOutputValue = QStringLiteral("18.70 kWh"),
-                                    .outputChartXAxisLabels = {},
-                                    .outputChartPointLabels = {},
-                                    .outputChartYAxisMaxKW = 4.83,
-                                    .showOutputChart = true,
-                                    .lastUpdatedValue = QStringLiteral("15:35"),
-                                    .errorLine = std::nullopt,
-                                    .isSignedIn = true,
-                                    .canRefresh = true};
+    StatusPresentation presentation;
+    presentation.title = presentation.outputValue = QStringLiteral("3.42 kW");
+    presentation.todayOutputValue = QStringLiteral("18.70 kWh");
+    presentation.lastUpdatedValue = QStringLiteral("15:30");
+    presentation.outputChartYAxisMaxKW = 4.83;
+    presentation.showOutputChart = presentation.isSignedIn = presentation.canRefresh = true;
     for (int i = 0; i < count; ++i) {
         const double share = count == 1 ? 0.5 : static_cast<double>(i) / (count - 1);
         const double sun = 4.2 * std::pow(std::sin(std::numbers::pi * (0.02 + 0.76 * share)), 1.5);
