@@ -1,19 +1,14 @@
 #pragma once
 
-#include <VarnelShared/Timestamp.h>
+#include <VarnelAppSupport/OutputHistorySnapshot.h>
 
 #include <optional>
 #include <vector>
 
 namespace Varnel {
 
-/// One reading of today's curve.
-struct OutputSample {
-    Timestamp timestamp;
-    double kilowatts = 0; ///< never negative when recorded
-
-    bool operator==(const OutputSample&) const = default;
-};
+/// One reading of today's curve, never negative when recorded.
+using OutputSample = OutputHistorySample;
 
 /// The samples of one local calendar day, one per reading, in time order.
 class TodayOutputSamples {

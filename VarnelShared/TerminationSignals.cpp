@@ -1,4 +1,4 @@
-#include <Varnel/Linux/TerminationSignals.h>
+#include <VarnelShared/TerminationSignals.h>
 
 #include <QSocketNotifier>
 

@@ -1,0 +1,195 @@
+#include <Varnel/AppDelegate.h>
+
+#include <Varnel/AppErrorMapper.h>
+
+#include <VarnelShared/Logging.h>
+#include <VarnelShared/Text.h>
+
+#include <utility>
+
+namespace Varnel {
+
+QString AppDelegate::trimmedAccount() const {
+    return trimmed(m_settings.account);
+}
+
+QString AppDelegate::keychainAccount() const {
+    return QStringLiteral("password.") + trimmedAccount().toLower();
+}
+
+std::optional<QString> AppDelegate::trimmedStationID() const {
+    const QString stationID = trimmed(m_settings.stationID);
+    return stationID.isEmpty() ? std::nullopt : std::optional(stationID);
+}
+
+std::optional<QString> AppDelegate::storedPassword() const {
+    const Result<std::optional<QString>> secret = m_keychain.readSecret(keychainAccount());
+    const QString password = secret ? trimmed(secret->value_or(QString())) : QString();
+    return password.isEmpty() ? std::nullopt : std::optional(password);
+}
+
+void AppDelegate::storePassword(const QString& password) {
+    // A keychain that cannot keep it costs a question at the next start, not this connection.
+    if (const Result<void> saved = m_keychain.saveSecret(password, keychainAccount()); !saved) {
+        qCWarning(lcApp, "The password could not be stored: %s", qUtf8Printable(saved.error().localizedDescription()));
+    }
+}
+
+QCoro::Task<void> AppDelegate::authenticateAndStartPolling(QString password) {
+    const auto self = shared_from_this();
+    const QString account = trimmedAccount();
+    if (account.isEmpty()) {
+        rejectSignIn(QStringLiteral("SEMS account is required."));
+        co_return;
+    }
+    const QUrl baseURL(trimmed(m_settings.baseURL), QUrl::StrictMode);
+    if (!baseURL.isValid() || baseURL.scheme().isEmpty()) {
+        rejectSignIn(QStringLiteral("Invalid SEMS base URL."));
+        co_return;
+    }
+    const int attempt = ++m_latestSignIn;
+    m_isSigningIn = true;
+    const Client client =
+        std::make_shared<SEMSAPIClient>(baseURL, m_platform.http, m_platform.clock, m_platform.endpoints);
+    Result<SEMSSession> session = co_await client->signIn(account, password);
+    if (!isCurrentSignIn(attempt, account)) {
+        co_return;
+    }
+    if (!session) {
+        failSignIn(session.error());
+        co_return;
+    }
+    dropPollingService(); // its readings belong to the connection that this one replaces
+    m_apiClient = client;
+    m_semsSession = *session;
+    m_cachedPassword = password;
+    storePassword(password);
+    const Result<void> settled = co_await settleStationAndSize(client, *session);
+    if (!isCurrentSignIn(attempt, account)) {
+        co_return;
+    }
+    m_isSigningIn = false;
+    if (m_apiClient != client) {
+        co_return; // signed out meanwhile
+    }
+    if (!settled) {
+        failSignIn(settled.error());
+        co_return;
+    }
+    qCInfo(lcApp, "Signed in");
+    m_bootstrapAgain = false;
+    m_lastErrorMessage.reset();
+    startPolling();
+    co_await refreshNow();
+}
+
+bool AppDelegate::isCurrentSignIn(int attempt, const QString& account) {
+    const bool isNewest = attempt == m_latestSignIn;
+    const bool isWanted = account == trimmedAccount() && !m_isTerminated;
+    m_isSigningIn = m_isSigningIn && (!isNewest || isWanted);
+    return isNewest && isWanted;
+}
+
+void AppDelegate::rejectSignIn(const QString& message) {
+    m_lastErrorMessage = message;
+    updateStatusBar();
+}
+
+void AppDelegate::failSignIn(const Error& error) {
+    qCCritical(lcApp, "Sign in failed: %s", qUtf8Printable(error.localizedDescription()));
+    m_isSigningIn = false;
+    dropConnection();
+    m_lastErrorMessage = AppErrorMapper::userFacingMessage(error, AppErrorContext::signIn);
+    updateStatusBar();
+    if (std::exchange(m_bootstrapAgain, false)) {
+        startBootstrapTask(BootstrapMode::silent);
+    }
+}
+
+QCoro::Task<Result<void>> AppDelegate::settleStationAndSize(Client client, SEMSSession session) {
+    const auto self = shared_from_this();
+    if (!trimmedStationID()) {
+        const Result<PowerStation> station = co_await client->discoverDefaultPowerStation(session);
+        if (!station) {
+            co_return tl::unexpected(station.error());
+        }
+        if (m_apiClient != client || m_isTerminated) {
+            co_return Result<void>();
+        }
+        adoptStation(station->id);
+        m_settingsStore.save(m_settings);
+    }
+    const Result<std::optional<double>> size = co_await client->fetchSystemSizeKW(session, trimmedStationID());
+    if (m_apiClient != client || m_isTerminated) {
+        co_return Result<void>();
+    }
+    if (!size) {
+        qCCritical(lcApp, "System size fetch failed: %s", qUtf8Printable(size.error().localizedDescription()));
+    }
+    m_systemSizeKW = size.value_or(std::nullopt);
+    co_return Result<void>();
+}
+
+QCoro::Task<void> AppDelegate::refreshSystemSizeIfPossible() {
+    const auto self = shared_from_this();
+    const Client client = m_apiClient;
+    if (!client || !m_semsSession) {
+        co_return;
+    }
+    const Result<std::optional<double>> size = co_await client->fetchSystemSizeKW(*m_semsSession, trimmedStationID());
+    if (m_apiClient != client || m_isTerminated) {
+        co_return;
+    }
+    if (!size) {
+        qCCritical(lcApp, "System size refresh failed: %s", qUtf8Printable(size.error().localizedDescription()));
+        co_return;
+    }
+    m_systemSizeKW = *size;
+    updateStatusBar();
+}
+
+void AppDelegate::adoptStation(const QString& stationID) {
+    m_settings.stationID = stationID;
+    restoreOutputHistoryIfAvailable();
+}
+
+void AppDelegate::signOut(bool clearStoredPassword) {
+    dropConnection();
+    m_platform.http.reset();
+    m_cachedPassword.reset();
+    m_productionNotificationEvaluator.reset();
+    m_lastErrorMessage.reset();
+    forgetReadings();
+    m_outputHistoryStore.clear();
+    if (clearStoredPassword && !trimmedAccount().isEmpty()) {
+        if (const Result<void> deleted = m_keychain.deleteSecret(keychainAccount()); !deleted) {
+            qCWarning(lcApp, "The password could not be deleted: %s",
+                      qUtf8Printable(deleted.error().localizedDescription()));
+        }
+    }
+    qCInfo(lcApp, "Signed out");
+    updateStatusBar();
+}
+
+void AppDelegate::dropPollingService() {
+    if (m_pollingService) {
+        m_pollingService->stop();
+        m_pollingService.reset();
+    }
+}
+
+void AppDelegate::dropConnection() {
+    dropPollingService();
+    m_apiClient.reset();
+    m_semsSession.reset();
+}
+
+void AppDelegate::forgetReadings() {
+    m_latestPowerKW.reset();
+    m_latestTodayOutputKWh.reset();
+    m_systemSizeKW.reset();
+    m_lastUpdatedAt.reset();
+    m_todayOutputSamples.clear();
+}
+
+} // namespace Varnel

@@ -1,0 +1,248 @@
+#include <Varnel/AppDelegate.h>
+
+#include <Varnel/ApplicationIcon.h>
+
+#include <VarnelShared/Logging.h>
+#include <VarnelShared/Task.h>
+#include <VarnelShared/Text.h>
+
+#include <utility>
+
+namespace Varnel {
+
+namespace {
+/// Copies the fields that the settings and a draft share beside the account's own; both ways.
+template <typename From, typename To>
+void copySharedFields(const From& from, To& to) {
+    to.pollIntervalSeconds = AppSettings::clampedPollInterval(from.pollIntervalSeconds);
+    to.showOutputChart = from.showOutputChart;
+    to.chartScaleMode = from.chartScaleMode;
+    to.launchAtLogin = from.launchAtLogin;
+    to.showDockIcon = from.showDockIcon;
+    to.iconAppearanceMode = from.iconAppearanceMode;
+    to.notifyOnProductionStart = from.notifyOnProductionStart;
+    to.notifyOnProductionEnd = from.notifyOnProductionEnd;
+    to.notifyOnProductionRiseAboveOneKilowatt = from.notifyOnProductionRiseAboveOneKilowatt;
+}
+
+const char* policyName(ActivationPolicy policy) {
+    return policy == ActivationPolicy::regular ? "regular" : "accessory";
+}
+
+/// A bundled program that may not notify and was not refused has nobody to ask: no service is there.
+NotificationPermission permissionToShow(NotificationAuthorizationState state, bool isBundled) {
+    switch (state) {
+    case NotificationAuthorizationState::notDetermined:
+        return isBundled ? NotificationPermission::noService : NotificationPermission::notDetermined;
+    case NotificationAuthorizationState::denied:
+        return NotificationPermission::denied;
+    case NotificationAuthorizationState::authorized:
+        break;
+    }
+    return NotificationPermission::authorized;
+}
+
+QCoro::Task<bool> notConnected() {
+    co_return false;
+}
+} // namespace
+
+void AppDelegate::showPreferencesWindow(PreferencesInitialTab initialTab) {
+    if (m_isTerminated) {
+        return;
+    }
+    m_preferencesCoordinator.close();
+    m_platform.shell.activate();
+    auto window = std::make_unique<PreferencesWindowController>(currentDraft(), m_semsSession.has_value(),
+                                                                m_lastErrorMessage.has_value(), initialTab,
+                                                                preferencesHandlers(), m_platform.timers);
+    window->setApplicationMenu(m_applicationMenu.get());
+    m_preferencesCoordinator.show(std::move(window));
+    showNotificationAuthorization();
+}
+
+PreferencesDraft AppDelegate::currentDraft() const {
+    PreferencesDraft draft;
+    draft.baseURL = m_settings.baseURL;
+    draft.account = m_settings.account;
+    draft.stationID = m_settings.stationID;
+    copySharedFields(m_settings, draft);
+    draft.launchAtLogin = m_settings.launchAtLogin || m_launchAtLoginManager.isEnabledForUI();
+    draft.password = storedPassword().value_or(QString());
+    return draft;
+}
+
+PreferencesHandlers AppDelegate::preferencesHandlers() {
+    const std::weak_ptr<AppDelegate> weak = weak_from_this();
+    PreferencesHandlers handlers;
+    handlers.save = [weak](PreferencesDraft draft) {
+        const auto self = weak.lock();
+        return self ? self->applyPreferences(std::move(draft)) : notConnected();
+    };
+    handlers.autoSave = [weak](const PreferencesDraft& draft) {
+        if (const auto self = weak.lock()) {
+            self->applyAutoSavedPreferences(draft);
+        }
+    };
+    handlers.signOut = [weak] {
+        if (const auto self = weak.lock()) {
+            self->signOut(true);
+        }
+    };
+    handlers.closed = [weak] {
+        if (const auto self = weak.lock()) {
+            self->m_preferencesCoordinator.close();
+        }
+    };
+    return handlers;
+}
+
+QCoro::Task<bool> AppDelegate::applyPreferences(PreferencesDraft draft) {
+    const auto self = shared_from_this();
+    const int save = ++m_latestSave;
+    takeAccountSettings(draft);
+    applyDockIconPreference();
+    applyApplicationIconIfAvailable();
+    applyLaunchAtLoginPreference(LaunchAtLoginReport::show);
+    co_await synchronizeNotificationAuthorizationIfNeeded(true);
+    showNotificationAuthorization();
+    if (save != m_latestSave || m_isTerminated) {
+        co_return m_semsSession.has_value(); // a later save decides
+    }
+    if (trimmedAccount().isEmpty()) {
+        signOut(false);
+        rejectSignIn(QStringLiteral("Set your SEMS account to connect."));
+        co_return false;
+    }
+    co_await m_keychain.unlock(keychainAccount(), KeychainAccess::writing);
+    if (save != m_latestSave || m_isTerminated) {
+        co_return m_semsSession.has_value();
+    }
+    QString password = trimmed(draft.password);
+    if (password.isEmpty()) {
+        password = storedPassword().value_or(QString());
+    }
+    if (password.isEmpty()) {
+        rejectSignIn(QStringLiteral("Password is required for sign in."));
+        co_return false;
+    }
+    m_cachedPassword = password;
+    storePassword(password);
+    co_await authenticateAndStartPolling(password);
+    co_return m_semsSession.has_value();
+}
+
+void AppDelegate::takeAccountSettings(const PreferencesDraft& draft) {
+    const AppSettings before = m_settings;
+    const QString baseURL = trimmed(draft.baseURL);
+    m_settings.baseURL = baseURL.isEmpty() ? AppSettings::defaults().baseURL : baseURL;
+    m_settings.account = trimmed(draft.account);
+    m_settings.stationID = trimmed(draft.stationID);
+    copySharedFields(draft, m_settings);
+    m_settingsStore.save(m_settings);
+    const bool isOtherAccount = trimmed(before.account).compare(m_settings.account, Qt::CaseInsensitive) != 0;
+    const bool isOtherStation = trimmed(before.stationID) != m_settings.stationID;
+    if (isOtherAccount) {
+        // Nothing of one account is shown, or polled for, under another.
+        dropConnection();
+        m_platform.http.reset();
+        forgetReadings();
+        m_outputHistoryStore.clear();
+    } else if (isOtherStation) {
+        forgetReadings();
+        restoreOutputHistoryIfAvailable();
+    }
+}
+
+void AppDelegate::applyAutoSavedPreferences(const PreferencesDraft& draft) {
+    const AppSettings before = m_settings;
+    copySharedFields(draft, m_settings);
+    m_settingsStore.save(m_settings);
+    if (m_settings.showDockIcon != before.showDockIcon) {
+        applyDockIconPreference();
+    }
+    applyApplicationIconIfAvailable();
+    applyLaunchAtLoginPreference(LaunchAtLoginReport::show);
+    if (!before.hasEnabledProductionNotifications() && m_settings.hasEnabledProductionNotifications()) {
+        startTask("notification permission", [weak = weak_from_this()] {
+            const auto self = weak.lock();
+            return self ? self->askForNotificationPermission() : completedTask();
+        });
+    }
+    if (m_semsSession && m_settings.clampedPollInterval() != before.clampedPollInterval()) {
+        startPolling();
+    }
+    updateStatusBar();
+}
+
+QCoro::Task<void> AppDelegate::askForNotificationPermission() {
+    const auto self = shared_from_this();
+    co_await synchronizeNotificationAuthorizationIfNeeded(true);
+    co_await showNotificationAuthorizationTask();
+}
+
+void AppDelegate::showNotificationAuthorization() {
+    startTask("notification permission", [weak = weak_from_this()] {
+        const auto self = weak.lock();
+        return self ? self->showNotificationAuthorizationTask() : completedTask();
+    });
+}
+
+QCoro::Task<void> AppDelegate::showNotificationAuthorizationTask() {
+    const auto self = shared_from_this();
+    const NotificationAuthorizationState state = co_await m_notificationService.authorizationStatus();
+    if (PreferencesWindowController* window = m_preferencesCoordinator.window()) {
+        window->setNotificationPermission(permissionToShow(state, m_platform.bundle.identifier.has_value()));
+    }
+}
+
+void AppDelegate::applyLaunchAtLoginPreference(LaunchAtLoginReport report) {
+    if (m_settings.launchAtLogin == m_launchAtLoginManager.isEnabledForUI()) {
+        return; // an unbundled program would be told otherwise that it cannot have what nobody wants
+    }
+    const Result<void> changed = m_launchAtLoginManager.setEnabled(m_settings.launchAtLogin);
+    if (changed) {
+        return;
+    }
+    const QString description = changed.error().localizedDescription();
+    qCWarning(lcApp, "%s", qUtf8Printable(description));
+    if (report == LaunchAtLoginReport::log) {
+        return;
+    }
+    m_settings.launchAtLogin = m_launchAtLoginManager.isEnabledForUI();
+    m_settingsStore.save(m_settings);
+    if (PreferencesWindowController* window = m_preferencesCoordinator.window()) {
+        window->showLaunchAtLoginError(description, m_settings.launchAtLogin);
+    }
+}
+
+void AppDelegate::applyDockIconPreference() {
+    const ActivationPolicy policy = m_settings.showDockIcon ? ActivationPolicy::regular : ActivationPolicy::accessory;
+    if (m_platform.shell.activationPolicy() == policy) {
+        return;
+    }
+    if (!m_platform.shell.setActivationPolicy(policy)) {
+        qCWarning(lcApp, "Failed to set activation policy to %s", policyName(policy));
+        return;
+    }
+    applyApplicationIconIfAvailable();
+    if (PreferencesWindowController* window = m_preferencesCoordinator.window()) {
+        m_platform.shell.activate();
+        window->showWindowAndFocus();
+    }
+}
+
+void AppDelegate::applyApplicationIconIfAvailable() {
+    m_platform.shell.setApplicationIcon(applicationIconPath(
+        m_platform.bundle.resourcesPath, m_settings.iconAppearanceMode, m_platform.appearance.isDark()));
+}
+
+void AppDelegate::observeAppearanceChanges() {
+    m_appearanceObservation = m_platform.appearance.observe([weak = weak_from_this()] {
+        if (const auto self = weak.lock()) {
+            self->applyApplicationIconIfAvailable();
+        }
+    });
+}
+
+} // namespace Varnel

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <Varnel/Appearance.h>
+#include <Varnel/ApplicationShell.h>
+#include <Varnel/BundleInfo.h>
+#include <Varnel/SystemEvents.h>
+
+#include <VarnelNotifications/NotificationCenter.h>
+#include <VarnelSEMS/HTTPSession.h>
+#include <VarnelSEMS/SEMSEndpoints.h>
+#include <VarnelSecurity/KeychainServices.h>
+#include <VarnelSettings/LoginItem.h>
+#include <VarnelSettings/UserDefaults.h>
+#include <VarnelShared/Clock.h>
+#include <VarnelShared/Timers.h>
+#include <VarnelStatusMenu/StatusItem.h>
+
+#include <QString>
+
+#include <functional>
+#include <memory>
+
+namespace Varnel {
+
+/// Everything the controller needs of the place it runs in. What is referred to must outlive the controller; the HTTP
+/// session alone may end first, which ends the requests in flight.
+struct PlatformServices {
+    const Clock& clock;
+    TimerFactory& timers;
+    HTTPSession& http;
+    SEMSEndpoints endpoints;
+    UserDefaults& userDefaults;
+    KeychainServices& keychainServices;
+    LoginItem& loginItem;
+    std::function<NotificationCenter*()> notificationCenter; ///< gives null when the program is not bundled
+    Appearance& appearance;
+    ApplicationShell& shell;
+    SystemEvents& systemEvents;
+    std::unique_ptr<StatusItem> statusItem;
+    BundleInfo bundle;
+    QString applicationSupportFolder;
+};
+
+} // namespace Varnel

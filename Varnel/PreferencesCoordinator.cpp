@@ -1,0 +1,30 @@
+#include <Varnel/PreferencesCoordinator.h>
+
+#include <utility>
+
+namespace Varnel {
+
+PreferencesWindowController* PreferencesCoordinator::window() const {
+    return m_window && m_window->isVisible() ? m_window.get() : nullptr;
+}
+
+void PreferencesCoordinator::show(std::unique_ptr<PreferencesWindowController> window) {
+    close();
+    m_window = std::move(window);
+    m_window->showWindowAndFocus();
+}
+
+void PreferencesCoordinator::close() {
+    if (const auto window = std::move(m_window)) {
+        window->close();
+    }
+}
+
+void PreferencesCoordinator::updateConnectionState(bool isConnected, bool hasConnectionError,
+                                                   const QString& errorMessage) {
+    if (PreferencesWindowController* open = window()) {
+        open->updateConnectionState(isConnected, hasConnectionError, errorMessage);
+    }
+}
+
+} // namespace Varnel
