@@ -1,0 +1,128 @@
+#include <simulator/Fault.h>
+
+#include <simulator/Envelope.h>
+
+#include <QRegularExpression>
+
+namespace Varnel::Simulator {
+
+namespace {
+constexpr qsizetype deepNesting = 100000;
+constexpr qsizetype largeBody = qsizetype(16) * 1024 * 1024;
+
+const QByteArray loginPage =
+    QByteArrayLiteral("<!DOCTYPE html>\n<html><head><title>Log in to the network</title></head>"
+                      "<body><form method=\"post\"></form></body></html>\n");
+
+Reply failureReply(const Fault& fault) {
+    const std::string message = fault.text.toStdString();
+    if (fault.code.isEmpty()) {
+        return jsonReply(faultEnvelope(message));
+    }
+    return jsonReply(failureEnvelope(fault.code.toStdString(), message));
+}
+
+Reply statusReply(const Fault& fault) {
+    return {.status = fault.status, .contentType = "text/plain; charset=utf-8", .body = fault.text.toUtf8()};
+}
+
+Reply redirection(const Fault& fault) {
+    Reply reply;
+    reply.status = fault.status;
+    reply.headers.emplace_back("Location", fault.text.toUtf8());
+    return reply;
+}
+
+Reply replaced(const Fault& fault, Reply reply) {
+    switch (fault.kind) {
+    case FaultKind::status:
+        return statusReply(fault);
+    case FaultKind::redirect:
+        return redirection(fault);
+    case FaultKind::envelope:
+        return failureReply(fault);
+    case FaultKind::emptyList:
+        return jsonReply(successEnvelope({{"record", 0}, {"list", JSON::array()}}));
+    case FaultKind::emptyData:
+        return jsonReply(successEnvelope(JSON::object()));
+    case FaultKind::wrongShape:
+        return jsonReply(JSON::array({JSON::array({1, 2, 3}), "text", nullptr}));
+    case FaultKind::notJSON:
+        return {.body = "{\"hasError\":false,\"code\":0,\"data\":"};
+    case FaultKind::html:
+        return {.contentType = "text/html; charset=utf-8", .body = loginPage};
+    case FaultKind::tooDeep:
+        return {.body = QByteArray(deepNesting, '[') + QByteArray(deepNesting, ']')};
+    case FaultKind::tooLarge:
+        return {.body = "{\"data\":\"" + QByteArray(largeBody, 'x') + "\"}"};
+    case FaultKind::delay:
+    case FaultKind::drip:
+    case FaultKind::cut:
+    case FaultKind::close:
+    case FaultKind::silence:
+        break;
+    }
+    return reply;
+}
+
+Transmission transmission(const Fault& fault) {
+    switch (fault.kind) {
+    case FaultKind::drip:
+        return {Transmission::Manner::dripped, fault.delay, fault.bytesPerSecond};
+    case FaultKind::cut:
+        return {Transmission::Manner::cutInHalf, fault.delay};
+    case FaultKind::close:
+        return {Transmission::Manner::closed, fault.delay};
+    case FaultKind::silence:
+        return {Transmission::Manner::withheld, fault.delay};
+    case FaultKind::delay:
+    case FaultKind::status:
+    case FaultKind::redirect:
+    case FaultKind::envelope:
+    case FaultKind::emptyList:
+    case FaultKind::emptyData:
+    case FaultKind::wrongShape:
+    case FaultKind::notJSON:
+    case FaultKind::html:
+    case FaultKind::tooDeep:
+    case FaultKind::tooLarge:
+        break;
+    }
+    return {Transmission::Manner::whole, fault.delay};
+}
+} // namespace
+
+bool Fault::matches(const ServiceRequest& request) const {
+    const QString wildcards = QRegularExpression::escape(path).replace(QStringLiteral("\\*"), QStringLiteral(".*"));
+    const QRegularExpression pattern(QRegularExpression::anchoredPattern(wildcards),
+                                     QRegularExpression::CaseInsensitiveOption);
+    return pattern.match(QString::fromUtf8(request.target)).hasMatch() &&
+           (method.isEmpty() || method.toUtf8() == request.method) &&
+           QString::fromUtf8(request.header("Content-Type")).contains(contentType, Qt::CaseInsensitive);
+}
+
+std::optional<Fault> takeFault(std::vector<Fault>& faults, const ServiceRequest& request) {
+    for (auto fault = faults.begin(); fault != faults.end(); ++fault) {
+        if (!fault->matches(request)) {
+            continue;
+        }
+        const Fault taken = *fault;
+        if (fault->count && --*fault->count <= 0) {
+            faults.erase(fault);
+        }
+        return taken;
+    }
+    return std::nullopt;
+}
+
+bool keepsReply(FaultKind kind) {
+    return kind == FaultKind::delay || kind == FaultKind::drip || kind == FaultKind::cut;
+}
+
+Reply disturbed(const Fault& fault, Reply reply) {
+    Reply result = replaced(fault, std::move(reply));
+    result.transmission = transmission(fault);
+    return result;
+}
+
+} // namespace Varnel::Simulator

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <simulator/ServiceRequest.h>
+
+#include <QAbstractHttpServer>
+
+#include <functional>
+
+class QTcpServer;
+
+namespace Varnel::Simulator {
+
+/// Takes HTTP requests on the loopback address, never beyond it, and leaves the answering to its handler, which gets
+/// the bare connection, so that replies can go wrong below HTTP too.
+class LoopbackHTTPServer final : public QAbstractHttpServer {
+public:
+    /// `socket` lives until the connection ends. Nothing may be sent before the handler has returned.
+    using Handler = std::function<void(ServiceRequest request, QTcpSocket* socket)>;
+
+    explicit LoopbackHTTPServer(Handler handler);
+
+    /// Listens on a port, 0 chooses a free one. Gives the port, or 0 when it is taken or not allowed.
+    quint16 listen(quint16 port);
+
+private:
+    bool handleRequest(const QHttpServerRequest& request, QTcpSocket* socket) override;
+    void missingHandler(const QHttpServerRequest& request, QTcpSocket* socket) override;
+
+    Handler m_handler;
+};
+
+} // namespace Varnel::Simulator

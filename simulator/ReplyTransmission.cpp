@@ -1,0 +1,79 @@
+#include <simulator/ReplyTransmission.h>
+
+#include <QTcpSocket>
+
+#include <algorithm>
+
+namespace Varnel::Simulator {
+
+namespace {
+constexpr int drippingStepsPerSecond = 20;
+
+QByteArray bytesOf(const Reply& reply) {
+    QByteArray bytes = "HTTP/1.1 " + QByteArray::number(reply.status) + " Simulated\r\n";
+    bytes += "Content-Type: " + reply.contentType + "\r\n";
+    bytes += "Content-Length: " + QByteArray::number(reply.body.size()) + "\r\n";
+    for (const auto& [name, value] : reply.headers) {
+        bytes += name + ": " + value + "\r\n";
+    }
+    bytes += "\r\n";
+    // A cut reply announces the whole body and ends in its middle.
+    const bool isCut = reply.transmission.manner == Transmission::Manner::cutInHalf;
+    return bytes + (isCut ? reply.body.first(reply.body.size() / 2) : reply.body);
+}
+} // namespace
+
+void ReplyTransmission::start(QTcpSocket* socket, const Reply& reply, std::shared_ptr<void> inFlight) {
+    new ReplyTransmission(socket, reply, std::move(inFlight));
+}
+
+ReplyTransmission::ReplyTransmission(QTcpSocket* socket, const Reply& reply, std::shared_ptr<void> inFlight)
+    : QObject(socket)
+    , m_socket(socket)
+    , m_transmission(reply.transmission)
+    , m_unsent(bytesOf(reply))
+    , m_inFlight(std::move(inFlight)) {
+    connect(socket, &QTcpSocket::bytesWritten, this, [this] { onBytesWritten(); });
+    connect(socket, &QTcpSocket::disconnected, this, [this] { m_inFlight.reset(); });
+    QTimer::singleShot(m_transmission.delay, this, [this] { begin(); });
+}
+
+void ReplyTransmission::begin() {
+    switch (m_transmission.manner) {
+    case Transmission::Manner::whole:
+    case Transmission::Manner::cutInHalf:
+        writePiece(m_unsent.size());
+        return;
+    case Transmission::Manner::dripped:
+        connect(&m_timer, &QTimer::timeout, this,
+                [this] { writePiece(std::max(1, m_transmission.bytesPerSecond / drippingStepsPerSecond)); });
+        m_timer.start(1000 / drippingStepsPerSecond);
+        return;
+    case Transmission::Manner::closed:
+        m_socket->abort();
+        return;
+    case Transmission::Manner::withheld:
+        return;
+    }
+}
+
+void ReplyTransmission::writePiece(qsizetype size) {
+    const QByteArray piece = m_unsent.first(std::min(size, m_unsent.size()));
+    m_unsent.remove(0, piece.size());
+    m_socket->write(piece);
+}
+
+void ReplyTransmission::onBytesWritten() {
+    if (!m_unsent.isEmpty() || m_socket->bytesToWrite() > 0) {
+        return;
+    }
+    m_timer.stop();
+    m_inFlight.reset();
+    disconnect(m_socket, nullptr, this, nullptr);
+    if (m_transmission.manner == Transmission::Manner::cutInHalf) {
+        m_socket->disconnectFromHost();
+    }
+    deleteLater();
+}
+
+} // namespace Varnel::Simulator

@@ -1,0 +1,245 @@
+#include <simulator/SEMSService.h>
+
+#include <simulator/DayOutput.h>
+#include <simulator/Envelope.h>
+#include <simulator/MonitorDetail.h>
+#include <simulator/StationList.h>
+#include <simulator/SunCurve.h>
+
+#include <algorithm>
+
+namespace Varnel::Simulator {
+
+namespace {
+constexpr const char* wrongPasswordCode = "100005";
+constexpr const char* expiredSessionCode = "100002";
+const QString portalUserName = QStringLiteral("demo");
+
+Reply htmlStatus(int status, const char* reason) {
+    return {.status = status,
+            .contentType = "text/html",
+            .body = QByteArray("<html><body><h2>") + reason + "</h2></body></html>\n"};
+}
+
+/// The portal's "Token" header, or null JSON when it is not the object that every portal call must carry.
+JSON portalHeader(const ServiceRequest& request) {
+    Result<JSON> header = parseJSON(request.header("Token")); // looking up a missing member adds a null
+    if (!header || !header->is_object()) {
+        return nullptr;
+    }
+    const bool complete = (*header)["uid"].is_string() && (*header)["timestamp"].is_number_integer() &&
+                          (*header)["token"].is_string() && (*header)["client"].is_string() &&
+                          (*header)["version"].is_string() && (*header)["language"].is_string();
+    return complete ? *header : JSON(nullptr);
+}
+
+QString stationIDOf(const Parameters& parameters) {
+    return parameters.first(
+        {QStringLiteral("powerStationId"), QStringLiteral("powerstation_id"), QStringLiteral("id")});
+}
+
+Reply unknownStation() {
+    return jsonReply(faultEnvelope("The power station does not exist."));
+}
+
+QString bearerToken(const ServiceRequest& request) {
+    const QByteArray scheme = QByteArrayLiteral("Bearer ");
+    const QByteArray authorization = request.header("Authorization");
+    return authorization.startsWith(scheme) ? QString::fromUtf8(authorization.mid(scheme.size())) : QString();
+}
+} // namespace
+
+SEMSService::SEMSService(const Clock& clock)
+    : m_clock(clock) {}
+
+QDateTime SEMSService::now() const {
+    return (m_clock.now() + m_behaviour.timeOffset).toDateTime();
+}
+
+Reply SEMSService::answer(const ServiceRequest& request) {
+    const std::optional<Fault> fault = takeFault(m_behaviour.faults, request);
+    if (!fault) {
+        return rightReply(request);
+    }
+    return disturbed(*fault, keepsReply(fault->kind) ? rightReply(request) : Reply());
+}
+
+Reply SEMSService::rightReply(const ServiceRequest& request) {
+    const std::optional<Route> route = routeOf(request.path());
+    if (!route || !serves(route->operation)) {
+        return htmlStatus(404, "404 - File or directory not found.");
+    }
+    if (!(request.method == "GET" ? route->acceptsGet : request.method == "POST" && route->acceptsPost)) {
+        return htmlStatus(405, "405 - HTTP verb used to access this page is not allowed.");
+    }
+    const Result<Parameters> parameters = Parameters::of(request);
+    if (!parameters) {
+        return jsonReply(faultEnvelope(parameters.error().localizedDescription().toStdString()));
+    }
+    if (!isSignIn(route->operation) && !isSignedIn(*route, request)) {
+        return refusedSession();
+    }
+    return dispatch(*route, request, *parameters);
+}
+
+Reply SEMSService::dispatch(const Route& route, const ServiceRequest& request, const Parameters& parameters) {
+    switch (route.operation) {
+    case Operation::tokenSignIn:
+        return signInToken(parameters);
+    case Operation::portalSignIn:
+        return signInPortal(route, request, parameters);
+    case Operation::tokenStations:
+    case Operation::portalStations:
+        return stations(route, parameters);
+    case Operation::tokenDetail:
+    case Operation::portalDetail:
+        return detail(route, parameters);
+    case Operation::tokenDay:
+    case Operation::portalDay:
+        break;
+    }
+    return day(parameters);
+}
+
+bool SEMSService::serves(Operation operation) const {
+    switch (m_behaviour.families) {
+    case ServedFamilies::both:
+        return true;
+    case ServedFamilies::token:
+        return isTokenOperation(operation);
+    case ServedFamilies::portal:
+        break;
+    }
+    return !isTokenOperation(operation);
+}
+
+bool SEMSService::isSignedIn(const Route& route, const ServiceRequest& request) const {
+    if (isTokenOperation(route.operation)) {
+        const QString token = QString::fromUtf8(request.header("token"));
+        return m_sessions.knowsToken(token) && bearerToken(request) == token;
+    }
+    const JSON header = portalHeader(request);
+    return !header.is_null() && m_sessions.knows({textOf(header["uid"]), header["timestamp"].get<std::int64_t>(),
+                                                  textOf(header["token"]), route.region});
+}
+
+bool SEMSService::knowsAccount(const Parameters& parameters) const {
+    return parameters.first({QStringLiteral("account")}) == m_behaviour.account &&
+           parameters.first({QStringLiteral("pwd")}) == m_behaviour.password;
+}
+
+Reply SEMSService::refusedSession() const {
+    switch (m_behaviour.expiry) {
+    case Expiry::status:
+        return {.status = 401, .body = "{\"message\":\"Authorization has been denied for this request.\"}"};
+    case Expiry::envelope:
+        break;
+    }
+    return jsonReply(failureEnvelope(expiredSessionCode, "The authorization has expired, please log in again."));
+}
+
+Reply SEMSService::refusedPassword() const {
+    switch (m_behaviour.rejection) {
+    case Rejection::envelope:
+        return jsonReply(failureEnvelope(wrongPasswordCode, "Email or password error."));
+    case Rejection::missingToken:
+        return jsonReply(successEnvelope({{"uid", nullptr}, {"client", "web"}}));
+    case Rejection::status:
+        break;
+    }
+    return {.status = 401, .body = "{\"message\":\"Authorization has been denied for this request.\"}"};
+}
+
+Reply SEMSService::signInToken(const Parameters& parameters) {
+    if (!knowsAccount(parameters)) {
+        return refusedPassword();
+    }
+    const IssuedSession session = m_sessions.issue(now().toMSecsSinceEpoch(), {});
+    return jsonReply({{"code", 0}, {"msg", "success"}, {"data", {{"token", session.token.toStdString()}}}});
+}
+
+Reply SEMSService::signInPortal(const Route& route, const ServiceRequest& request, const Parameters& parameters) {
+    const JSON header = portalHeader(request);
+    if (header.is_null() || !textOf(header["token"]).isEmpty()) {
+        return jsonReply(failureEnvelope("100000", "The Token header is not the one of a client without a session."));
+    }
+    if (!knowsAccount(parameters)) {
+        return refusedPassword();
+    }
+    const QString region = m_behaviour.region.isEmpty() ? route.region : m_behaviour.region;
+    const IssuedSession session = m_sessions.issue(now().toMSecsSinceEpoch(), region);
+    JSON envelope = successEnvelope({{"uid", session.uid.toStdString()},
+                                     {"timestamp", session.timestamp},
+                                     {"token", session.token.toStdString()},
+                                     {"client", "web"},
+                                     {"version", ""},
+                                     {"language", "en"},
+                                     {"userName", portalUserName.toStdString()}});
+    envelope["code"] = 0;
+    const QString prefix = region.isEmpty() ? QString() : u'/' + region;
+    envelope["api"] = "http://" + request.header("Host").toStdString() + prefix.toStdString() + "/api/";
+    return jsonReply(envelope);
+}
+
+Reply SEMSService::stations(const Route& route, const Parameters& parameters) const {
+    std::vector<StationReading> readings;
+    for (const SimulatedStation& each : m_behaviour.stations) {
+        readings.push_back(reading(each));
+    }
+    const ListPage page{parameters.number(QStringLiteral("page_index"), 1),
+                        parameters.number(QStringLiteral("page_size"), 20)};
+    const auto list = isTokenOperation(route.operation) ? tokenStationList : portalStationList;
+    const ReplyShape& shape = m_behaviour.shape;
+    return jsonReply(successEnvelope(withKeyStyle(list(readings, page, shape.units), shape.keys)));
+}
+
+Reply SEMSService::detail(const Route& route, const Parameters& parameters) {
+    const SimulatedStation* found = station(route.stationID.isEmpty() ? stationIDOf(parameters) : route.stationID);
+    if (!found) {
+        return unknownStation();
+    }
+    const ReplyShape& shape = m_behaviour.shape;
+    JSON data = withKeyStyle(monitorDetail(reading(*found), shape, now()), shape.keys);
+    if (m_behaviour.powerScript.size() > 1) {
+        m_behaviour.powerScript.pop_front();
+    }
+    return jsonReply(successEnvelope(std::move(data)));
+}
+
+Reply SEMSService::day(const Parameters& parameters) const {
+    const SimulatedStation* found = station(stationIDOf(parameters));
+    const QDate date =
+        QDate::fromString(parameters.first({QStringLiteral("date"), QStringLiteral("day")}), Qt::ISODate);
+    if (!found || !date.isValid()) {
+        return unknownStation();
+    }
+    const QDateTime present = now();
+    const QTime until = date < present.date() ? QTime(23, 59, 59) : present.time();
+    if (date > present.date()) {
+        return jsonReply(successEnvelope(JSON::object()));
+    }
+    const double capacityKW = found->capacityKW;
+    const double sunKWh = SunCurve::energyKWh(capacityKW, until);
+    const bool isToday = date == present.date();
+    const DayRecord record{date, until, [capacityKW](QTime time) { return SunCurve::powerKW(capacityKW, time); },
+                           isToday ? m_behaviour.todayOutputKWh.value_or(sunKWh) : sunKWh};
+    const ReplyShape& shape = m_behaviour.shape;
+    return jsonReply(successEnvelope(withKeyStyle(dayOutput(record, shape), shape.keys)));
+}
+
+const SimulatedStation* SEMSService::station(const QString& id) const {
+    const auto& all = m_behaviour.stations;
+    const auto found =
+        std::find_if(all.begin(), all.end(), [&id](const SimulatedStation& each) { return each.id == id; });
+    return found == all.end() ? nullptr : &*found;
+}
+
+StationReading SEMSService::reading(const SimulatedStation& station) const {
+    const QTime time = now().time();
+    const double sunKW = SunCurve::powerKW(station.capacityKW, time);
+    const double sunKWh = SunCurve::energyKWh(station.capacityKW, time);
+    return {station, m_behaviour.powerScript.empty() ? sunKW : m_behaviour.powerScript.front(),
+            m_behaviour.todayOutputKWh.value_or(sunKWh)};
+}
+
+} // namespace Varnel::Simulator

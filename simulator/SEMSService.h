@@ -1,0 +1,52 @@
+#pragma once
+
+#include <simulator/Behaviour.h>
+#include <simulator/Parameters.h>
+#include <simulator/Route.h>
+#include <simulator/Sessions.h>
+#include <simulator/StationReading.h>
+
+#include <VarnelShared/Clock.h>
+
+namespace Varnel::Simulator {
+
+/// The simulated service itself, without a network: checks what was sent and answers it.
+class SEMSService {
+public:
+    /// `clock` must outlive this object.
+    explicit SEMSService(const Clock& clock);
+
+    Behaviour& behaviour() { return m_behaviour; }
+    const Behaviour& behaviour() const { return m_behaviour; }
+    Sessions& sessions() { return m_sessions; }
+
+    /// The service's own time in the system's zone.
+    QDateTime now() const;
+
+    /// The reply to a request, disturbed by the fault that meets it.
+    Reply answer(const ServiceRequest& request);
+
+private:
+    Reply rightReply(const ServiceRequest& request);
+    Reply dispatch(const Route& route, const ServiceRequest& request, const Parameters& parameters);
+    bool serves(Operation operation) const;
+    bool isSignedIn(const Route& route, const ServiceRequest& request) const;
+    bool knowsAccount(const Parameters& parameters) const;
+    Reply refusedSession() const;
+    Reply refusedPassword() const;
+
+    Reply signInToken(const Parameters& parameters);
+    Reply signInPortal(const Route& route, const ServiceRequest& request, const Parameters& parameters);
+    Reply stations(const Route& route, const Parameters& parameters) const;
+    Reply detail(const Route& route, const Parameters& parameters);
+    Reply day(const Parameters& parameters) const;
+
+    const SimulatedStation* station(const QString& id) const;
+    StationReading reading(const SimulatedStation& station) const;
+
+    const Clock& m_clock;
+    Behaviour m_behaviour = standardBehaviour();
+    Sessions m_sessions;
+};
+
+} // namespace Varnel::Simulator

@@ -1,0 +1,88 @@
+#include <simulator/SEMSSimulator.h>
+
+#include <simulator/Envelope.h>
+#include <simulator/ReplyTransmission.h>
+#include <simulator/Settings.h>
+#include <simulator/SimulatorError.h>
+
+namespace Varnel::Simulator {
+
+namespace {
+constexpr const char* controlPath = "/_control";
+constexpr const char* controlLogPath = "/_control/log";
+
+Reply badControl(int status, const QString& message) {
+    Reply reply = jsonReply({{"error", message.toStdString()}});
+    reply.status = status;
+    return reply;
+}
+} // namespace
+
+SEMSSimulator::SEMSSimulator(const Clock& clock)
+    : m_service(clock)
+    , m_server([this](ServiceRequest request, QTcpSocket* socket) { handle(std::move(request), socket); }) {}
+
+Result<void> SEMSSimulator::listen(quint16 port) {
+    m_port = m_server.listen(port);
+    if (m_port == 0) {
+        return failure(SimulatorError{QStringLiteral("Port %1 of the loopback address cannot be had.").arg(port)});
+    }
+    return {};
+}
+
+QUrl SEMSSimulator::baseURL() const {
+    return QUrl(QStringLiteral("http://127.0.0.1:%1/api/").arg(m_port));
+}
+
+Result<void> SEMSSimulator::change(const JSON& settings) {
+    Result<SettingsChange> wanted = changed(m_service.behaviour(), settings, m_service.now());
+    if (!wanted) {
+        return tl::unexpected(wanted.error());
+    }
+    m_service.behaviour() = std::move(wanted->behaviour);
+    if (wanted->expireSessions) {
+        expireSessions();
+    }
+    if (wanted->clearLog) {
+        m_log.clear();
+    }
+    return {};
+}
+
+void SEMSSimulator::handle(ServiceRequest request, QTcpSocket* socket) {
+    if (request.path().startsWith(controlPath)) {
+        ReplyTransmission::start(socket, answerControl(request), nullptr);
+        return;
+    }
+    request.received = m_service.now();
+    std::shared_ptr<void> inFlight = m_log.noteArrival(request);
+    ReplyTransmission::start(socket, m_service.answer(request), std::move(inFlight));
+}
+
+Reply SEMSSimulator::answerControl(const ServiceRequest& request) {
+    if (request.method == "GET" && request.path() == controlLogPath) {
+        return {.contentType = "application/x-ndjson", .body = m_log.jsonLines()};
+    }
+    if (request.path() != controlPath) {
+        return badControl(404, QStringLiteral("There are /_control and /_control/log."));
+    }
+    if (request.method == "GET") {
+        return state();
+    }
+    const Result<JSON> settings = parseJSON(request.body);
+    const Result<void> done = settings ? change(*settings) : tl::unexpected(settings.error());
+    return done ? state() : badControl(400, done.error().localizedDescription());
+}
+
+Reply SEMSSimulator::state() const {
+    const Behaviour& behaviour = m_service.behaviour();
+    return jsonReply({{"baseURL", baseURL().toString().toStdString()},
+                      {"time", m_service.now().toString(Qt::ISODate).toStdString()},
+                      {"requests", m_log.requests().size()},
+                      {"maximumInFlight", m_log.maximumInFlight()},
+                      {"stations", behaviour.stations.size()},
+                      {"faults", behaviour.faults.size()},
+                      {"powerScriptLeft", behaviour.powerScript.size()}});
+}
+
+} // namespace Varnel::Simulator
