@@ -27,13 +27,19 @@ public:
     /// two values or more.
     static std::optional<std::vector<double>> extractTodayPowerSeriesKW(const JSON& root);
 
-    /// The first key of the list that exists anywhere and has a usable value; a key with "." is a path from the root.
+    /// For each key in turn: the first member anywhere that has it, or for a key with "." what `value` finds. The first
+    /// of these that is of the wanted kind is the answer, whatever the depths. `firstString` gives texts trimmed, which
+    /// may leave them empty, and numbers as text; `firstInt` and `firstBool` also read texts.
     static std::optional<QString> firstString(const JSON& root, const QStringList& keys);
     static std::optional<std::int64_t> firstInt(const JSON& root, const QStringList& keys);
     static std::optional<bool> firstBool(const JSON& root, const QStringList& keys);
 
     /// A pointer into `root`, valid as long as it; null when there is none.
     static const JSON* firstDictionary(const JSON& root, const QStringList& keys);
+
+    /// Follows a dotted path of keys from object to object, "data.info.pac"; null when a step is missing. Valid as
+    /// long as `root`.
+    static const JSON* value(const JSON& root, const QString& path);
 
     /// Every station of the reply in document order, the same id once.
     static std::vector<PowerStation> extractStations(const JSON& root);

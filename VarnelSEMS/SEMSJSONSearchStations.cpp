@@ -1,0 +1,117 @@
+#include <VarnelSEMS/SEMSJSONCoercion.h>
+#include <VarnelSEMS/SEMSJSONSearch.h>
+#include <VarnelSEMS/SEMSJSONTree.h>
+#include <VarnelSEMS/SEMSJSONUnits.h>
+
+#include <QSet>
+
+#include <algorithm>
+#include <array>
+#include <string>
+#include <string_view>
+
+// The stations of a list reply of either family.
+
+namespace Varnel {
+
+namespace {
+/// Keys that only a station has; a bare "id" is on everything.
+constexpr std::array<std::string_view, 2> idKeys = {"powerstationid", "pwid"};
+constexpr std::array<std::string_view, 4> nameKeys = {"stationname", "powerstationname", "pwname", "name"};
+constexpr std::array<std::string_view, 5> capacityKeys = {"capacity", "capacitykw", "installedcapacity",
+                                                          "systemcapacity", "pwcapacity"};
+/// A capacity without a unit above this counts in watts.
+constexpr double largestCapacityKW = 1000;
+
+template <std::size_t Count>
+std::optional<QString> ownText(const JSON& object, const std::array<std::string_view, Count>& keys) {
+    for (const std::string_view key : keys) {
+        const JSON* found = ownValue(object, key);
+        const std::optional<QString> text = found ? coerceToString(*found) : std::nullopt;
+        if (text && !text->isEmpty()) {
+            return text;
+        }
+    }
+    return std::nullopt;
+}
+
+/// The unit beside a capacity: its own, or the object's bare "unit". "kWp" and "Wp" are rated (peak) values.
+QString capacityUnit(const JSON& object, std::string_view key) {
+    const std::string ownUnitKey = std::string(key) + "unit";
+    QString unit =
+        ownText(object, std::array<std::string_view, 3>{ownUnitKey, "capacityunit", "unit"}).value_or(QString());
+    if (unit.endsWith(QLatin1String("wp"), Qt::CaseInsensitive)) {
+        unit.chop(1);
+    }
+    return unit;
+}
+
+std::optional<double> capacityKW(const JSON& object, std::string_view key, const SEMSNumber& number) {
+    if (number.carriesUnit) {
+        return number.value;
+    }
+    const QString unit = capacityUnit(object, key);
+    if (unit.isEmpty()) {
+        return number.value > largestCapacityKW ? number.value / 1000 : number.value;
+    }
+    switch (normalizedPowerUnit(unit)) {
+    case PowerUnitKind::kilowatts:
+        return number.value;
+    case PowerUnitKind::watts:
+        return number.value / 1000;
+    case PowerUnitKind::energy:
+    case PowerUnitKind::unknown:
+        return std::nullopt;
+    }
+    Q_UNREACHABLE();
+}
+
+std::optional<double> extractStationCapacityKW(const JSON& object) {
+    for (const std::string_view key : capacityKeys) {
+        const JSON* found = ownValue(object, key);
+        const std::optional<SEMSNumber> number = found ? coerceToDouble(*found) : std::nullopt;
+        if (const std::optional<double> capacity = number ? capacityKW(object, key, *number) : std::nullopt) {
+            return capacity;
+        }
+    }
+    return std::nullopt;
+}
+
+template <std::size_t Count>
+bool hasAnyKey(const JSON& object, const std::array<std::string_view, Count>& keys) {
+    return std::any_of(keys.begin(), keys.end(), [&object](std::string_view key) { return ownValue(object, key); });
+}
+
+std::optional<PowerStation> stationOf(const JSON& object) {
+    std::optional<QString> id = ownText(object, idKeys);
+    if (!id && (hasAnyKey(object, nameKeys) || hasAnyKey(object, capacityKeys))) {
+        id = ownText(object, std::array<std::string_view, 1>{"id"});
+    }
+    if (!id) {
+        return std::nullopt;
+    }
+    return PowerStation{*id, ownText(object, nameKeys), extractStationCapacityKW(object)};
+}
+
+/// Outer objects before inner ones, in document order.
+void collectStations(const JSON& tree, QSet<QString>& knownIDs, std::vector<PowerStation>& results) {
+    if (std::optional<PowerStation> station = stationOf(tree); station && !knownIDs.contains(station->id)) {
+        knownIDs.insert(station->id);
+        results.push_back(*std::move(station));
+    }
+    if (tree.is_structured()) {
+        for (const JSON& value : tree) {
+            collectStations(value, knownIDs, results);
+        }
+    }
+}
+} // namespace
+
+std::vector<PowerStation> SEMSJSONSearch::extractStations(const JSON& root) {
+    QSet<QString> knownIDs;
+    std::vector<PowerStation> results;
+    collectStations(root, knownIDs, results);
+    return results;
+}
+
+} // namespace Varnel

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <VarnelShared/JSON.h>
+
+#include <string>
+#include <string_view>
+
+namespace Varnel {
+
+/// The walks through a parsed reply that every search stands on. Keys given as "normalised" are lower-cased and
+/// without "_"; a tree is nested `jsonNestingLimit` levels at most, so that recursion is safe.
+
+/// A member found in a tree: its value and the object that holds it. Both null when there is none.
+struct SEMSJSONMember {
+    const JSON* value = nullptr;
+    const JSON* context = nullptr;
+
+    explicit operator bool() const { return value != nullptr; }
+};
+
+/// The key lower-cased, every "_" removed. Only ASCII letters fold: no key that is looked for has others.
+std::string normalizedKey(std::string_view key);
+
+/// The text with its ASCII letters lower-cased.
+std::string lowercased(std::string_view text);
+
+/// Depth first: an object's own members come before anything below them, then each member's value in document order;
+/// arrays by element. The first member that has the key and whose value is accepted wins; one that is not accepted
+/// is passed over.
+SEMSJSONMember firstMember(const JSON& tree, std::string_view normalizedKey, bool (*accepts)(const JSON& value));
+
+/// The first member with the key whatever its value, in the same order.
+const JSON* firstValue(const JSON& tree, std::string_view normalizedKey);
+
+/// The object's own member with the key, nothing below it; null when there is none or `object` is no object.
+const JSON* ownValue(const JSON& object, std::string_view normalizedKey);
+
+} // namespace Varnel

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <VarnelSEMS/PowerUnitKind.h>
+#include <VarnelShared/JSON.h>
+
+#include <QString>
+
+#include <initializer_list>
+#include <string_view>
+
+namespace Varnel {
+
+/// What a unit text of the service means for a power, spaces and "_" aside. "MW" counts as watts: the service writes
+/// it that way.
+PowerUnitKind normalizedPowerUnit(const QString& unit);
+
+/// The text (or number) of the first key that leads to one anywhere in the tree, which may be an empty text; empty
+/// when none does.
+QString unitText(const JSON& tree, std::initializer_list<std::string_view> normalizedKeys);
+
+/// The unit of a power found under the key: looked for in the object that held it, then anywhere in the reply, where
+/// a bare "unit" says nothing. Empty when there is none.
+QString resolvedPowerUnit(std::string_view normalizedKey, const JSON& context, const JSON& root);
+
+/// Whether a key says by its name that it counts in watts.
+bool namesWatts(std::string_view lowerCasedKey);
+
+} // namespace Varnel

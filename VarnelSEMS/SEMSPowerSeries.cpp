@@ -1,0 +1,132 @@
+#include <VarnelSEMS/SEMSPowerSeries.h>
+
+#include <VarnelSEMS/SEMSJSONCoercion.h>
+#include <VarnelSEMS/SEMSJSONTree.h>
+#include <VarnelSEMS/SEMSSeriesIndex.h>
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+namespace Varnel {
+
+namespace {
+constexpr std::array<std::string_view, 4> valueKeys = {"y", "value", "pac", "power"};
+constexpr std::array<std::string_view, 4> timeKeys = {"x", "date", "time", "t"};
+/// Before this minute of the day there is light only beyond the polar circle.
+constexpr int earliestDawnMinute = 3 * 60;
+
+struct Sample {
+    SEMSNumber number;
+    std::optional<SEMSSeriesIndex> index;
+};
+
+/// Whether a text is one number with at most a unit behind it: "12:05" and "01/02/2025" are labels of an axis.
+bool isNumericText(std::string_view text) {
+    const std::size_t begin = text.find_first_not_of(" \t\r\n");
+    const std::size_t end = begin == std::string_view::npos ? begin : text.find_first_not_of("+-0123456789.,", begin);
+    if (end == begin) {
+        return false;
+    }
+    return end == std::string_view::npos || text.find_first_of("0123456789:/", end) == std::string_view::npos;
+}
+
+std::optional<SEMSNumber> scalarNumber(const JSON& value) {
+    if (const auto* text = value.get_ptr<const JSON::string_t*>()) {
+        return isNumericText(*text) ? parseNumber(*text) : std::nullopt;
+    }
+    return value.is_number() ? coerceToDouble(value) : std::nullopt;
+}
+
+std::optional<SEMSNumber> sampleNumber(const JSON& element) {
+    if (!element.is_object()) {
+        return scalarNumber(element);
+    }
+    for (const std::string_view key : valueKeys) {
+        const JSON* value = ownValue(element, key);
+        if (std::optional<SEMSNumber> number = value ? scalarNumber(*value) : std::nullopt) {
+            return number;
+        }
+    }
+    return std::nullopt;
+}
+
+std::optional<SEMSSeriesIndex> sampleIndex(const JSON& element) {
+    for (const std::string_view key : timeKeys) {
+        const JSON* time = ownValue(element, key);
+        if (time && time->is_number()) {
+            return SEMSSeriesIndex{time->get<double>(), std::nullopt};
+        }
+        if (std::optional<SEMSSeriesIndex> index = time ? parsedSeriesIndex(textOf(*time)) : std::nullopt) {
+            return index;
+        }
+    }
+    return std::nullopt;
+}
+
+/// Without times the series is taken for a day that begins at midnight.
+std::size_t preDawnCount(const std::vector<Sample>& samples) {
+    const bool areTimed =
+        std::all_of(samples.begin(), samples.end(), [](const Sample& s) { return s.index && s.index->minuteOfDay; });
+    if (!areTimed) {
+        return samples.size() * earliestDawnMinute / (24 * 60);
+    }
+    const auto isPreDawn = [](const Sample& s) { return *s.index->minuteOfDay < earliestDawnMinute; };
+    return static_cast<std::size_t>(std::find_if_not(samples.begin(), samples.end(), isPreDawn) - samples.begin());
+}
+
+/// To kW. What the hint says decides; where it says nothing, a value above 100 means watts. Texts with a unit are in
+/// kW already.
+void normalizeSeries(std::vector<double>& values, const SEMSSeriesHint& hint, bool carriesUnit) {
+    if (values.empty()) {
+        return;
+    }
+    const bool isWatts = hint.meansWatts() || *std::max_element(values.begin(), values.end()) > 100;
+    const double divisor = isWatts && !hint.hasKilowattWord && !carriesUnit ? 1000 : 1;
+    for (double& value : values) {
+        value = std::max(value / divisor, 0.0);
+    }
+}
+
+SEMSPowerSeries seriesOf(std::vector<Sample> samples, const SEMSSeriesHint& hint) {
+    if (std::all_of(samples.begin(), samples.end(), [](const Sample& s) { return s.index.has_value(); })) {
+        std::stable_sort(samples.begin(), samples.end(),
+                         [](const Sample& a, const Sample& b) { return a.index->order < b.index->order; });
+    }
+    SEMSPowerSeries series;
+    bool carriesUnit = false;
+    for (const Sample& sample : samples) {
+        series.kilowatts.push_back(sample.number.value);
+        series.negativeCount += sample.number.value < 0 ? 1 : 0;
+        carriesUnit = carriesUnit || sample.number.carriesUnit;
+    }
+    series.preDawnCount = preDawnCount(samples);
+    normalizeSeries(series.kilowatts, hint, carriesUnit);
+    return series;
+}
+} // namespace
+
+SEMSPowerSeries numericSeriesFromArray(const JSON& array, const SEMSSeriesHint& hint) {
+    std::vector<Sample> samples;
+    for (const JSON& element : array) {
+        if (const std::optional<SEMSNumber> number = sampleNumber(element)) {
+            samples.push_back({*number, sampleIndex(element)});
+        }
+    }
+    return seriesOf(std::move(samples), hint);
+}
+
+SEMSPowerSeries numericSeriesFromDictionary(const JSON& object, const SEMSSeriesHint& hint) {
+    std::vector<Sample> samples;
+    for (const auto& [key, value] : object.get_ref<const JSON::object_t&>()) {
+        const std::optional<SEMSNumber> number = sampleNumber(value);
+        const std::optional<SEMSSeriesIndex> index =
+            number ? parsedSeriesIndex(QString::fromStdString(key)) : std::nullopt;
+        if (index) {
+            samples.push_back({*number, index});
+        }
+    }
+    return seriesOf(std::move(samples), hint);
+}
+
+} // namespace Varnel
