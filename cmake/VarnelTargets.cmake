@@ -5,7 +5,7 @@ find_package(QCoro6 0.8 REQUIRED COMPONENTS Core Network DBus)
 find_package(nlohmann_json 3.11 REQUIRED)
 find_package(tl-expected REQUIRED)
 find_package(PkgConfig REQUIRED)
-qcoro_enable_coroutines()
+# C++20 switches coroutines on in both compilers. QCoro's own macro adds an option that newer clang has dropped.
 
 add_library(varnel_options INTERFACE)
 target_include_directories(varnel_options INTERFACE ${PROJECT_SOURCE_DIR})
