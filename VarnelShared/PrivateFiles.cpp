@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <system_error>
 
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -15,6 +16,16 @@ namespace Varnel {
 namespace {
 tl::unexpected<Error> systemFailure(int errorNumber) {
     return failure(FileError{QString::fromStdString(std::generic_category().message(errorNumber))});
+}
+
+/// Lets the rename itself survive a power failure. Best effort: some file systems flush no folders, and the new content
+/// stands either way.
+void flushFolder(const QString& path) {
+    const int folder = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (folder >= 0) {
+        ::fsync(folder);
+        ::close(folder);
+    }
 }
 } // namespace
 
@@ -39,6 +50,10 @@ Result<void> writeFileAtomically(const QString& path, const QByteArray& bytes, Q
     if (const Result<void> made = createPrivateFolder(QFileInfo(path).absolutePath()); !made) {
         return made;
     }
+    // QSaveFile refuses to replace a file that may not be written to.
+    if (QFileInfo(path).isFile()) {
+        QFile::setPermissions(path, permissions);
+    }
     QSaveFile file(path);
     const bool written = file.open(QIODevice::WriteOnly) && file.setPermissions(permissions) &&
                          file.write(bytes) == bytes.size() && file.flush();
@@ -49,7 +64,11 @@ Result<void> writeFileAtomically(const QString& path, const QByteArray& bytes, Q
     if (::fsync(file.handle()) != 0) {
         return systemFailure(errno);
     }
-    return file.commit() ? Result<void>() : failure(FileError{file.errorString()});
+    if (!file.commit()) {
+        return failure(FileError{file.errorString()});
+    }
+    flushFolder(QFileInfo(path).absolutePath());
+    return {};
 }
 
 } // namespace Varnel

@@ -24,7 +24,8 @@ constexpr QFileDevice::Permissions privateFilePermissions = QFileDevice::ReadOwn
 Result<void> createPrivateFolder(const QString& path);
 
 /// Replaces the whole file in one step: a temporary file beside it is written, flushed to disk and renamed. Missing
-/// folders are made as by `createPrivateFolder`. On failure, a `FileError`, the old content stays as it was.
+/// folders are made as by `createPrivateFolder`; the old file's mode does not matter. On failure, a `FileError`, the
+/// old content stays as it was.
 Result<void> writeFileAtomically(const QString& path, const QByteArray& bytes,
                                  QFileDevice::Permissions permissions = privateFilePermissions);
 
