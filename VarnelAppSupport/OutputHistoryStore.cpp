@@ -2,7 +2,7 @@
 
 #include <VarnelAppSupport/OutputHistoryArchive.h>
 #include <VarnelShared/Calendar.h>
-#include <VarnelShared/PrivateFile.h>
+#include <VarnelShared/PrivateFiles.h>
 #include <VarnelShared/Text.h>
 
 #include <QDir>
@@ -120,9 +120,8 @@ void OutputHistoryStore::write(const OutputHistoryArchive& archive) {
         clear();
         return;
     }
-    if (PrivateFile::createFolder(QFileInfo(m_filePath).absolutePath())) {
-        PrivateFile::replace(m_filePath, encodeOutputHistory(archive));
-    }
+    // What cannot be written is given up: the samples are still in memory, and the next save tries again.
+    [[maybe_unused]] const Result<void> written = writeFileAtomically(m_filePath, encodeOutputHistory(archive));
 }
 
 } // namespace Varnel

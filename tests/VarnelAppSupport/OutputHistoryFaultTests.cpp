@@ -7,6 +7,7 @@
 #include <QElapsedTimer>
 #include <QRandomGenerator>
 
+#include <algorithm>
 #include <csignal>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -77,15 +78,17 @@ private:
 TEST(OutputHistoryFaults, AKilledSaveLeavesTheOldOrTheNewContent) {
     const HistoryFolder folder;
     OutputHistoryStore store = folder.store();
-    const OutputHistorySnapshot snapshots[] = {dayOf(300, 1), dayOf(300, 2)};
+    const OutputHistorySnapshot snapshots[] = {dayOf(100, 1), dayOf(100, 2)};
     QByteArray contents[2];
-    QElapsedTimer elapsed;
-    for (int i = 0; i < 2; ++i) {
+    qint64 fastestSave = 10'000'000;
+    for (int i = 0; i < 10; ++i) {
+        QElapsedTimer elapsed;
         elapsed.start();
-        store.saveSnapshot(snapshots[i], day);
-        contents[i] = folder.content();
+        store.saveSnapshot(snapshots[i % 2], day);
+        fastestSave = std::min(fastestSave, elapsed.nsecsElapsed());
+        contents[i % 2] = folder.content();
     }
-    const auto twoSaves = static_cast<quint32>(2 * elapsed.nsecsElapsed() / 1000);
+    const auto twoSaves = static_cast<quint32>(2 * fastestSave / 1000);
 
     int current = 1;
     int survivals[2] = {0, 0};
