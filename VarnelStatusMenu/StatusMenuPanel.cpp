@@ -35,7 +35,8 @@ void StatusMenuPanel::setMenu(const StatusMenu& menu) {
     m_menu = menu;
     build();
     for (MenuCommandRow* command : m_commands) {
-        if (command->command() == focused) {
+        if (focused && command->command() == *focused) {
+            command->show(); // the layout would show it only later, and what is hidden cannot have the focus
             command->setFocus();
         }
     }
@@ -77,7 +78,7 @@ void StatusMenuPanel::addCommand(const StatusMenuAction& action) {
 /// To the next enabled command in that direction, around both ends.
 void StatusMenuPanel::moveFocus(int step) {
     const auto count = static_cast<int>(m_commands.size());
-    const auto focused = std::find_if(m_commands.begin(), m_commands.end(), [](auto* row) { return row->hasFocus(); });
+    const auto focused = std::find(m_commands.begin(), m_commands.end(), focusWidget());
     int index = focused != m_commands.end() ? static_cast<int>(focused - m_commands.begin()) : (step > 0 ? -1 : count);
     for (int tried = 0; tried < count; ++tried) {
         index = (index + step + count) % count;
@@ -89,13 +90,10 @@ void StatusMenuPanel::moveFocus(int step) {
     }
 }
 
+/// Also while another window is active.
 std::optional<StatusMenuCommand> StatusMenuPanel::focusedCommand() const {
-    for (const MenuCommandRow* row : m_commands) {
-        if (row->hasFocus()) {
-            return row->command();
-        }
-    }
-    return std::nullopt;
+    const auto* focused = qobject_cast<MenuCommandRow*>(focusWidget());
+    return focused != nullptr ? std::optional(focused->command()) : std::nullopt;
 }
 
 } // namespace Varnel

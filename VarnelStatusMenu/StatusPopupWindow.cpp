@@ -2,6 +2,7 @@
 
 #include <VarnelStatusMenu/StatusMenuPanel.h>
 
+#include <QCloseEvent>
 #include <QHideEvent>
 #include <QKeyEvent>
 #include <QStyleOptionFrame>
@@ -27,7 +28,7 @@ StatusPopupWindow::StatusPopupWindow(const StatusMenu& menu)
 }
 
 bool StatusPopupWindow::event(QEvent* event) {
-    if (event->type() == QEvent::WindowDeactivate && isVisible()) {
+    if (event->type() == QEvent::WindowDeactivate && isVisible() && !m_isClosing) {
         close();
         Q_EMIT dismissed();
     }
@@ -47,6 +48,11 @@ void StatusPopupWindow::paintEvent(QPaintEvent* /*event*/) {
     option.initFrom(this);
     option.lineWidth = style()->pixelMetric(QStyle::PM_MenuPanelWidth, nullptr, this);
     QStylePainter(this).drawPrimitive(QStyle::PE_FrameMenu, option);
+}
+
+void StatusPopupWindow::closeEvent(QCloseEvent* event) {
+    m_isClosing = true; // closing makes the window lose the focus, too
+    QWidget::closeEvent(event);
 }
 
 void StatusPopupWindow::hideEvent(QHideEvent* event) {

@@ -24,10 +24,14 @@ Q_SIGNALS:
     void closed();
 
 protected:
+    void closeEvent(QCloseEvent* event) override;
     void hideEvent(QHideEvent* event) override;
     bool event(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
+
+private:
+    bool m_isClosing = false;
 };
 
 } // namespace Varnel

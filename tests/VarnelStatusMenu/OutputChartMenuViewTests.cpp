@@ -1,0 +1,153 @@
+#include <VarnelStatusMenu/MenuColors.h>
+#include <VarnelStatusMenu/OutputChartMenuView.h>
+
+#include <QApplication>
+#include <QImage>
+#include <QMouseEvent>
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+using namespace Varnel;
+
+namespace {
+
+constexpr QColor accent(0, 0, 255);
+
+QPalette lightPalette() {
+    QPalette palette(QColor(0xef, 0xef, 0xef));
+    palette.setColor(QPalette::Highlight, accent);
+    return palette;
+}
+
+QPalette darkPalette() {
+    QPalette palette(QColor(0x35, 0x36, 0x3a), QColor(0x2b, 0x2c, 0x30));
+    palette.setColor(QPalette::Highlight, accent);
+    return palette;
+}
+
+/// The chart on white, without what is behind it.
+QImage painted(OutputChartMenuView& view, qreal scale = 1) {
+    view.setPalette(lightPalette());
+    view.resize(view.sizeHint());
+    QImage image((QSizeF(view.size()) * scale).toSize(), QImage::Format_RGB32);
+    image.setDevicePixelRatio(scale);
+    image.fill(Qt::white);
+    view.render(&image, {}, {}, QWidget::DrawChildren);
+    return image;
+}
+
+QImage painted(const std::vector<double>& values, qreal scale = 1) {
+    OutputChartMenuView view({values, {}, {}, {}});
+    return painted(view, scale);
+}
+
+void moveMouse(OutputChartMenuView& view, QPointF position) {
+    QMouseEvent event(QEvent::MouseMove, position, position, Qt::NoButton, Qt::NoButton, Qt::NoModifier);
+    QApplication::sendEvent(&view, &event);
+}
+
+double channel(double value) {
+    return value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
+}
+
+double luminance(const QColor& color) {
+    return 0.2126 * channel(color.redF()) + 0.7152 * channel(color.greenF()) + 0.0722 * channel(color.blueF());
+}
+
+/// The ratio of the colour, laid over the background, to that background, as accessibility guidelines count it.
+double contrast(const QColor& color, const QColor& background) {
+    const auto mix = [&](float over, float under) { return over * color.alphaF() + under * (1 - color.alphaF()); };
+    const QColor seen = QColor::fromRgbF(mix(color.redF(), background.redF()), mix(color.greenF(), background.greenF()),
+                                         mix(color.blueF(), background.blueF()));
+    const double one = luminance(seen) + 0.05;
+    const double other = luminance(background) + 0.05;
+    return std::max(one, other) / std::min(one, other);
+}
+
+} // namespace
+
+// The chart of a view without labels lies in x 20 to 230 and, from the top, y 16 to 96.
+
+TEST(OutputChartMenuView, PaintsTheCurveAtItsValues) {
+    const QImage bottom = painted({0, 0});
+    EXPECT_EQ(bottom.pixelColor(125, 95), accent);
+    const QImage top = painted({5, 5});
+    EXPECT_EQ(top.pixelColor(125, 16), accent);
+    EXPECT_EQ(top.pixelColor(125, 60).blue(), 255); // the area: accent at low alpha over white
+    EXPECT_NEAR(top.pixelColor(125, 60).red(), 255 * (1 - 0.18), 2);
+    EXPECT_EQ(top.pixelColor(60, 60).red(), 255) << "beside the first point";
+}
+
+TEST(OutputChartMenuView, PaintsADotForOneValueAndTextForNone) {
+    EXPECT_EQ(painted({5}).pixelColor(125, 16), accent);
+    EXPECT_EQ(painted({5}).pixelColor(125, 60), QColor(Qt::white));
+    const QImage empty = painted(std::vector<double>{});
+    int darkPixels = 0;
+    for (int x = 90; x < 160; ++x) {
+        for (int y = 46; y < 66; ++y) {
+            darkPixels += empty.pixelColor(x, y).lightness() < 128 ? 1 : 0;
+        }
+    }
+    EXPECT_GT(darkPixels, 40);
+}
+
+TEST(OutputChartMenuView, DrawsThinLinesOnWholePixelsAtEveryScale) {
+    for (const double scale : {1.0, 1.5, 2.0}) {
+        const QImage image = painted(std::vector<double>{1}, scale);
+        // From left to right across the border of the background, and from above across the lowest grid line.
+        std::vector<int> border;
+        for (int x = 0; x < static_cast<int>(19 * scale); ++x) {
+            border.push_back(image.pixelColor(x, image.height() / 2 + 6).lightness());
+        }
+        const int width = static_cast<int>(std::floor(scale));
+        const int darkest = *std::min_element(border.begin(), border.end());
+        EXPECT_EQ(std::count_if(border.begin(), border.end(), [&](int l) { return l < 255; }), width) << scale;
+        EXPECT_EQ(std::count(border.begin(), border.end(), darkest), width) << scale;
+        EXPECT_LT(darkest, 245) << scale;
+    }
+}
+
+TEST(OutputChartMenuView, InspectsTheNearestPointWhileTheMouseIsInTheChart) {
+    OutputChartMenuView view({{1, 2, 3}, {}, {QStringLiteral("06:00")}, {}});
+    const QImage quiet = painted(view);
+    const struct {
+        QPointF mouse;
+        std::optional<std::size_t> index;
+    } cases[] = {
+        {{21, 50}, 0}, {{125, 95}, 1}, {{229, 17}, 2}, {{15, 50}, std::nullopt}, {{125, 100}, std::nullopt},
+    };
+    for (const auto& [mouse, index] : cases) {
+        moveMouse(view, mouse);
+        EXPECT_EQ(view.inspectedIndex(), index) << mouse.x();
+        EXPECT_EQ(painted(view) == quiet, !index) << mouse.x();
+    }
+    moveMouse(view, {125, 50});
+    QEvent leave(QEvent::Leave);
+    QApplication::sendEvent(&view, &leave);
+    EXPECT_FALSE(view.inspectedIndex());
+}
+
+TEST(OutputChartMenuView, InspectsNothingWithoutRoomOrValues) {
+    OutputChartMenuView empty({});
+    painted(empty);
+    moveMouse(empty, {125, 50});
+    EXPECT_FALSE(empty.inspectedIndex());
+    OutputChartMenuView view({{1, 2, 3}, {}, {}, {}});
+    painted(view);
+    moveMouse(view, {125, 50});
+    view.resize(30, 30);
+    view.grab();
+    EXPECT_FALSE(view.inspectedIndex());
+}
+
+TEST(MenuColors, KeepTextReadableAndLinesVisible) {
+    for (const QPalette& palette : {lightPalette(), darkPalette()}) {
+        const MenuColors colors = MenuColors::of(palette);
+        for (const QColor& text : {colors.label, colors.secondaryLabel, colors.tertiaryLabel}) {
+            EXPECT_GE(contrast(text, colors.windowBackground), 4.5) << text.alphaF();
+        }
+        EXPECT_GE(contrast(withAlpha(colors.separator, 0.35), colors.controlBackground), 1.15);
+    }
+}

@@ -1,0 +1,220 @@
+#include <VarnelStatusMenu/MenuRowView.h>
+#include <VarnelStatusMenu/OutputChartMenuView.h>
+#include <VarnelStatusMenu/StatusMenuPresenter.h>
+#include <VarnelStatusMenu/StatusMenuWindow.h>
+#include <VarnelStatusMenu/StatusPopupMenu.h>
+#include <VarnelStatusMenu/StatusPopupWindow.h>
+
+#include <tests/Support/EventLoop.h>
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPointer>
+
+#include <gtest/gtest.h>
+
+using namespace Varnel;
+using Varnel::Testing::settle;
+
+namespace {
+
+StatusPresentation connected(const QString& output = QStringLiteral("3.50 kW")) {
+    StatusPresentation presentation;
+    presentation.outputValue = output;
+    presentation.outputChartValues = {1, 2, 3};
+    presentation.showOutputChart = presentation.isSignedIn = presentation.canRefresh = true;
+    return presentation;
+}
+
+template <typename Widget>
+Widget* shown() {
+    for (QWidget* widget : QApplication::topLevelWidgets()) {
+        auto* found = qobject_cast<Widget*>(widget);
+        if (found != nullptr && found->isVisible()) {
+            return found;
+        }
+    }
+    return nullptr;
+}
+
+/// To the window's focused widget, as the window system delivers keys.
+void press(QWidget* window, int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+    QWidget* target = window->focusWidget() != nullptr ? window->focusWidget() : window;
+    QKeyEvent event(QEvent::KeyPress, key, modifiers);
+    QApplication::sendEvent(target, &event);
+}
+
+void mouse(QWidget* widget, QEvent::Type type, QPoint position) {
+    const auto buttons = type == QEvent::MouseButtonPress ? Qt::LeftButton : Qt::NoButton;
+    const QPointF global = widget->mapToGlobal(position);
+    QMouseEvent event(type, position, global, Qt::LeftButton, buttons, Qt::NoModifier);
+    QApplication::sendEvent(widget, &event);
+}
+
+QStringList rowsOf(const QWidget* window) {
+    QStringList rows;
+    for (const auto* row : window->findChildren<MenuRowView*>()) {
+        rows << row->accessibleName();
+    }
+    return rows;
+}
+
+class StatusMenuPresenterTest : public testing::Test {
+protected:
+    StatusMenuPresenterTest() {
+        presenter.setMenu(statusMenu(connected()));
+        presenter.setCommandHandler([this](StatusMenuCommand command) {
+            chosen.push_back(command);
+            wasOpenWhenChosen = presenter.isMenuOpen();
+        });
+    }
+
+    StatusPopupMenu* openPopup() {
+        presenter.toggleMenu();
+        return shown<StatusPopupMenu>();
+    }
+
+    StatusMenuPresenter presenter;
+    std::vector<StatusMenuCommand> chosen;
+    bool wasOpenWhenChosen = false;
+};
+
+using Commands = std::vector<StatusMenuCommand>;
+
+} // namespace
+
+TEST_F(StatusMenuPresenterTest, PopupHasTheStatedSizes) {
+    StatusPopupMenu* popup = openPopup();
+    ASSERT_TRUE(popup);
+    EXPECT_EQ(popup->findChild<OutputChartMenuView*>()->size(), QSize(250, 112));
+    for (const auto* row : popup->findChildren<MenuRowView*>()) {
+        EXPECT_EQ(row->size(), QSize(250, 22));
+    }
+}
+
+TEST_F(StatusMenuPresenterTest, KeysChooseOnceAfterThePopupHasClosed) {
+    const struct {
+        const char* name;
+        std::vector<QKeyCombination> keys;
+        Commands chosen;
+        bool isOpen;
+    } cases[] = {
+        {"Ctrl+R", {Qt::CTRL | Qt::Key_R}, {StatusMenuCommand::refresh}, false},
+        {"Ctrl+comma", {Qt::CTRL | Qt::Key_Comma}, {StatusMenuCommand::preferences}, false},
+        {"second entry", {Qt::Key_Down, Qt::Key_Down, Qt::Key_Return}, {StatusMenuCommand::preferences}, false},
+        {"from below", {Qt::Key_Up, Qt::Key_Return}, {StatusMenuCommand::signOut}, false},
+        {"Escape", {Qt::Key_Escape}, {}, false},
+        {"without modifier", {Qt::Key_Comma}, {}, true},
+    };
+    for (const auto& [name, keys, expected, isOpen] : cases) {
+        chosen.clear();
+        StatusPopupMenu* popup = openPopup();
+        ASSERT_TRUE(popup) << name;
+        for (const QKeyCombination key : keys) {
+            press(popup, key.key(), key.keyboardModifiers());
+        }
+        EXPECT_TRUE(chosen.empty()) << name << ": before the menu has closed";
+        settle();
+        EXPECT_EQ(chosen, expected) << name;
+        EXPECT_FALSE(wasOpenWhenChosen) << name;
+        EXPECT_EQ(presenter.isMenuOpen(), isOpen) << name;
+    }
+}
+
+TEST_F(StatusMenuPresenterTest, DisabledCommandHasNoKey) {
+    StatusPresentation presentation = connected();
+    presentation.canRefresh = false;
+    presenter.setMenu(statusMenu(presentation));
+    press(openPopup(), Qt::Key_R, Qt::ControlModifier);
+    settle();
+    EXPECT_TRUE(chosen.empty());
+    EXPECT_TRUE(presenter.isMenuOpen());
+}
+
+TEST_F(StatusMenuPresenterTest, OpenPopupStaysAsItIsAndIsFreedWhenItCloses) {
+    const QPointer<StatusPopupMenu> popup = openPopup();
+    const QStringList before = rowsOf(popup);
+    presenter.setMenu(statusMenu(connected(QStringLiteral("9 W"))));
+    EXPECT_EQ(rowsOf(popup), before);
+    presenter.toggleMenu();
+    EXPECT_FALSE(presenter.isMenuOpen());
+    settle();
+    EXPECT_FALSE(popup);
+    EXPECT_EQ(rowsOf(openPopup()).first().toStdString(), "Current Output: 9 W");
+}
+
+TEST_F(StatusMenuPresenterTest, ReleaseOfTheOpeningClickChoosesNothing) {
+    StatusPopupMenu* popup = openPopup();
+    const QPoint command = popup->actionGeometry(popup->actions().last()).center();
+    mouse(popup, QEvent::MouseMove, command);
+    mouse(popup, QEvent::MouseButtonRelease, command);
+    settle();
+    EXPECT_TRUE(presenter.isMenuOpen());
+    mouse(popup, QEvent::MouseButtonPress, command);
+    mouse(popup, QEvent::MouseButtonRelease, command);
+    settle();
+    EXPECT_EQ(chosen, Commands{StatusMenuCommand::signOut});
+}
+
+TEST_F(StatusMenuPresenterTest, ClickOnTheItemThatClosesThePopupDoesNotOpenItAgain) {
+    mouse(openPopup(), QEvent::MouseButtonPress, {-20, -20});
+    EXPECT_FALSE(presenter.isMenuOpen());
+    presenter.toggleMenu();
+    EXPECT_FALSE(presenter.isMenuOpen());
+    presenter.toggleMenu();
+    EXPECT_TRUE(presenter.isMenuOpen());
+}
+
+TEST_F(StatusMenuPresenterTest, WindowFollowsTheMenuAndKeepsTheFocusedCommand) {
+    presenter.showWindow(QStringLiteral("3.50 kW"));
+    auto* window = shown<StatusMenuWindow>();
+    ASSERT_TRUE(window);
+    press(window, Qt::Key_Down);
+    press(window, Qt::Key_Down);
+    presenter.setMenu(statusMenu(connected(QStringLiteral("9 W"))));
+    settle();
+    EXPECT_EQ(rowsOf(window).first().toStdString(), "Current Output: 9 W");
+    press(window, Qt::Key_Return);
+    press(window, Qt::Key_R, Qt::ControlModifier);
+    settle();
+    EXPECT_EQ(chosen, (Commands{StatusMenuCommand::preferences, StatusMenuCommand::refresh}));
+    EXPECT_TRUE(presenter.isWindowOpen());
+    presenter.closeWindow();
+    EXPECT_FALSE(presenter.isWindowOpen());
+}
+
+TEST(StatusPopupWindow, ClosesBeforeACommandOnEscapeAndWithoutFocus) {
+    const struct {
+        const char* name;
+        std::function<void(StatusPopupWindow&)> act;
+        std::string outcome;
+    } cases[] = {
+        {"Ctrl+R", [](auto& popup) { press(&popup, Qt::Key_R, Qt::ControlModifier); }, "closed chosen "},
+        {"Up and Return",
+         [](auto& popup) {
+             press(&popup, Qt::Key_Up);
+             press(&popup, Qt::Key_Return);
+         },
+         "closed chosen "},
+        {"Escape", [](auto& popup) { press(&popup, Qt::Key_Escape); }, "closed "},
+        {"other window",
+         [](auto& popup) {
+             QEvent event(QEvent::WindowDeactivate);
+             QApplication::sendEvent(&popup, &event);
+         },
+         "closed dismissed "},
+    };
+    for (const auto& [name, act, expected] : cases) {
+        StatusPopupWindow popup(statusMenu(connected()));
+        std::string outcome;
+        QObject::connect(&popup, &StatusPopupWindow::closed, [&] { outcome += "closed "; });
+        QObject::connect(&popup, &StatusPopupWindow::commandChosen, [&] { outcome += "chosen "; });
+        QObject::connect(&popup, &StatusPopupWindow::dismissed, [&] { outcome += "dismissed "; });
+        popup.show();
+        settle();
+        act(popup);
+        EXPECT_EQ(outcome, expected) << name;
+        EXPECT_FALSE(popup.isVisible()) << name;
+    }
+}
