@@ -1,0 +1,102 @@
+#include <VarnelNotifications/Linux/FreedesktopNotificationCenter.h>
+
+#include <VarnelNotifications/Linux/NotificationClicks.h>
+
+#include <QCoroDBusPendingCall>
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusPendingCall>
+
+#include <utility>
+
+namespace Varnel {
+
+namespace {
+
+/// A server that hangs would hold a call for 25 s otherwise. One that is slow to start still shows what it was sent.
+constexpr int callTimeoutMilliseconds = 3000;
+
+const QString serverName = QStringLiteral("org.freedesktop.Notifications");
+
+QDBusMessage serverCall(const char* method) {
+    return QDBusMessage::createMethodCall(serverName, QStringLiteral("/org/freedesktop/Notifications"), serverName,
+                                          QLatin1String(method));
+}
+
+QDBusMessage busCall(const char* method) {
+    const QString bus = QStringLiteral("org.freedesktop.DBus");
+    return QDBusMessage::createMethodCall(bus, QStringLiteral("/org/freedesktop/DBus"), bus, QLatin1String(method));
+}
+
+/// The reply, or an error message after the time-out.
+QCoro::Task<QDBusMessage> send(QDBusMessage call) {
+    const QDBusPendingCall pending = QDBusConnection::sessionBus().asyncCall(call, callTimeoutMilliseconds);
+    QDBusMessage reply = co_await pending;
+    co_return reply;
+}
+
+QCoro::Task<bool> isServerThere() {
+    QDBusMessage ownerQuestion = busCall("NameHasOwner");
+    ownerQuestion << serverName;
+    const QDBusMessage owner = co_await send(ownerQuestion);
+    if (owner.arguments().value(0).toBool()) {
+        co_return true;
+    }
+    const QDBusMessage activatable = co_await send(busCall("ListActivatableNames"));
+    co_return activatable.arguments().value(0).toStringList().contains(serverName);
+}
+
+/// `Notify` for a server with these capabilities.
+QDBusMessage notifyCall(const NotificationSender& sender, const NotificationRequest& request,
+                        const QStringList& capabilities) {
+    constexpr uint replacesNothing = 0;
+    constexpr int serverDecidesWhenItExpires = -1;
+    const bool readsMarkup = capabilities.contains(QLatin1String("body-markup"));
+    // Some servers without actions show a dialog in place of a notification that has any.
+    const QStringList actions = capabilities.contains(QLatin1String("actions"))
+                                    ? QStringList{QStringLiteral("default"), QStringLiteral("Show")}
+                                    : QStringList();
+    const QVariantMap hints = {{QStringLiteral("desktop-entry"), sender.desktopEntry},
+                               {QStringLiteral("sound-name"), QStringLiteral("message-new-instant")}};
+    QDBusMessage call = serverCall("Notify");
+    call << sender.applicationName << replacesNothing << sender.icon << request.title
+         << (readsMarkup ? request.body.toHtmlEscaped() : request.body) << actions << hints
+         << serverDecidesWhenItExpires;
+    return call;
+}
+
+} // namespace
+
+FreedesktopNotificationCenter::FreedesktopNotificationCenter(NotificationSender sender)
+    : m_sender(std::move(sender))
+    , m_clicks(std::make_unique<NotificationClicks>()) {}
+
+FreedesktopNotificationCenter::~FreedesktopNotificationCenter() = default;
+
+QCoro::Task<NotificationAuthorizationStatus> FreedesktopNotificationCenter::authorizationStatus() {
+    const bool isThere = co_await isServerThere();
+    co_return isThere ? NotificationAuthorizationStatus::authorized : NotificationAuthorizationStatus::notDetermined;
+}
+
+QCoro::Task<Result<bool>> FreedesktopNotificationCenter::requestAuthorization(NotificationAuthorizationOptions) {
+    const bool isThere = co_await isServerThere();
+    co_return Result<bool>(isThere);
+}
+
+QCoro::Task<Result<void>> FreedesktopNotificationCenter::add(NotificationRequest request) {
+    // Asked each time, because another server may have taken over. One that does not say reads no markup.
+    const QDBusMessage capabilities = co_await send(serverCall("GetCapabilities"));
+    const QDBusMessage call = notifyCall(m_sender, request, capabilities.arguments().value(0).toStringList());
+    const QDBusMessage reply = co_await send(call);
+    if (reply.type() != QDBusMessage::ReplyMessage || reply.signature() != QLatin1String("u")) {
+        co_return failure(NotificationServerError{reply.errorMessage()});
+    }
+    m_clicks->noteShown(reply);
+    co_return Result<void>();
+}
+
+void FreedesktopNotificationCenter::setActivationHandler(std::function<void()> activated) {
+    m_clicks->setHandler(std::move(activated));
+}
+
+} // namespace Varnel

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <VarnelNotifications/NotificationCenter.h>
+
+#include <memory>
+
+namespace Varnel {
+
+class NotificationClicks;
+
+/// How the notification server names and draws the program.
+struct NotificationSender {
+    QString applicationName;
+    QString desktopEntry; ///< the name of the desktop file, without ".desktop"
+    QString icon;         ///< the name of a themed icon, or a path
+};
+
+/// Why a notification was not shown: what the bus or the server said.
+struct NotificationServerError {
+    QString description;
+
+    QString localizedDescription() const { return description; }
+};
+
+/// The desktop's notification server, org.freedesktop.Notifications on the session bus. Nothing blocks, and nothing is
+/// logged, where there is no server or it does not answer: every call to it gives up after a few seconds.
+///
+/// Desktops ask nobody for permission, so the answer is whether there is a server: `authorized` when one is on the bus
+/// or the bus can start one, asked anew each time, and `notDetermined` otherwise.
+class FreedesktopNotificationCenter final : public NotificationCenter {
+public:
+    explicit FreedesktopNotificationCenter(NotificationSender sender);
+    ~FreedesktopNotificationCenter() override;
+
+    QCoro::Task<NotificationAuthorizationStatus> authorizationStatus() override;
+    QCoro::Task<Result<bool>> requestAuthorization(NotificationAuthorizationOptions options) override;
+
+    /// Fails with `NotificationServerError`. The identifier stays with the caller: the server numbers what it shows.
+    QCoro::Task<Result<void>> add(NotificationRequest request) override;
+
+    void setActivationHandler(std::function<void()> activated) override;
+
+private:
+    NotificationSender m_sender;
+    std::unique_ptr<NotificationClicks> m_clicks;
+};
+
+} // namespace Varnel
