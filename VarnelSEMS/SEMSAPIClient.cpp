@@ -1,0 +1,86 @@
+#include <VarnelSEMS/SEMSAPIClient.h>
+
+#include <VarnelSEMS/SEMSRedaction.h>
+#include <VarnelSEMS/SEMSReply.h>
+#include <VarnelShared/Logging.h>
+#include <VarnelShared/URLError.h>
+
+#include <algorithm>
+#include <utility>
+
+namespace Varnel {
+
+namespace {
+/// Shortens the request's deadline to what is left of the limit; false when nothing is left.
+bool fitsTimeLimit(SEMSRequest& request, const AttemptRules& rules, Seconds elapsed) {
+    if (!rules.timeLimit) {
+        return true;
+    }
+    const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(*rules.timeLimit - elapsed);
+    request.timeout = std::min(request.timeout, left);
+    return left.count() > 0;
+}
+
+Result<JSON> accepted(Result<JSON> reply, const AttemptRules& rules) {
+    if (reply && rules.accept) {
+        if (const auto verdict = rules.accept(*reply); !verdict) {
+            return tl::unexpected<Error>(verdict.error());
+        }
+    }
+    return reply;
+}
+
+void logFailedAttempt(const SEMSRequest& request, const Error& error) {
+    const QString& name = request.name.isEmpty() ? request.path : request.name;
+    qCDebug(lcSEMSAPI, "Endpoint attempt failed for %s: %s", qUtf8Printable(name),
+            qUtf8Printable(error.localizedDescription()));
+}
+} // namespace
+
+SEMSAPIClient::SEMSAPIClient(QUrl baseURL, HTTPSession& session, const Clock& clock, SEMSEndpoints endpoints)
+    : m_configuredBaseURL(std::move(baseURL))
+    , m_session(session)
+    , m_clock(clock)
+    , m_endpoints(std::move(endpoints)) {}
+
+/// The only way to the network.
+QCoro::Task<Result<JSON>> SEMSAPIClient::requestJSON(SEMSRequest request) {
+    auto http = makeHTTPRequest(request);
+    if (!http) {
+        co_return tl::unexpected<Error>(http.error());
+    }
+    auto exchange = m_session.send(std::move(*http));
+    const auto response = co_await std::move(exchange);
+    if (!response) {
+        co_return tl::unexpected<Error>(response.error());
+    }
+    auto reply = judgedReply(*response);
+    if (!reply) {
+        co_return tl::unexpected<Error>(withoutSecrets(reply.error(), secretsOf(request)));
+    }
+    co_return reply;
+}
+
+QCoro::Task<AttemptOutcome> SEMSAPIClient::tryInOrder(std::vector<SEMSRequest> requests, AttemptRules rules) {
+    const Timestamp begin = m_clock.now();
+    AttemptOutcome outcome;
+    for (SEMSRequest& request : requests) {
+        if (!fitsTimeLimit(request, rules, m_clock.now() - begin)) {
+            break;
+        }
+        auto answered = co_await requestJSON(request);
+        auto reply = accepted(std::move(answered), rules);
+        if (reply) {
+            outcome.reply = std::move(*reply);
+            break;
+        }
+        logFailedAttempt(request, reply.error());
+        outcome.failures.push_back(reply.error());
+        if (rules.endAtTransportFailure && reply.error().as<URLError>() != nullptr) {
+            break;
+        }
+    }
+    co_return outcome;
+}
+
+} // namespace Varnel

@@ -1,0 +1,91 @@
+#pragma once
+
+#include <VarnelSEMS/HTTPSession.h>
+#include <VarnelSEMS/PowerStation.h>
+#include <VarnelSEMS/SEMSAttempts.h>
+#include <VarnelSEMS/SEMSEndpoints.h>
+#include <VarnelSEMS/SEMSSession.h>
+#include <VarnelShared/Clock.h>
+#include <VarnelShared/JSON.h>
+#include <VarnelShared/PowerReading.h>
+
+#include <QCoroTask>
+#include <QString>
+#include <QUrl>
+
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace Varnel {
+
+/// Reads a home solar station from the SEMS service, whose two API families, paths and regional hosts are tried in
+/// fixed orders.
+///
+/// Made by `std::make_shared` only. A call keeps its client alive until it ends, so a caller may drop the client while
+/// calls are in flight. The HTTP session and the clock must outlive the client and its calls. The client holds no
+/// state: each call takes its session as an argument. Within one call no two requests are in flight at once; each
+/// has a total deadline of 12 s.
+///
+/// Calls fail with `SEMSAPIError`, with `URLError` as the HTTP session reports it, or with `JSONError` for a body that
+/// is not JSON. No error carries the password or a token. Every failed attempt is logged at debug level.
+class SEMSAPIClient : public std::enable_shared_from_this<SEMSAPIClient> {
+public:
+    /// Sends nothing. `baseURL` is the configured base.
+    SEMSAPIClient(QUrl baseURL, HTTPSession& session, const Clock& clock, SEMSEndpoints endpoints = SEMSEndpoints());
+
+    /// Tries the token API on the configured base, then the portal on every candidate base; the first token wins.
+    /// Fails with `allSignInStrategiesFailed` and one line for each of the two.
+    QCoro::Task<Result<SEMSSession>> signIn(QString account, QString password);
+
+    /// The first station of `fetchPowerStations`, with its errors.
+    QCoro::Task<Result<PowerStation>> discoverDefaultPowerStation(SEMSSession session);
+
+    /// The account's stations in the service's order, never empty: an answer without a station is `noPowerStation`.
+    QCoro::Task<Result<std::vector<PowerStation>>> fetchPowerStations(SEMSSession session);
+
+    /// The rated size in kW of the preferred station, or of the first one when none is preferred or none matches.
+    /// None when the service reports no size or no station.
+    QCoro::Task<Result<std::optional<double>>> fetchSystemSizeKW(SEMSSession session,
+                                                                 std::optional<QString> preferredStationID);
+
+    /// Reads the preferred station, or the default one when none is preferred (an empty text is none). Today's output
+    /// is looked for in the monitor detail, then in the day endpoints; not finding it is no error.
+    QCoro::Task<Result<PowerReading>> fetchCurrentPower(SEMSSession session, std::optional<QString> preferredStationID);
+
+    /// Today's power in kW, up to 288 values from midnight on; none when the service answers but has no curve.
+    QCoro::Task<Result<std::optional<std::vector<double>>>> fetchTodayOutputSeries(SEMSSession session,
+                                                                                   QString stationID);
+
+private:
+    // SEMSAPIClient.cpp: what every call passes through.
+    QCoro::Task<Result<JSON>> requestJSON(SEMSRequest request);
+    QCoro::Task<AttemptOutcome> tryInOrder(std::vector<SEMSRequest> requests, AttemptRules rules);
+
+    // SEMSAPIClientSignIn.cpp
+    QCoro::Task<Result<SEMSSession>> signInOpenAPI(QString account, QString password);
+    QCoro::Task<Result<SEMSSession>> signInLegacyPortal(QString account, QString password);
+
+    // SEMSAPIClientStations.cpp
+    QCoro::Task<Result<std::vector<PowerStation>>> fetchPowerStationsOpenAPI(const SEMSSession& session);
+    QCoro::Task<Result<std::vector<PowerStation>>> fetchPowerStationsLegacy(const SEMSSession& session);
+    QCoro::Task<Result<std::vector<PowerStation>>> stationsOfFirstReply(std::vector<SEMSRequest> requests);
+
+    // SEMSAPIClientPower.cpp
+    QCoro::Task<Result<QString>> settledStationID(SEMSSession session, std::optional<QString> preferredStationID);
+    QCoro::Task<AttemptOutcome> fetchMonitorDetail(const SEMSSession& session, const QString& stationID);
+    QCoro::Task<AttemptOutcome> fetchCurrentPowerOpenAPI(const SEMSSession& session, const QString& stationID);
+    QCoro::Task<AttemptOutcome> fetchCurrentPowerLegacy(const SEMSSession& session, const QString& stationID);
+
+    // SEMSAPIClientToday.cpp
+    QCoro::Task<std::optional<double>> fetchTodayOutput(SEMSSession session, QString stationID);
+    QCoro::Task<AttemptOutcome> fetchTodayDayEndpointResponse(const SEMSSession& session, const QString& stationID,
+                                                              int sampleCount, AttemptRules rules);
+
+    QUrl m_configuredBaseURL;
+    HTTPSession& m_session;
+    const Clock& m_clock;
+    SEMSEndpoints m_endpoints;
+};
+
+} // namespace Varnel

@@ -1,0 +1,140 @@
+#include <VarnelSEMS/SEMSAPIClient.h>
+
+#include <VarnelSEMS/LegacyBase.h>
+#include <VarnelSEMS/LegacyTokenHeader.h>
+#include <VarnelSEMS/SEMSJSONSearch.h>
+#include <VarnelSEMS/WebURL.h>
+
+#include <utility>
+
+namespace Varnel {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+/// The service's generations read the account and the password under different names; every name is sent at once.
+std::vector<SEMSRequest> openAPISignInRequests(const QUrl& base, const QString& account, const QString& password) {
+    SEMSRequest request;
+    request.baseURL = base;
+    request.body = JSON::object();
+    (*request.body)["account"] = toUtf8(account);
+    (*request.body)["pwd"] = toUtf8(password);
+    (*request.body)["userName"] = toUtf8(account);
+    (*request.body)["username"] = toUtf8(account);
+    (*request.body)["password"] = toUtf8(password);
+    return requestsForPaths(request, {u"/api/v1/OpenApi/GetToken"_s, u"/api/OpenApi/GetToken"_s});
+}
+
+Result<SEMSSession> openAPISession(const JSON& reply, const QUrl& base) {
+    const auto token = SEMSJSONSearch::firstString(reply, {u"data.token"_s, u"token"_s, u"data.access_token"_s,
+                                                           u"data.accessToken"_s, u"access_token"_s, u"accessToken"_s});
+    if (!token || token->isEmpty()) {
+        return failure(SEMSAPIError::authenticationFailed());
+    }
+    SEMSSession session;
+    session.authMode = SEMSAuthMode::openAPI;
+    session.token = *token;
+    session.uid = SEMSJSONSearch::firstString(reply, {u"data.uid"_s, u"uid"_s, u"data.userId"_s, u"userId"_s});
+    session.timestamp = SEMSJSONSearch::firstInt(reply, {u"data.timestamp"_s, u"timestamp"_s, u"data.ts"_s, u"ts"_s});
+    session.apiBaseURL = base;
+    return session;
+}
+
+std::vector<SEMSRequest> portalSignInRequests(const std::vector<QUrl>& bases, const QString& account,
+                                              const QString& password) {
+    const QByteArray anonymous = legacyTokenHeaderString(std::nullopt, std::nullopt, QString()).toUtf8();
+    SEMSRequest request;
+    request.encoding = BodyEncoding::form;
+    request.body = JSON::object();
+    (*request.body)["account"] = toUtf8(account);
+    (*request.body)["pwd"] = toUtf8(password);
+    request.extraHeaders = {{"User-Agent", legacyUserAgent}, {"Token", anonymous}, {"token", anonymous}};
+
+    std::vector<SEMSRequest> requests;
+    for (const QUrl& base : bases) {
+        for (const QString& path : {u"v2/Common/CrossLogin"_s, u"v1/Common/CrossLogin"_s}) {
+            request.baseURL = base;
+            request.path = path;
+            request.name = shownAddress(base) + path;
+            requests.push_back(request);
+        }
+    }
+    return requests;
+}
+
+/// The session of a portal reply. The token counts in "data" alone; whatever else "data" holds goes into the header
+/// of every later call.
+Result<SEMSSession> portalSession(const JSON& reply, const QUrl& answeringBase) {
+    if (!reply.is_object()) {
+        return failure(SEMSAPIError::invalidResponse());
+    }
+    const JSON* found = SEMSJSONSearch::firstDictionary(reply, {u"data"_s});
+    const JSON data = found != nullptr ? *found : JSON::object();
+    const auto token = SEMSJSONSearch::firstString(data, {u"token"_s, u"access_token"_s, u"accessToken"_s});
+    if (!token || token->isEmpty()) {
+        return failure(SEMSAPIError::authenticationFailed());
+    }
+    SEMSSession session;
+    session.authMode = SEMSAuthMode::legacyPortal;
+    session.token = *token;
+    session.uid = SEMSJSONSearch::firstString(data, {u"uid"_s, u"user_id"_s, u"userId"_s});
+    session.timestamp = SEMSJSONSearch::firstInt(data, {u"timestamp"_s, u"ts"_s});
+    session.apiBaseURL = resolveLegacyAPIBase(reply, answeringBase);
+    session.legacyTokenHeader = legacyTokenHeaderString(session.uid, session.timestamp, session.token, data);
+    return session;
+}
+
+Result<void> isPortalSignIn(const JSON& reply) {
+    const auto session = portalSession(reply, QUrl());
+    return session ? Result<void>() : tl::unexpected<Error>(session.error());
+}
+
+/// One line for each attempt that failed.
+QStringList attemptLines(const std::vector<SEMSRequest>& requests, const std::vector<Error>& failures) {
+    QStringList lines;
+    for (std::size_t i = 0; i < failures.size(); ++i) {
+        lines += requests[i].name + u": "_s + failures[i].localizedDescription();
+    }
+    return lines;
+}
+} // namespace
+
+QCoro::Task<Result<SEMSSession>> SEMSAPIClient::signIn(QString account, QString password) {
+    const auto self = shared_from_this();
+    auto byToken = co_await signInOpenAPI(account, password);
+    if (byToken) {
+        co_return byToken;
+    }
+    // Which family serves an account shows only by asking, so not even a rejected password ends the search here.
+    auto byPortal = co_await signInLegacyPortal(account, password);
+    if (byPortal) {
+        co_return byPortal;
+    }
+    const QStringList lines{u"OpenAPI: "_s + byToken.error().localizedDescription(),
+                            u"Portal API: "_s + byPortal.error().localizedDescription()};
+    co_return failure(SEMSAPIError::allSignInStrategiesFailed(lines));
+}
+
+QCoro::Task<Result<SEMSSession>> SEMSAPIClient::signInOpenAPI(QString account, QString password) {
+    auto requests = openAPISignInRequests(m_configuredBaseURL, account, password);
+    AttemptRules rules;
+    auto outcome = co_await tryInOrder(std::move(requests), std::move(rules));
+    const auto reply = std::move(outcome).result();
+    // An answer without a token is the service's word on this account: the other path would say the same.
+    co_return reply.and_then([this](const JSON& json) { return openAPISession(json, m_configuredBaseURL); });
+}
+
+QCoro::Task<Result<SEMSSession>> SEMSAPIClient::signInLegacyPortal(QString account, QString password) {
+    const auto bases = candidateLegacyAPIBases(m_configuredBaseURL, m_endpoints);
+    const auto requests = portalSignInRequests(bases, account, password);
+    AttemptRules rules;
+    rules.accept = isPortalSignIn;
+    const auto outcome = co_await tryInOrder(requests, std::move(rules));
+    if (!outcome.reply) {
+        co_return failure(SEMSAPIError::allSignInStrategiesFailed(attemptLines(requests, outcome.failures)));
+    }
+    const SEMSRequest& answered = requests[outcome.failures.size()];
+    co_return portalSession(*outcome.reply, answered.baseURL);
+}
+
+} // namespace Varnel

@@ -1,0 +1,112 @@
+#include <VarnelSEMS/SEMSAPIClient.h>
+
+#include <VarnelSEMS/SEMSJSONSearch.h>
+#include <VarnelShared/Text.h>
+
+#include <algorithm>
+#include <utility>
+
+namespace Varnel {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+/// Every path with the first form, then, when all of those failed, every path with the second.
+std::vector<SEMSRequest> inTwoPasses(const SEMSRequest& first, const SEMSRequest& second, const QStringList& paths) {
+    auto requests = requestsForPaths(first, paths);
+    const auto secondPass = requestsForPaths(second, paths);
+    requests.insert(requests.end(), secondPass.begin(), secondPass.end());
+    return requests;
+}
+
+std::optional<double> sizeOf(const std::vector<PowerStation>& stations, const QString& preferredID) {
+    const auto preferred = std::find_if(stations.begin(), stations.end(),
+                                        [&](const PowerStation& station) { return station.id == preferredID; });
+    return preferred != stations.end() ? preferred->capacityKW : stations.front().capacityKW;
+}
+
+bool isNoPowerStation(const Error& error) {
+    const auto* known = error.as<SEMSAPIError>();
+    return known != nullptr && known->is<SEMSAPIError::NoPowerStation>();
+}
+} // namespace
+
+QCoro::Task<Result<std::vector<PowerStation>>> SEMSAPIClient::fetchPowerStations(SEMSSession session) {
+    const auto self = shared_from_this();
+    switch (session.authMode) {
+    case SEMSAuthMode::openAPI:
+        co_return co_await fetchPowerStationsOpenAPI(session);
+    case SEMSAuthMode::legacyPortal:
+        break;
+    }
+    co_return co_await fetchPowerStationsLegacy(session);
+}
+
+QCoro::Task<Result<std::vector<PowerStation>>> SEMSAPIClient::fetchPowerStationsOpenAPI(const SEMSSession& session) {
+    SEMSRequest posted;
+    posted.baseURL = session.apiBaseURL;
+    posted.authSession = session;
+    posted.body = JSON::object();
+    (*posted.body)["searchType"] = 0;
+    (*posted.body)["page_index"] = 1;
+    (*posted.body)["page_size"] = 50;
+    SEMSRequest asked = posted;
+    asked.method = HTTPMethod::get;
+    asked.body.reset();
+    return stationsOfFirstReply(
+        inTwoPasses(posted, asked,
+                    {u"/api/v1/OpenApi/GetUserPowerStation"_s, u"/api/OpenApi/GetUserPowerStation"_s,
+                     u"/api/v1/OpenApi/GetPowerStationByUser"_s, u"/api/OpenApi/GetPowerStationByUser"_s}));
+}
+
+QCoro::Task<Result<std::vector<PowerStation>>> SEMSAPIClient::fetchPowerStationsLegacy(const SEMSSession& session) {
+    SEMSRequest asJSON;
+    asJSON.baseURL = session.apiBaseURL;
+    asJSON.authSession = session;
+    asJSON.body = JSON::object();
+    (*asJSON.body)["page_size"] = 20;
+    (*asJSON.body)["page_index"] = 1;
+    for (const char* filter : {"powerstation_id", "orderby", "powerstation_status", "key", "powerstation_type"}) {
+        (*asJSON.body)[filter] = "";
+    }
+    SEMSRequest asForm = asJSON;
+    asForm.encoding = BodyEncoding::form;
+    return stationsOfFirstReply(inTwoPasses(asJSON, asForm,
+                                            {u"v3/PowerStationQuery/QueryPowerStationMonitor"_s,
+                                             u"PowerStationMonitor/QueryPowerStationMonitorForApp"_s,
+                                             u"v2/PowerStationMonitor/QueryPowerStationMonitorForApp"_s,
+                                             u"v1/PowerStationMonitor/QueryPowerStationMonitorForApp"_s}));
+}
+
+/// The first answer decides, also one without a station: the other paths read the same account.
+QCoro::Task<Result<std::vector<PowerStation>>> SEMSAPIClient::stationsOfFirstReply(std::vector<SEMSRequest> requests) {
+    AttemptRules rules;
+    auto outcome = co_await tryInOrder(std::move(requests), std::move(rules));
+    const auto reply = std::move(outcome).result();
+    if (!reply) {
+        co_return tl::unexpected<Error>(reply.error());
+    }
+    auto stations = SEMSJSONSearch::extractStations(*reply);
+    if (stations.empty()) {
+        co_return failure(SEMSAPIError::noPowerStation());
+    }
+    co_return stations;
+}
+
+QCoro::Task<Result<PowerStation>> SEMSAPIClient::discoverDefaultPowerStation(SEMSSession session) {
+    const auto stations = co_await fetchPowerStations(session);
+    co_return stations.map([](const std::vector<PowerStation>& found) { return found.front(); });
+}
+
+QCoro::Task<Result<std::optional<double>>> SEMSAPIClient::fetchSystemSizeKW(SEMSSession session,
+                                                                            std::optional<QString> preferredStationID) {
+    const auto stations = co_await fetchPowerStations(session);
+    // A size is an addition to the chart: an account without a station has none, which is no failure here.
+    if (!stations && isNoPowerStation(stations.error())) {
+        co_return std::optional<double>();
+    }
+    const QString preferredID = trimmed(preferredStationID.value_or(QString()));
+    co_return stations.map([&](const std::vector<PowerStation>& found) { return sizeOf(found, preferredID); });
+}
+
+} // namespace Varnel

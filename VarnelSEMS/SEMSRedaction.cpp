@@ -1,0 +1,60 @@
+#include <VarnelSEMS/SEMSRedaction.h>
+
+#include <VarnelSEMS/FormEncoding.h>
+#include <VarnelSEMS/SEMSAPIError.h>
+
+#include <algorithm>
+
+namespace Varnel {
+
+namespace {
+constexpr qsizetype shortestSecret = 4;
+
+/// As it is, as a form holds it, and as a JSON text holds it (without the quotation marks around it).
+void addInAllEncodings(QStringList& secrets, const QString& secret) {
+    const QString inJSON = QString::fromUtf8(serializedJSON(JSON(toUtf8(secret))));
+    for (const QString& text :
+         {secret, QString::fromLatin1(formURLEncoded(secret)), inJSON.mid(1, inJSON.size() - 2)}) {
+        if (text.size() >= shortestSecret && !secrets.contains(text)) {
+            secrets += text;
+        }
+    }
+}
+
+void redact(QString& text, const QStringList& secrets) {
+    for (const QString& secret : secrets) {
+        text.replace(secret, QStringLiteral("[…]"));
+    }
+}
+} // namespace
+
+QStringList secretsOf(const SEMSRequest& request) {
+    QStringList secrets;
+    if (request.authSession) {
+        addInAllEncodings(secrets, request.authSession->legacyTokenHeader.value_or(QString()));
+        addInAllEncodings(secrets, request.authSession->token);
+    }
+    if (request.body) {
+        addInAllEncodings(secrets, textOf(request.body->value("pwd", JSON())));
+    }
+    // The longest first: one that holds another must not be broken up by it.
+    std::sort(secrets.begin(), secrets.end(),
+              [](const QString& one, const QString& other) { return one.size() > other.size(); });
+    return secrets;
+}
+
+Error withoutSecrets(const Error& error, const QStringList& secrets) {
+    const auto* known = error.as<SEMSAPIError>();
+    if (known == nullptr) {
+        return error;
+    }
+    SEMSAPIError clean = *known;
+    if (auto* status = std::get_if<SEMSAPIError::NetworkStatus>(&clean.kind)) {
+        redact(status->body, secrets);
+    } else if (auto* api = std::get_if<SEMSAPIError::API>(&clean.kind)) {
+        redact(api->message, secrets);
+    }
+    return clean;
+}
+
+} // namespace Varnel

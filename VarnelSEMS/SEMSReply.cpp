@@ -1,0 +1,74 @@
+#include <VarnelSEMS/SEMSReply.h>
+
+#include <VarnelSEMS/SEMSAPIError.h>
+#include <VarnelSEMS/SEMSJSONSearch.h>
+
+#include <QStringDecoder>
+
+namespace Varnel {
+
+namespace {
+QString textOrNothing(const QByteArray& bytes) {
+    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
+    const QString text = decoder(bytes);
+    return decoder.hasError() ? QString() : text;
+}
+
+tl::unexpected<Error> envelopeFailure(const JSON& reply, const QString& fallback) {
+    const QStringList keys{QStringLiteral("msg"), QStringLiteral("message"), QStringLiteral("error_message")};
+    return failure(SEMSAPIError::api(SEMSJSONSearch::firstString(reply, keys).value_or(fallback)));
+}
+
+/// Code 1 is a success: one generation of the service counts that way. No code at all is one too.
+bool isSuccessCode(const JSON& reply) {
+    const QStringList keys{QStringLiteral("code"), QStringLiteral("status")};
+    if (const auto text = SEMSJSONSearch::firstString(reply, keys)) {
+        static const QStringList accepted{QStringLiteral("0"),  QStringLiteral("1"),       QStringLiteral("200"),
+                                          QStringLiteral("ok"), QStringLiteral("success"), QStringLiteral("true")};
+        return accepted.contains(text->toLower());
+    }
+    const auto number = SEMSJSONSearch::firstInt(reply, keys);
+    return !number || *number == 0 || *number == 1 || *number == 200;
+}
+} // namespace
+
+Result<void> validateEnvelope(const JSON& reply) {
+    if (!reply.is_object()) {
+        return {};
+    }
+    const QString requestFailed = QStringLiteral("SEMS API request failed.");
+    const QStringList errorKeys{QStringLiteral("hasError"), QStringLiteral("error")};
+    if (SEMSJSONSearch::firstBool(reply, errorKeys).value_or(false)) {
+        return envelopeFailure(reply, QStringLiteral("SEMS API error."));
+    }
+    const QStringList successKeys{QStringLiteral("success"), QStringLiteral("isSuccess")};
+    if (!SEMSJSONSearch::firstBool(reply, successKeys).value_or(true)) {
+        return envelopeFailure(reply, requestFailed);
+    }
+    if (!isSuccessCode(reply)) {
+        return envelopeFailure(reply, requestFailed);
+    }
+    return {};
+}
+
+Result<JSON> judgedReply(const HTTPResponse& response) {
+    if (!response.statusCode) {
+        return failure(SEMSAPIError::invalidResponse());
+    }
+    const int status = *response.statusCode;
+    if (status == 401 || status == 403) {
+        return failure(SEMSAPIError::authenticationFailed());
+    }
+    if (status < 200 || status > 299) {
+        return failure(SEMSAPIError::networkStatus(status, textOrNothing(response.body)));
+    }
+    auto reply = parseJSON(response.body);
+    if (reply) {
+        if (const auto valid = validateEnvelope(*reply); !valid) {
+            return tl::unexpected<Error>(valid.error());
+        }
+    }
+    return reply;
+}
+
+} // namespace Varnel

@@ -1,0 +1,108 @@
+#include <VarnelSEMS/SEMSRequest.h>
+
+#include <VarnelSEMS/FormEncoding.h>
+#include <VarnelSEMS/LegacyTokenHeader.h>
+#include <VarnelSEMS/SEMSAPIError.h>
+#include <VarnelSEMS/WebURL.h>
+
+namespace Varnel {
+
+namespace {
+QByteArray methodName(HTTPMethod method) {
+    switch (method) {
+    case HTTPMethod::get:
+        return "GET";
+    case HTTPMethod::post:
+        break;
+    }
+    return "POST";
+}
+
+QString portalTokenHeader(const SEMSSession& session) {
+    return session.legacyTokenHeader ? *session.legacyTokenHeader
+                                     : legacyTokenHeaderString(session.uid, session.timestamp, session.token);
+}
+
+/// Each family names its token in two spellings; header names fold case, so one header with the last spelling goes
+/// out.
+void applyAuthHeaders(HTTPRequest& request, const SEMSSession& session) {
+    switch (session.authMode) {
+    case SEMSAuthMode::openAPI: {
+        const QByteArray token = session.token.toUtf8();
+        request.setHeader("token", token);
+        request.setHeader("Token", token);
+        request.setHeader("Authorization", "Bearer " + token);
+        break;
+    }
+    case SEMSAuthMode::legacyPortal: {
+        const QByteArray token = portalTokenHeader(session).toUtf8();
+        request.setHeader("Token", token);
+        request.setHeader("token", token);
+        request.setHeader("User-Agent", legacyUserAgent);
+        break;
+    }
+    }
+}
+
+void attachBody(HTTPRequest& request, const JSON& body, BodyEncoding encoding) {
+    switch (encoding) {
+    case BodyEncoding::json:
+        request.setHeader("Content-Type", "application/json");
+        request.body = serializedJSON(body);
+        break;
+    case BodyEncoding::form:
+        request.setHeader("Content-Type", "application/x-www-form-urlencoded");
+        request.body = formURLEncodedData(body);
+        break;
+    }
+}
+} // namespace
+
+std::vector<SEMSRequest> requestsForPaths(const SEMSRequest& pattern, const QStringList& paths) {
+    std::vector<SEMSRequest> requests;
+    for (const QString& path : paths) {
+        requests.push_back(pattern);
+        requests.back().path = path;
+    }
+    return requests;
+}
+
+Result<QUrl> joinedURL(const QString& path, const QUrl& baseURL) {
+    QString text = path;
+    if (!path.startsWith(QLatin1String("http://")) && !path.startsWith(QLatin1String("https://"))) {
+        QString base = absoluteString(baseURL);
+        if (!base.endsWith(QLatin1Char('/'))) {
+            base += QLatin1Char('/');
+        }
+        text = base + (path.startsWith(QLatin1Char('/')) ? path.mid(1) : path);
+    }
+    const auto url = webURL(text);
+    if (!url) {
+        return failure(SEMSAPIError::invalidConfiguration(QStringLiteral("Invalid SEMS URL path %1.").arg(path)));
+    }
+    return *url;
+}
+
+Result<HTTPRequest> makeHTTPRequest(const SEMSRequest& request) {
+    const auto url = joinedURL(request.path, request.baseURL);
+    if (!url) {
+        return tl::unexpected<Error>(url.error());
+    }
+    HTTPRequest http;
+    http.method = methodName(request.method);
+    http.url = *url;
+    http.timeout = request.timeout;
+    http.setHeader("Accept", "application/json");
+    if (request.method == HTTPMethod::post && request.body) {
+        attachBody(http, *request.body, request.encoding);
+    }
+    if (request.authSession) {
+        applyAuthHeaders(http, *request.authSession);
+    }
+    for (const auto& [name, value] : request.extraHeaders) {
+        http.setHeader(name, value);
+    }
+    return http;
+}
+
+} // namespace Varnel

@@ -1,0 +1,171 @@
+#include <VarnelSEMS/FormEncoding.h>
+#include <VarnelSEMS/LegacyBase.h>
+#include <VarnelSEMS/LegacyTokenHeader.h>
+#include <VarnelSEMS/SEMSAPIError.h>
+#include <VarnelSEMS/SEMSReply.h>
+#include <VarnelSEMS/SEMSRequest.h>
+#include <VarnelSEMS/WebURL.h>
+
+#include <gtest/gtest.h>
+
+namespace Varnel {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+TEST(JoinedURL, JoinsByTextAndRefusesWhatIsNoAddress) {
+    struct Row {
+        const char* base;
+        const char* path;
+        const char* joined; // empty: invalidConfiguration
+    };
+    for (const Row& row : {
+             Row{"https://h/api/", "v2/Common/CrossLogin", "https://h/api/v2/Common/CrossLogin"},
+             Row{"https://h/api/", "/api/v1/OpenApi/GetToken", "https://h/api/api/v1/OpenApi/GetToken"},
+             Row{"https://h", "api/x", "https://h/api/x"},
+             Row{"https://h/api", "//x", "https://h/api//x"},
+             Row{"https://h/api/", "https://other/x", "https://other/x"},
+             Row{"https://h/api/", "x?id=a%2Fb%26", "https://h/api/x?id=a%2Fb%26"},
+             Row{"https://h/api/", "x/a b", ""},
+             Row{"https://h/api/", "x/a%zz", ""},
+             Row{"h/api/", "x", ""},
+             Row{"ftp://h/", "x", ""},
+         }) {
+        const auto url = joinedURL(QString::fromUtf8(row.path), QUrl(QString::fromUtf8(row.base)));
+        SCOPED_TRACE(row.path);
+        if (qstrlen(row.joined) > 0) {
+            EXPECT_EQ(absoluteString(*url).toStdString(), row.joined);
+        } else {
+            const auto expected = u"Invalid SEMS URL path %1."_s.arg(QString::fromUtf8(row.path));
+            ASSERT_FALSE(url);
+            EXPECT_EQ(*url.error().as<SEMSAPIError>(), SEMSAPIError::invalidConfiguration(expected));
+        }
+    }
+}
+
+TEST(FormEncoding, EncodesEveryByteAndKeepsTheOrder) {
+    EXPECT_EQ(formURLEncoded(u"a b&c/é"_s), "a+b%26c%2F%C3%A9");
+    EXPECT_EQ(formURLEncoded(u"AZaz09-._~\n+=%"_s), "AZaz09-._~%0A%2B%3D%25");
+    EXPECT_EQ(formURLEncodedData(JSON::parse(R"({"z":"ü 1","a":20,"e":""})")), "z=%C3%BC+1&a=20&e=");
+}
+
+TEST(LegacyTokenHeader, ExtraValuesNeverReplaceTheSixOwnOnes) {
+    const JSON extra = JSON::parse(R"({"token":"other","language":"de","zone":[1],"uid":"u2"})");
+    EXPECT_EQ(legacyTokenHeaderString(u"u1"_s, 1700000000000, u"t\"1"_s, extra),
+              uR"({"uid":"u1","timestamp":1700000000000,"token":"t\"1","client":"web","version":"v2.0.4",)"
+              uR"("language":"en","zone":[1]})"_s);
+    EXPECT_EQ(legacyTokenHeaderString({}, {}, {}),
+              uR"({"uid":"","timestamp":0,"token":"","client":"web","version":"v2.0.4","language":"en"})"_s);
+}
+
+TEST(LegacyBase, NormalisesToTheFirstAPIFolder) {
+    const std::pair<const char*, const char*> rows[] = {
+        {"https://h/", "https://h/api/"},
+        {"https://h", "https://h/api/"},
+        {"https://h/api", "https://h/api/"},
+        {"https://h/API/v2/x", "https://h/API/"},
+        {"https://h/x/api/y/api/z", "https://h/x/api/"},
+        {"https://h/api/v2/Common/CrossLogin", "https://h/api/"},
+        {"https://api.h/", "https://api.h/api/"}, // the name of a host is not a folder
+        {"", ""},
+    };
+    for (const auto& [from, to] : rows) {
+        EXPECT_EQ(absoluteString(normalizedLegacyAPIBase(QUrl(QString::fromUtf8(from)))).toStdString(), to) << from;
+    }
+}
+
+TEST(LegacyBase, ComesFromTheReplyUnlessThatIsNoBase) {
+    struct Row {
+        const char* reply;
+        const char* fallback;
+        const char* base;
+    };
+    for (const Row& row : {
+             Row{R"({"api":"https://eu/api/v2","data":{"api":"https://x/"}})", "https://h/p", "https://eu/api/"},
+             Row{R"({"api":null,"data":{"api":"https://eu"}})", "https://h/p", "https://eu/api/"},
+             Row{R"({"components":{"api":"https://diagnostic:82/"}})", "https://h/p", "https://h/p"},
+             Row{R"({"api":"not an address"})", "https://h/p", "https://h/p/api/"},
+             Row{R"({"api":"http://eu/api/"})", "https://h/api/", "https://h/api/"},
+             Row{R"({"api":"http://eu/api/"})", "http://h/api/", "http://eu/api/"},
+         }) {
+        const QUrl base = resolveLegacyAPIBase(JSON::parse(row.reply), QUrl(QString::fromUtf8(row.fallback)));
+        EXPECT_EQ(absoluteString(base).toStdString(), row.base) << row.reply;
+    }
+}
+
+TEST(LegacyBase, CandidatesFollowTheHostAndStandOnce) {
+    const SEMSEndpoints endpoints;
+    const QString standard = absoluteString(endpoints.defaultBase);
+    const QString alternate = absoluteString(endpoints.alternateBase);
+    const std::pair<QString, QStringList> rows[] = {
+        {u"https://eu.SEMSportal.com"_s, {u"https://eu.semsportal.com/api/"_s, standard}},
+        {standard + u"v2/x"_s, {standard}},
+        {u"https://cn.sems.com.cn/"_s, {u"https://cn.sems.com.cn/api/"_s, standard, alternate}},
+        {u"https://au.semsplus.test/"_s, {u"https://au.semsplus.test/api/"_s, standard, alternate}},
+        {u"https://else.test/semsplus"_s, {u"https://else.test/semsplus/api/"_s, standard}},
+    };
+    for (const auto& [configured, expected] : rows) {
+        QStringList candidates;
+        for (const QUrl& base : candidateLegacyAPIBases(QUrl(configured), endpoints)) {
+            candidates += absoluteString(base);
+        }
+        EXPECT_EQ(candidates, expected) << configured.toStdString();
+    }
+}
+
+TEST(Envelope, RulesInTheirOrder) {
+    const std::pair<const char*, const char*> rows[] = {
+        // An empty second column is a success.
+        {"{}", ""},
+        {R"([{"code":500}])", ""},
+        {R"("text")", ""},
+        {R"({"hasError":true})", "SEMS API error."},
+        {R"({"hasError":true,"success":true,"code":0,"msg":" Bad "})", "Bad"},
+        {R"({"error":"yes","message":"m"})", "m"},
+        {R"({"hasError":false,"success":false})", "SEMS API request failed."},
+        {R"({"isSuccess":"false","error_message":"e"})", "e"},
+        {R"({"success":true,"code":100002,"msg":"expired"})", "expired"},
+        {R"({"code":1,"msg":"Bad"})", ""},
+        {R"({"code":"OK"})", ""},
+        {R"({"code":"200"})", ""},
+        {R"({"code":500,"msg":"Bad"})", "Bad"},
+        {R"({"code":"innerexception"})", "SEMS API request failed."},
+        {R"({"hasError":false,"code":"0","data":{"status":-1}})", ""},
+    };
+    for (const auto& [json, message] : rows) {
+        const auto verdict = validateEnvelope(JSON::parse(json));
+        const QString expected = QString::fromUtf8(message);
+        EXPECT_EQ(verdict.has_value(), expected.isEmpty()) << json;
+        if (!verdict) {
+            EXPECT_EQ(*verdict.error().as<SEMSAPIError>(), SEMSAPIError::api(expected)) << json;
+        }
+    }
+}
+
+TEST(JudgedReply, TheStatusComesBeforeTheBody) {
+    struct Row {
+        std::optional<int> status;
+        QByteArray body;
+        std::string description; // empty: success
+    };
+    for (const Row& row : {
+             Row{200, "7", ""},
+             Row{204, R"({"code":0})", ""},
+             Row{200, "<html>", "parse error"},
+             Row{200, R"({"hasError":true})", "SEMS API error."},
+             Row{401, R"({"code":0})", "Authentication failed."},
+             Row{403, "", "Authentication failed."},
+             Row{500, "", "SEMS API returned HTTP 500."},
+             Row{500, "oops", "SEMS API returned HTTP 500: oops"},
+             Row{302, "\xff\xfe", "SEMS API returned HTTP 302."},
+             Row{std::nullopt, "{}", "Unexpected response from SEMS API."},
+         }) {
+        const auto reply = judgedReply({row.status, {}, row.body});
+        const std::string outcome = reply ? "" : reply.error().localizedDescription().toStdString();
+        EXPECT_EQ(outcome.empty(), row.description.empty()) << outcome;
+        EXPECT_NE(outcome.find(row.description), std::string::npos) << outcome;
+    }
+}
+
+} // namespace
+} // namespace Varnel
