@@ -1,0 +1,173 @@
+#include <VarnelPreferences/AccountPane.h>
+
+#include <VarnelPreferences/PaneWidgets.h>
+#include <VarnelPreferences/StateLine.h>
+
+#include <QApplication>
+#include <QHBoxLayout>
+#include <QLineEdit>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QToolButton>
+#include <QVBoxLayout>
+
+#include <initializer_list>
+
+namespace Varnel {
+
+namespace {
+constexpr int fieldColumns = 34;
+
+StateLine::Sign signOf(ConnectionState::Kind kind) {
+    switch (kind) {
+    case ConnectionState::Kind::notConnected:
+    case ConnectionState::Kind::connecting:
+        return StateLine::Sign::off;
+    case ConnectionState::Kind::connected:
+        return StateLine::Sign::good;
+    case ConnectionState::Kind::error:
+        return StateLine::Sign::warning;
+    }
+    return StateLine::Sign::none;
+}
+} // namespace
+
+AccountPane::AccountPane(PreferencesForm& form)
+    : m_form(form)
+    , m_account(makeField(form.draft().account, tr("E-mail address")))
+    , m_password(makeField(form.draft().password, {}))
+    , m_baseURL(makeField(form.draft().baseURL, AppSettings::defaults().baseURL))
+    , m_stationID(makeField(form.draft().stationID, tr("Found automatically")))
+    , m_reveal(new QPushButton(tr("Sho&w")))
+    , m_advancedButton(new QToolButton)
+    , m_advanced(buildAdvanced())
+    , m_state(new StateLine)
+    , m_progress(new QProgressBar)
+    , m_signOut(new QPushButton(tr("Sign &Out")))
+    , m_save(new QPushButton(tr("Save and &Connect"))) {
+    auto* layout = new QVBoxLayout(this);
+    layout->addWidget(buildCredentials());
+    layout->addWidget(m_advancedButton, 0, Qt::AlignLeading);
+    layout->addWidget(m_advanced);
+    layout->addSpacing(8);
+    layout->addWidget(m_state);
+    layout->addStretch();
+    layout->addLayout(buildButtons());
+    connect(&form, &PreferencesForm::connectionChanged, this, &AccountPane::showConnection);
+    connect(&form, &PreferencesForm::signedOut, this, &AccountPane::handleSignedOut);
+    setAdvancedShown(false);
+    showConnection();
+}
+
+QWidget* AccountPane::firstField() const {
+    return !m_account->text().isEmpty() && m_password->text().isEmpty() ? m_password : m_account;
+}
+
+QLineEdit* AccountPane::makeField(const QString& text, const QString& placeholder) {
+    auto* field = new QLineEdit(text);
+    field->setPlaceholderText(placeholder);
+    field->setMinimumWidth(fieldColumns * field->fontMetrics().averageCharWidth());
+    field->setCursorPosition(0);
+    connect(field, &QLineEdit::returnPressed, this, &AccountPane::handleSave);
+    return field;
+}
+
+QWidget* AccountPane::buildCredentials() {
+    auto* group = new QWidget;
+    auto* layout = new QFormLayout(group);
+    layout->setContentsMargins(0, 0, 0, 0);
+    addField(*layout, tr("&Account"), m_account);
+    addField(*layout, tr("&Password"), m_password, buildPasswordRow());
+    return group;
+}
+
+QWidget* AccountPane::buildPasswordRow() {
+    m_reveal->setCheckable(true);
+    m_reveal->setAccessibleName(tr("Show password"));
+    connect(m_reveal, &QPushButton::toggled, this, &AccountPane::setPasswordShown);
+    setPasswordShown(false);
+    auto* row = new QWidget;
+    auto* layout = new QHBoxLayout(row);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(m_password, 1);
+    layout->addWidget(m_reveal);
+    return row;
+}
+
+QWidget* AccountPane::buildAdvanced() {
+    m_advancedButton->setText(tr("A&dvanced"));
+    m_advancedButton->setCheckable(true);
+    m_advancedButton->setAutoRaise(true);
+    m_advancedButton->setFocusPolicy(Qt::StrongFocus);
+    m_advancedButton->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    connect(m_advancedButton, &QToolButton::toggled, this, &AccountPane::setAdvancedShown);
+    auto* group = new QWidget;
+    auto* layout = new QFormLayout(group);
+    layout->setContentsMargins(0, 0, 0, 0);
+    addField(*layout, tr("&Base URL"), m_baseURL);
+    addField(*layout, tr("S&tation ID"), m_stationID);
+    return group;
+}
+
+QLayout* AccountPane::buildButtons() {
+    m_progress->setRange(0, 0);
+    m_progress->setTextVisible(false);
+    m_progress->setAccessibleName(tr("Signing in"));
+    m_save->setDefault(true);
+    m_signOut->setAutoDefault(true);
+    connect(m_save, &QPushButton::clicked, this, &AccountPane::handleSave);
+    connect(m_signOut, &QPushButton::clicked, &m_form, &PreferencesForm::signOut);
+    auto* layout = new QHBoxLayout;
+    layout->addWidget(m_progress, 1);
+    layout->addStretch();
+    layout->addWidget(m_signOut);
+    layout->addWidget(m_save);
+    return layout;
+}
+
+void AccountPane::setAdvancedShown(bool isShown) {
+    m_advancedButton->setArrowType(isShown ? Qt::DownArrow : Qt::RightArrow);
+    m_advanced->setVisible(isShown);
+}
+
+void AccountPane::setPasswordShown(bool isShown) {
+    m_password->setEchoMode(isShown ? QLineEdit::Normal : QLineEdit::Password);
+    // Shown or not, no input method is to learn it.
+    m_password->setInputMethodHints(m_password->inputMethodHints() | Qt::ImhSensitiveData | Qt::ImhNoPredictiveText |
+                                    Qt::ImhNoAutoUppercase);
+}
+
+void AccountPane::handleSave() {
+    m_form.save({m_baseURL->text(), m_account->text(), m_password->text(), m_stationID->text()});
+}
+
+void AccountPane::handleSignedOut() {
+    m_password->clear();
+    m_reveal->setChecked(false);
+    showConnection();
+}
+
+void AccountPane::showConnection() {
+    const ConnectionState& connection = m_form.connection();
+    m_state->show(signOf(connectionKind(connection)), connectionText(connection));
+    setBusy(connection.isConnecting);
+    m_signOut->setEnabled(m_form.canSignOut());
+}
+
+void AccountPane::setBusy(bool isBusy) {
+    // Disabled controls lose the focus; it comes back to where the user left it.
+    if (isBusy && isAncestorOf(QApplication::focusWidget())) {
+        m_focusBeforeBusy = QApplication::focusWidget();
+    }
+    for (QWidget* control :
+         std::initializer_list<QWidget*>{m_account, m_password, m_reveal, m_baseURL, m_stationID, m_save}) {
+        control->setEnabled(!isBusy);
+    }
+    m_progress->setVisible(isBusy);
+    if (!isBusy && m_focusBeforeBusy) {
+        m_focusBeforeBusy->setFocus();
+        m_focusBeforeBusy.clear();
+    }
+}
+
+} // namespace Varnel

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <VarnelPreferences/PreferencesForm.h>
+
+#include <QPointer>
+#include <QWidget>
+
+class QFormLayout;
+class QLineEdit;
+class QProgressBar;
+class QPushButton;
+class QToolButton;
+
+namespace Varnel {
+
+class StateLine;
+
+/// The account, where to find it, and the connection. Saved by its button alone; Return in a field is that button.
+class AccountPane final : public QWidget {
+    Q_OBJECT
+
+public:
+    /// `form` must outlive the pane.
+    explicit AccountPane(PreferencesForm& form);
+
+    /// The first of account and password that is still to be filled in, else the account.
+    QWidget* firstField() const;
+
+private:
+    QWidget* buildCredentials();
+    QWidget* buildPasswordRow();
+    QWidget* buildAdvanced();
+    QLayout* buildButtons();
+    QLineEdit* makeField(const QString& text, const QString& placeholder);
+    void setAdvancedShown(bool isShown);
+    void setPasswordShown(bool isShown);
+    void handleSave();
+    void handleSignedOut();
+    void showConnection();
+    void setBusy(bool isBusy);
+
+    PreferencesForm& m_form;
+    QLineEdit* m_account;
+    QLineEdit* m_password;
+    QLineEdit* m_baseURL;
+    QLineEdit* m_stationID;
+    QPushButton* m_reveal;
+    QToolButton* m_advancedButton;
+    QWidget* m_advanced;
+    StateLine* m_state;
+    QProgressBar* m_progress;
+    QPushButton* m_signOut;
+    QPushButton* m_save;
+    QPointer<QWidget> m_focusBeforeBusy;
+};
+
+} // namespace Varnel

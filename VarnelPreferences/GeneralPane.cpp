@@ -1,0 +1,79 @@
+#include <VarnelPreferences/GeneralPane.h>
+
+#include <VarnelPreferences/PaneWidgets.h>
+#include <VarnelPreferences/StateLine.h>
+
+#include <QSignalBlocker>
+#include <QSpinBox>
+
+namespace Varnel {
+
+GeneralPane::GeneralPane(PreferencesForm& form)
+    : m_form(form)
+    , m_interval(new QSpinBox)
+    , m_launchAtLogin(new QCheckBox(tr("&Launch at login")))
+    , m_launchAtLoginError(new StateLine) {
+    auto* layout = new QFormLayout(this);
+    layout->setFieldGrowthPolicy(QFormLayout::FieldsStayAtSizeHint);
+    buildInterval(*layout);
+    buildChart(*layout);
+    buildIcons(*layout);
+    buildLaunchAtLogin(*layout);
+}
+
+QWidget* GeneralPane::firstField() const {
+    return m_interval;
+}
+
+void GeneralPane::finishEditing() {
+    m_interval->interpretText();
+    m_form.handOn();
+}
+
+void GeneralPane::buildInterval(QFormLayout& layout) {
+    m_interval->setRange(shownMinutes(AppSettings::minimumPollIntervalSeconds),
+                         shownMinutes(AppSettings::maximumPollIntervalSeconds));
+    m_interval->setSuffix(tr(" minutes"));
+    m_interval->setValue(shownMinutes(m_form.draft().pollIntervalSeconds));
+    connect(m_interval, &QSpinBox::valueChanged, &m_form, &PreferencesForm::editPollInterval);
+    connect(m_interval, &QSpinBox::editingFinished, &m_form, &PreferencesForm::handOn);
+    addField(layout, tr("&Update every"), m_interval);
+}
+
+void GeneralPane::buildChart(QFormLayout& layout) {
+    auto* isShown = makeSwitch(m_form, &PreferencesDraft::showOutputChart, tr("Show output &chart"));
+    auto* scale = makePicker(m_form, &PreferencesDraft::chartScaleMode);
+    scale->setEnabled(isShown->isChecked());
+    connect(isShown, &QCheckBox::toggled, scale, &QWidget::setEnabled);
+    layout.addRow(QString(), isShown);
+    addField(layout, tr("Chart &scale"), scale);
+}
+
+void GeneralPane::buildIcons(QFormLayout& layout) {
+    addField(layout, tr("&Icon appearance"), makePicker(m_form, &PreferencesDraft::iconAppearanceMode));
+    layout.addRow(QString(), makeSwitch(m_form, &PreferencesDraft::showDockIcon, tr("Show &dock icon")));
+    layout.addRow(QString(), makeHint(tr("Keeps an entry for Varnel in the taskbar or dock.")));
+}
+
+void GeneralPane::buildLaunchAtLogin(QFormLayout& layout) {
+    m_launchAtLogin->setChecked(m_form.draft().launchAtLogin);
+    m_launchAtLoginError->hide();
+    layout.addRow(QString(), m_launchAtLogin);
+    layout.addRow(QString(), m_launchAtLoginError);
+    connect(m_launchAtLogin, &QCheckBox::toggled, this, &GeneralPane::handleLaunchAtLoginToggled);
+    connect(&m_form, &PreferencesForm::launchAtLoginRefused, this, &GeneralPane::handleLaunchAtLoginRefused);
+}
+
+void GeneralPane::handleLaunchAtLoginToggled(bool isOn) {
+    m_launchAtLoginError->hide(); // first: the edit may bring a new one
+    m_form.edit(&PreferencesDraft::launchAtLogin, isOn);
+}
+
+void GeneralPane::handleLaunchAtLoginRefused(const QString& description) {
+    const QSignalBlocker notAnEdit(m_launchAtLogin);
+    m_launchAtLogin->setChecked(m_form.draft().launchAtLogin);
+    m_launchAtLoginError->show(StateLine::Sign::warning, description);
+    m_launchAtLoginError->setVisible(true);
+}
+
+} // namespace Varnel

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <VarnelPreferences/PreferencesForm.h>
+
+#include <QWidget>
+
+class QCheckBox;
+class QComboBox;
+class QFormLayout;
+class QSpinBox;
+
+namespace Varnel {
+
+class StateLine;
+
+/// How often to poll, what to show and when to start. Every edit is handed on by itself.
+class GeneralPane final : public QWidget {
+    Q_OBJECT
+
+public:
+    /// `form` must outlive the pane.
+    explicit GeneralPane(PreferencesForm& form);
+
+    QWidget* firstField() const;
+
+    /// Takes over an interval that is still being typed, and hands on what is pending.
+    void finishEditing();
+
+private:
+    void buildInterval(QFormLayout& layout);
+    void buildChart(QFormLayout& layout);
+    void buildIcons(QFormLayout& layout);
+    void buildLaunchAtLogin(QFormLayout& layout);
+    void handleLaunchAtLoginToggled(bool isOn);
+    void handleLaunchAtLoginRefused(const QString& description);
+
+    PreferencesForm& m_form;
+    QSpinBox* m_interval;
+    QCheckBox* m_launchAtLogin;
+    StateLine* m_launchAtLoginError;
+};
+
+} // namespace Varnel

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <VarnelPreferences/PreferencesForm.h>
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QFormLayout>
+#include <QLabel>
+
+namespace Varnel {
+
+/// A paragraph of a fixed width that asks for exactly the height its text needs. (A plain wrapping label makes
+/// the layouts above it depend on their width, which a window of fixed size does not follow.)
+class ParagraphLabel final : public QLabel {
+public:
+    explicit ParagraphLabel(const QString& text = {});
+
+    bool hasHeightForWidth() const override { return false; }
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override { return sizeHint(); }
+};
+
+/// A paragraph in small type that explains the control above it.
+ParagraphLabel* makeHint(const QString& text);
+
+/// Adds a row whose label, with its mnemonic, leads to `control` and names it. `row` is what stands beside the label
+/// when that is more than the control.
+void addField(QFormLayout& layout, const QString& label, QWidget* control, QWidget* row = nullptr);
+
+/// A switch that shows `field` and edits it. `form` must outlive it.
+QCheckBox* makeSwitch(PreferencesForm& form, bool PreferencesDraft::*field, const QString& text);
+
+/// A picker of all cases of an enumeration that shows `field` and edits it. `form` must outlive it.
+template <typename E>
+QComboBox* makePicker(PreferencesForm& form, E PreferencesDraft::*field) {
+    auto* picker = new QComboBox;
+    for (const auto& choice : allCases<E>()) {
+        picker->addItem(QString::fromUtf8(choice.displayName));
+        if (choice.value == form.draft().*field) {
+            picker->setCurrentIndex(picker->count() - 1);
+        }
+    }
+    QObject::connect(picker, &QComboBox::currentIndexChanged, &form, [&form, field](int index) {
+        form.edit(field, allCases<E>().at(static_cast<std::size_t>(index)).value);
+    });
+    return picker;
+}
+
+} // namespace Varnel

@@ -1,0 +1,100 @@
+#pragma once
+
+#include <VarnelPreferences/ConnectionState.h>
+#include <VarnelPreferences/NotificationPermission.h>
+#include <VarnelPreferences/PreferencesHandlers.h>
+#include <VarnelShared/Timers.h>
+
+#include <QObject>
+#include <QPointer>
+
+#include <memory>
+#include <optional>
+#include <type_traits>
+
+namespace Varnel {
+
+/// The fields that the Account pane saves with its button.
+struct AccountFields {
+    QString baseURL;
+    QString account;
+    QString password;
+    QString stationID;
+};
+
+/// The whole minutes that the window shows for an interval; a stored interval between two steps is rounded.
+int shownMinutes(std::int64_t pollIntervalSeconds);
+
+/// The state behind the preferences window: what was edited, what was handed on, and how the application stands.
+/// Each edit is handed on once, and only if it changed something.
+class PreferencesForm final : public QObject {
+    Q_OBJECT
+
+public:
+    /// How long the poll interval rests before it is handed on, so that a row of clicks is one change.
+    static constexpr Seconds intervalPause{0.5};
+
+    /// `timers` must outlive the form.
+    PreferencesForm(const PreferencesDraft& draft, PreferencesHandlers handlers, TimerFactory& timers);
+
+    const PreferencesDraft& draft() const { return m_draft; }
+    const ConnectionState& connection() const { return m_connection; }
+    /// None until the owner has told it.
+    std::optional<NotificationPermission> notificationPermission() const { return m_notificationPermission; }
+
+    /// Changes one auto-saved field and hands the draft on at once, a pending poll interval with it.
+    template <typename T>
+    void edit(T PreferencesDraft::*field, std::type_identity_t<T> value) {
+        m_draft.*field = value;
+        handOn();
+    }
+
+    /// Changes the poll interval; the draft is handed on after a pause without another change, or by `handOn`.
+    void editPollInterval(int minutes);
+
+    /// Hands on what is still pending.
+    void handOn();
+
+    /// Hands everything to the save handler, a pending poll interval with it. Does nothing while a save is going on.
+    void save(const AccountFields& fields);
+
+    /// Forgets the password, then asks for the sign-out.
+    void signOut();
+
+    /// Whether there is a session, a failure or a password to sign out of.
+    bool canSignOut() const;
+
+    void updateConnection(bool isConnected, bool hasError, const QString& errorMessage);
+    void setNotificationPermission(NotificationPermission permission);
+
+    /// Takes the switch back to what the system reports. That is not an edit.
+    void refuseLaunchAtLogin(const QString& description, bool actualState);
+
+    /// Calls no handler from now on: the owner is gone, or the draft has been replaced. Drops what is pending.
+    void detach();
+
+    /// Tells the owner that the user has closed the window.
+    void reportClosed() const;
+
+Q_SIGNALS:
+    void connectionChanged();
+    void notificationPermissionChanged();
+    void launchAtLoginRefused(const QString& description);
+    void signedOut();
+
+private:
+    static QCoro::Task<void> awaitSave(QPointer<PreferencesForm> form, std::shared_ptr<QCoro::Task<bool>> save);
+    void setConnection(const ConnectionState& connection);
+    void saveEnded(bool isConnected);
+
+    PreferencesDraft m_draft;
+    PreferencesDraft m_handedOn; ///< as the owner knows it
+    const PreferencesHandlers m_handlers;
+    TimerFactory& m_timers;
+    std::unique_ptr<OneShotTimer> m_pause;
+    ConnectionState m_connection;
+    std::optional<NotificationPermission> m_notificationPermission;
+    bool m_isDetached = false;
+};
+
+} // namespace Varnel

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <VarnelShared/PreferencesDraft.h>
+
+#include <QCoroTask>
+
+#include <functional>
+
+namespace Varnel {
+
+/// What the preferences window asks of its owner. All are called on the main thread and may destroy the window's
+/// controller. `save`, `autoSave` and `signOut` must be set.
+struct PreferencesHandlers {
+    /// The explicit save of the Account pane: true when a session exists afterwards. Called on the spot; the window
+    /// stays busy until the task ends and asks for no second save before that. The window may be gone by then.
+    /// A plain function that calls a coroutine, never itself a coroutine when it captures anything.
+    std::function<QCoro::Task<bool>(PreferencesDraft)> save;
+
+    /// One edit of the General or Notifications pane. The account fields of the draft are those of the last explicit
+    /// save, whatever stands in the Account pane meanwhile.
+    std::function<void(const PreferencesDraft&)> autoSave;
+
+    std::function<void()> signOut;
+
+    /// The user has closed the window, and every edit was handed on. Not called for `close()` or destruction.
+    std::function<void()> closed = {};
+};
+
+} // namespace Varnel

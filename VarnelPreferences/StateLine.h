@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QWidget>
+
+namespace Varnel {
+
+class ParagraphLabel;
+
+/// A state in words, with a small sign before it whose shape, not only its colour, tells the kind.
+class StateLine final : public QWidget {
+    Q_OBJECT
+
+public:
+    enum class Sign { none, good, off, warning };
+
+    StateLine();
+
+    void show(Sign sign, const QString& text);
+    QString text() const;
+
+private:
+    class SignWidget;
+
+    SignWidget* m_sign;
+    ParagraphLabel* m_text;
+};
+
+} // namespace Varnel

@@ -1,0 +1,143 @@
+#include <VarnelPreferences/PreferencesForm.h>
+
+#include "../Support/EventLoop.h"
+#include "../Support/HandTurnedTime.h"
+#include "RecordingOwner.h"
+
+#include <gtest/gtest.h>
+
+namespace Varnel {
+namespace {
+
+class PreferencesFormTest : public testing::Test {
+protected:
+    static PreferencesDraft openedWith() {
+        PreferencesDraft draft;
+        draft.account = QStringLiteral("old@example.com");
+        draft.password = QStringLiteral("old secret");
+        draft.pollIntervalSeconds = 330;
+        return draft;
+    }
+
+    Testing::HandTurnedTime time;
+    Testing::RecordingOwner owner;
+    std::unique_ptr<PreferencesForm> form = std::make_unique<PreferencesForm>(openedWith(), owner.handlers(), time);
+    const AccountFields newAccount{QStringLiteral("https://example.com/api/"), QStringLiteral("new@example.com"),
+                                   QStringLiteral("new secret"), QStringLiteral("7")};
+};
+
+TEST_F(PreferencesFormTest, AnEditIsHandedOnOnceAndLeavesTheOtherFieldsAlone) {
+    form->edit(&PreferencesDraft::showOutputChart, false);
+    form->edit(&PreferencesDraft::showOutputChart, false);
+    PreferencesDraft expected = openedWith();
+    expected.showOutputChart = false;
+    EXPECT_EQ(owner.autoSaved, std::vector{expected}) << "also the interval between two steps stays";
+}
+
+TEST_F(PreferencesFormTest, ARowOfIntervalChangesIsOneChangeAfterItsPause) {
+    for (const int minutes : {6, 7, 8}) {
+        form->editPollInterval(minutes);
+        time.advance(Seconds(0.4));
+    }
+    EXPECT_TRUE(owner.autoSaved.empty());
+    time.advance(Seconds(0.2));
+    ASSERT_EQ(owner.autoSaved.size(), 1U);
+    EXPECT_EQ(owner.autoSaved.front().pollIntervalSeconds, 480);
+    form->handOn();
+    time.advance(Seconds(10));
+    EXPECT_EQ(owner.autoSaved.size(), 1U);
+}
+
+TEST_F(PreferencesFormTest, APendingIntervalGoesWithTheNextEditOrSaveAndNotASecondTime) {
+    form->editPollInterval(10);
+    form->edit(&PreferencesDraft::showDockIcon, true);
+    ASSERT_EQ(owner.autoSaved.size(), 1U);
+    EXPECT_EQ(owner.autoSaved.front().pollIntervalSeconds, 600);
+    form->editPollInterval(20);
+    form->save(newAccount);
+    ASSERT_EQ(owner.saved.size(), 1U);
+    EXPECT_EQ(owner.saved.front().pollIntervalSeconds, 1200);
+    time.advance(Seconds(10));
+    EXPECT_EQ(owner.autoSaved.size(), 1U);
+}
+
+TEST_F(PreferencesFormTest, NothingIsHandedOnAfterDetaching) {
+    form->editPollInterval(10);
+    form->detach();
+    form->handOn();
+    form->edit(&PreferencesDraft::showDockIcon, true);
+    form->save(newAccount);
+    form->signOut();
+    form->reportClosed();
+    time.advance(Seconds(10));
+    EXPECT_TRUE(owner.autoSaved.empty() && owner.saved.empty());
+    EXPECT_EQ(owner.signOuts + owner.closings, 0);
+}
+
+TEST_F(PreferencesFormTest, ASaveIsOneAtATimeAndItsOutcomeIsTheConnection) {
+    struct Row {
+        const char* name;
+        bool outcome;
+        std::optional<ConnectionState> reported; ///< by the owner, while the save goes on
+        ConnectionState::Kind kind;
+        QString text;
+    };
+    const Row rows[] = {
+        {"connects", true, {}, ConnectionState::Kind::connected, QStringLiteral("Connected")},
+        {"fails without a reason", false, {}, ConnectionState::Kind::error, QStringLiteral("Connection error")},
+        {"fails with a reason", false, ConnectionState{false, false, true, QStringLiteral("No route.")},
+         ConnectionState::Kind::error, QStringLiteral("Connection error: No route.")},
+        {"connects, first poll fails", true, ConnectionState{false, true, true, QStringLiteral("No route.")},
+         ConnectionState::Kind::error, QStringLiteral("Connection error: No route.")},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.name);
+        owner.saved.clear();
+        form->updateConnection(true, true, QStringLiteral("An old error."));
+        form->save(newAccount);
+        form->save(newAccount);
+        ASSERT_EQ(owner.saved.size(), 1U);
+        EXPECT_EQ(owner.saved.front().account, newAccount.account);
+        if (row.reported) {
+            form->updateConnection(row.reported->isConnected, row.reported->hasError, row.reported->errorMessage);
+        }
+        Testing::settle();
+        EXPECT_EQ(connectionKind(form->connection()), ConnectionState::Kind::connecting);
+        EXPECT_FALSE(form->canSignOut());
+        owner.endSave(row.outcome);
+        Testing::settle();
+        EXPECT_EQ(connectionKind(form->connection()), row.kind);
+        EXPECT_EQ(connectionText(form->connection()), row.text);
+        EXPECT_EQ(form->connection().isConnected, row.outcome);
+    }
+}
+
+TEST_F(PreferencesFormTest, ASaveOutlivesItsForm) {
+    form->save(newAccount);
+    form.reset();
+    Testing::settle();
+    owner.endSave(true);
+    Testing::settle();
+    EXPECT_EQ(owner.saved.size(), 1U);
+}
+
+TEST_F(PreferencesFormTest, ARefusedLaunchAtLoginIsNoEdit) {
+    owner.onAutoSave = [this] { form->refuseLaunchAtLogin(QStringLiteral("No."), false); };
+    form->edit(&PreferencesDraft::launchAtLogin, true);
+    EXPECT_FALSE(form->draft().launchAtLogin);
+    form->handOn();
+    ASSERT_EQ(owner.autoSaved.size(), 1U);
+    EXPECT_TRUE(owner.autoSaved.front().launchAtLogin);
+}
+
+TEST_F(PreferencesFormTest, SigningOutForgetsThePassword) {
+    EXPECT_TRUE(form->canSignOut());
+    form->signOut();
+    EXPECT_EQ(owner.signOuts, 1);
+    EXPECT_EQ(form->draft().password, QString());
+    EXPECT_FALSE(form->canSignOut());
+    EXPECT_TRUE(owner.autoSaved.empty());
+}
+
+} // namespace
+} // namespace Varnel

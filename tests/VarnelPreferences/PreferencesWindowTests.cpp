@@ -1,0 +1,258 @@
+#include <VarnelPreferences/PreferencesWindowController.h>
+
+#include "../Support/EventLoop.h"
+#include "../Support/HandTurnedTime.h"
+#include "RecordingOwner.h"
+
+#include <gtest/gtest.h>
+
+#include <QAbstractButton>
+#include <QAccessible>
+#include <QApplication>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QMenu>
+#include <QSpinBox>
+#include <QTabWidget>
+#include <QTest>
+
+namespace Varnel {
+namespace {
+
+class PreferencesWindowTest : public testing::Test {
+protected:
+    void open(PreferencesInitialTab tab, PreferencesDraft draft = {}) {
+        controller = std::make_unique<PreferencesWindowController>(draft, false, false, tab, owner.handlers(), time);
+        controller->showWindowAndFocus();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(controller->window()));
+        Testing::settle();
+    }
+
+    ~PreferencesWindowTest() override {
+        controller.reset();
+        Testing::settle();
+    }
+
+    QWidget* window() const { return controller->window(); }
+    QTabWidget* tabs() const { return window()->findChild<QTabWidget*>(); }
+
+    template <typename Widget>
+    Widget* named(const QString& name) const {
+        for (Widget* widget : window()->findChildren<Widget*>()) {
+            QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(widget);
+            if (widget->accessibleName() == name || (accessible && accessible->text(QAccessible::Name) == name)) {
+                return widget;
+            }
+        }
+        ADD_FAILURE() << "no " << qPrintable(name);
+        return nullptr;
+    }
+    QAbstractButton* button(const char* name) const { return named<QAbstractButton>(QString::fromLatin1(name)); }
+    QLineEdit* field(const char* name) const { return named<QLineEdit>(QString::fromLatin1(name)); }
+
+    Testing::HandTurnedTime time;
+    Testing::RecordingOwner owner;
+    std::unique_ptr<PreferencesWindowController> controller;
+};
+
+TEST_F(PreferencesWindowTest, EveryControlIsReachedByTabAndHasAName) {
+    for (const auto tab :
+         {PreferencesInitialTab::general, PreferencesInitialTab::account, PreferencesInitialTab::notifications}) {
+        PreferencesDraft draft;
+        draft.password = QStringLiteral("secret");
+        open(tab, draft);
+        QSet<QWidget*> reached;
+        for (int presses = 0; presses < 20; ++presses) {
+            QWidget* focused = QApplication::focusWidget();
+            ASSERT_TRUE(focused);
+            EXPECT_FALSE(QAccessible::queryAccessibleInterface(focused)->text(QAccessible::Name).isEmpty())
+                << focused->metaObject()->className();
+            reached.insert(focused);
+            QTest::keyClick(focused, Qt::Key_Tab);
+        }
+        QWidget* pane = tabs()->currentWidget();
+        for (QWidget* control : pane->findChildren<QWidget*>()) {
+            const bool isControl = qobject_cast<QAbstractButton*>(control) || qobject_cast<QComboBox*>(control) ||
+                                   qobject_cast<QSpinBox*>(control) || qobject_cast<QLineEdit*>(control);
+            const bool isPart = qobject_cast<QSpinBox*>(control->parentWidget()) != nullptr;
+            if (isControl && !isPart && control->isVisible() && control->isEnabled()) {
+                EXPECT_TRUE(reached.contains(control)) << control->metaObject()->className();
+            }
+        }
+    }
+}
+
+TEST_F(PreferencesWindowTest, OpensOnTheAskedPaneWithTheFocusOnTheFirstUsefulField) {
+    PreferencesDraft withAccount;
+    withAccount.account = QStringLiteral("sun@example.com");
+    open(PreferencesInitialTab::general);
+    EXPECT_TRUE(qobject_cast<QSpinBox*>(QApplication::focusWidget()));
+    open(PreferencesInitialTab::account);
+    EXPECT_EQ(QApplication::focusWidget(), field("Account"));
+    open(PreferencesInitialTab::account, withAccount);
+    EXPECT_EQ(QApplication::focusWidget(), field("Password"));
+    QTest::keyClicks(QApplication::focusWidget(), QStringLiteral("x"));
+    controller->showWindowAndFocus();
+    EXPECT_EQ(QApplication::focusWidget(), field("Password"));
+    open(PreferencesInitialTab::notifications);
+    EXPECT_EQ(QApplication::focusWidget(), button("Production starts"));
+}
+
+TEST_F(PreferencesWindowTest, TheWindowFollowsThePaneInHeightAlone) {
+    open(PreferencesInitialTab::account);
+    const QSize account = window()->size();
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab, Qt::ControlModifier);
+    Testing::settle();
+    EXPECT_EQ(tabs()->currentIndex(), 2);
+    EXPECT_EQ(window()->width(), account.width());
+    EXPECT_LT(window()->height(), account.height());
+    EXPECT_EQ(window()->minimumSize(), window()->maximumSize());
+    tabs()->setCurrentIndex(1);
+    Testing::settle();
+    button("Advanced")->click();
+    Testing::settle();
+    EXPECT_GT(window()->height(), account.height());
+    EXPECT_EQ(window()->width(), account.width());
+}
+
+TEST_F(PreferencesWindowTest, EverySwitchAndPickerEditsItsOwnField) {
+    open(PreferencesInitialTab::general);
+    PreferencesDraft expected;
+    const auto expectOneEdit = [&](std::size_t count) {
+        ASSERT_EQ(owner.autoSaved.size(), count);
+        EXPECT_EQ(owner.autoSaved.back(), expected) << "edit " << count;
+    };
+    named<QComboBox>(QStringLiteral("Chart scale"))->setFocus();
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Down);
+    expected.chartScaleMode = ChartScaleMode::fixed;
+    expectOneEdit(1);
+    button("Show output chart")->click();
+    expected.showOutputChart = false;
+    expectOneEdit(2);
+    button("Show dock icon")->click();
+    expected.showDockIcon = true;
+    expectOneEdit(3);
+    named<QComboBox>(QStringLiteral("Icon appearance"))->setCurrentIndex(2);
+    expected.iconAppearanceMode = IconAppearanceMode::dark;
+    expectOneEdit(4);
+    button("Launch at login")->click();
+    expected.launchAtLogin = true;
+    expectOneEdit(5);
+    button("Production starts")->click();
+    expected.notifyOnProductionStart = true;
+    expectOneEdit(6);
+    button("Production ends")->click();
+    expected.notifyOnProductionEnd = true;
+    expectOneEdit(7);
+    button("Output rises above 1 kW")->click();
+    expected.notifyOnProductionRiseAboveOneKilowatt = true;
+    expectOneEdit(8);
+}
+
+TEST_F(PreferencesWindowTest, ATypedIntervalIsHandedOnByReturnLeavingAndClosing) {
+    const std::pair<const char*, std::function<void()>> rows[] = {
+        {"Return", [this] { QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return); }},
+        {"leaving", [this] { QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab); }},
+        {"Esc", [this] { QTest::keyClick(window(), Qt::Key_Escape); }},
+        {"Ctrl+W", [this] { QTest::keyClick(window(), Qt::Key_W, Qt::ControlModifier); }},
+        {"close()", [this] { controller->close(); }},
+    };
+    for (const auto& [name, end] : rows) {
+        SCOPED_TRACE(name);
+        owner.autoSaved.clear();
+        open(PreferencesInitialTab::general);
+        QApplication::focusWidget()->findChild<QLineEdit*>()->selectAll();
+        QTest::keyClicks(QApplication::focusWidget(), QStringLiteral("45"));
+        EXPECT_TRUE(owner.autoSaved.empty());
+        end();
+        ASSERT_EQ(owner.autoSaved.size(), 1U);
+        EXPECT_EQ(owner.autoSaved.front().pollIntervalSeconds, 2700);
+        time.advance(Seconds(2));
+        EXPECT_EQ(owner.autoSaved.size(), 1U);
+    }
+    EXPECT_EQ(owner.closings, 2) << "only the user's own closing is told";
+}
+
+TEST_F(PreferencesWindowTest, TheOwnerMayDropTheWindowWithinItsHandlers) {
+    open(PreferencesInitialTab::general);
+    owner.onClosed = [this] { controller.reset(); };
+    QTest::keyClick(window(), Qt::Key_Escape);
+    EXPECT_FALSE(controller);
+    Testing::settle();
+    open(PreferencesInitialTab::general);
+    owner.onAutoSave = [this] { controller.reset(); };
+    button("Show dock icon")->click();
+    EXPECT_FALSE(controller);
+    Testing::settle();
+    QMenu menu(QStringLiteral("Varnel"));
+    menu.addAction(QStringLiteral("Settings"), QKeySequence(QStringLiteral("Ctrl+,")), [this] { controller.reset(); });
+    open(PreferencesInitialTab::account);
+    controller->setApplicationMenu(&menu);
+    Testing::settle();
+    QTest::keyClick(window(), Qt::Key_Comma, Qt::ControlModifier);
+    EXPECT_FALSE(controller);
+}
+
+TEST_F(PreferencesWindowTest, ReturnInAFieldSavesAndTheFieldsRestWhileSigningIn) {
+    PreferencesDraft draft;
+    draft.account = QStringLiteral("old@example.com");
+    open(PreferencesInitialTab::account, draft);
+    field("Account")->setText(QStringLiteral("new@example.com"));
+    QTest::keyClicks(field("Password"), QStringLiteral("secret"));
+    button("Show dock icon")->click();
+    EXPECT_EQ(owner.autoSaved.back().account, draft.account) << "an unsaved account stays in the window";
+    EXPECT_EQ(owner.autoSaved.back().password, draft.password);
+    QTest::keyClick(field("Password"), Qt::Key_Return);
+    ASSERT_EQ(owner.saved.size(), 1U);
+    EXPECT_EQ(owner.saved.front().account, QStringLiteral("new@example.com"));
+    EXPECT_EQ(owner.saved.front().password, QStringLiteral("secret"));
+    Testing::settle();
+    EXPECT_FALSE(field("Password")->isEnabled() || button("Save and Connect")->isEnabled());
+    owner.endSave(false);
+    Testing::settle();
+    EXPECT_TRUE(field("Password")->isEnabled());
+    EXPECT_EQ(QApplication::focusWidget(), field("Password"));
+}
+
+TEST_F(PreferencesWindowTest, TheWindowMayCloseWhileASaveGoesOn) {
+    open(PreferencesInitialTab::account);
+    button("Save and Connect")->click();
+    controller->close();
+    controller.reset();
+    Testing::settle();
+    owner.endSave(true);
+    Testing::settle();
+    EXPECT_EQ(owner.saved.size(), 1U);
+}
+
+TEST_F(PreferencesWindowTest, ThePasswordIsHiddenUntilRevealedAndGoesWithTheSignOut) {
+    PreferencesDraft draft;
+    draft.password = QStringLiteral("secret");
+    open(PreferencesInitialTab::account, draft);
+    QLineEdit* password = field("Password");
+    EXPECT_EQ(password->echoMode(), QLineEdit::Password);
+    button("Show password")->click();
+    EXPECT_EQ(password->echoMode(), QLineEdit::Normal);
+    button("Sign Out")->click();
+    EXPECT_EQ(owner.signOuts, 1);
+    EXPECT_EQ(password->text(), QString());
+    EXPECT_EQ(password->echoMode(), QLineEdit::Password);
+    EXPECT_FALSE(button("Sign Out")->isEnabled());
+}
+
+TEST_F(PreferencesWindowTest, ARefusedLaunchAtLoginPutsTheSwitchBackAndSaysWhyUntilTheNextTry) {
+    open(PreferencesInitialTab::general);
+    const QString why = QStringLiteral("Launch at login update failed: disk full");
+    owner.onAutoSave = [&] { controller->showLaunchAtLoginError(why, false); };
+    button("Launch at login")->click();
+    EXPECT_FALSE(button("Launch at login")->isChecked());
+    EXPECT_EQ(owner.autoSaved.size(), 1U);
+    EXPECT_TRUE(named<QWidget>(why)->isVisible());
+    QWidget* line = named<QWidget>(why);
+    owner.onAutoSave = {};
+    button("Launch at login")->click();
+    EXPECT_FALSE(line->isVisible());
+}
+
+} // namespace
+} // namespace Varnel
