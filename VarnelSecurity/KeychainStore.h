@@ -1,0 +1,41 @@
+#pragma once
+
+#include <VarnelSecurity/KeychainServices.h>
+
+#include <VarnelShared/Result.h>
+
+#include <optional>
+
+namespace Varnel {
+
+/// Keeps secrets as generic-password items in the user's keychain, one by account, as UTF-8 without a terminator.
+/// All failures are `KeychainError`; nothing is logged.
+class KeychainStore final {
+public:
+    /// `service` is shared by all items of the application; items of another service are neither read nor deleted.
+    /// `services` must outlive the store.
+    KeychainStore(const QString& service, KeychainServices& services);
+
+    /// Replaces the account's item by deleting and adding: a failure may leave none. Fails with `encodingFailed`,
+    /// with everything as it was, for text that has no UTF-8 form.
+    Result<void> saveSecret(const QString& secret, const QString& account);
+
+    /// The account's secret, none when there is no item; an empty one is the empty text. Fails with `decodingFailed`
+    /// for data that is not UTF-8.
+    Result<std::optional<QString>> readSecret(const QString& account);
+
+    /// Deletes the account's item. That there is none is no failure.
+    Result<void> deleteSecret(const QString& account);
+
+    /// Has the desktop ask the user to unlock the keychain, if what the access needs is locked. To be awaited before
+    /// a secret is read or saved on the user's behalf; false counts as a failing read.
+    QCoro::Task<bool> unlock(const QString& account, KeychainAccess access);
+
+private:
+    KeychainQuery query(const QString& account) const { return {m_service, account}; }
+
+    const QString m_service;
+    KeychainServices& m_services;
+};
+
+} // namespace Varnel

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <VarnelSecurity/KeychainServices.h>
+
+#include <map>
+#include <utility>
+
+namespace Varnel {
+
+/// A keychain for desktops without a Secret Service: a JSON file that only its owner can read,
+/// `{"items":[{"account":…,"data":<base64>,"service":…}]}`. Never locked.
+///
+/// A file that cannot be understood is reported as `keychainDecodeError` and left alone; the first item added moves
+/// it aside, as `<path>.corrupt`, instead of writing over it.
+class FileKeychain final : public KeychainServices {
+public:
+    /// Makes nothing; the file and its folder, with mode 0600 and 0700, come with the first item.
+    explicit FileKeychain(const QString& path);
+
+    KeychainStatus add(const KeychainQuery& query, const QByteArray& data) override;
+    KeychainMatch copyMatching(const KeychainQuery& query) override;
+    KeychainStatus deleteMatching(const KeychainQuery& query) override;
+    QCoro::Task<bool> unlock(KeychainQuery query, KeychainAccess access) override;
+
+private:
+    using Items = std::map<std::pair<QString, QString>, QByteArray>; ///< data by service and account
+
+    KeychainStatus load(Items& items) const;
+    KeychainStatus write(const Items& items) const;
+    bool moveAside() const;
+
+    const QString m_path;
+};
+
+} // namespace Varnel

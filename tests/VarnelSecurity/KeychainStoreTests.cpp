@@ -1,0 +1,69 @@
+#include <VarnelSecurity/KeychainError.h>
+#include <VarnelSecurity/KeychainStore.h>
+
+#include "FakeKeychainServices.h"
+
+#include <gtest/gtest.h>
+
+namespace Varnel {
+namespace {
+
+const QString service = QStringLiteral("com.varnel.menubar");
+const QString account = QStringLiteral("password.me@example.com");
+
+class KeychainStoreTest : public testing::Test {
+protected:
+    Testing::FakeKeychainServices keychain;
+    KeychainStore store{service, keychain};
+};
+
+TEST_F(KeychainStoreTest, SavesByDeletingAndAddingTheBytesAlone) {
+    for (const QString& secret : {QStringLiteral("first"), QStringLiteral("\uFEFFpäss wörd 日本 \U0001F31E")}) {
+        ASSERT_TRUE(store.saveSecret(secret, account));
+        EXPECT_EQ(keychain.items.size(), 1);
+        EXPECT_EQ((keychain.items[{service, account}]), secret.toUtf8());
+        EXPECT_EQ(store.readSecret(account).value(), secret);
+    }
+    EXPECT_EQ(keychain.calls.mid(0, 3).join(QLatin1Char(' ')), QStringLiteral("deleteMatching add copyMatching"));
+}
+
+TEST_F(KeychainStoreTest, TextWithoutUTF8FormIsRefusedBeforeAnythingIsDeleted) {
+    ASSERT_TRUE(store.saveSecret(QStringLiteral("kept"), account));
+    for (const auto& [first, second] : {std::pair(0xD83C, 0x61), std::pair(0x61, 0xD83C), std::pair(0xDF1E, 0xD83C)}) {
+        const QString broken = QString(QChar(first)) + QChar(second);
+        EXPECT_EQ(*store.saveSecret(broken, account).error().as<KeychainError>(), KeychainError::encodingFailed());
+    }
+    EXPECT_EQ(store.readSecret(account).value(), QStringLiteral("kept"));
+}
+
+TEST_F(KeychainStoreTest, ReadingTellsNothingFromEmptyFromUnreadable) {
+    EXPECT_EQ(store.readSecret(account).value(), std::nullopt);
+    keychain.items[{service, account}] = QByteArray();
+    EXPECT_EQ(store.readSecret(account).value(), QString());
+    const std::optional<QByteArray> unreadable[] = {std::nullopt, "\xff\xfe", "caf\xc3", "\xed\xa0\xbc"};
+    for (const auto& data : unreadable) {
+        keychain.items[{service, account}] = data;
+        const auto read = store.readSecret(account);
+        ASSERT_FALSE(read);
+        EXPECT_EQ(*read.error().as<KeychainError>(), KeychainError::decodingFailed());
+    }
+}
+
+TEST_F(KeychainStoreTest, OtherStatusesAreErrorsThatNameThem) {
+    keychain.status = keychainInteractionNotAllowed;
+    const auto expected = KeychainError::unexpectedStatus(-25308);
+    EXPECT_EQ(*store.readSecret(account).error().as<KeychainError>(), expected);
+    EXPECT_EQ(*store.deleteSecret(account).error().as<KeychainError>(), expected);
+    EXPECT_EQ(*store.saveSecret(QStringLiteral("x"), account).error().as<KeychainError>(), expected);
+    keychain.status = keychainSuccess;
+    EXPECT_TRUE(store.deleteSecret(account)) << "nothing to delete is no failure";
+
+    EXPECT_EQ(expected.localizedDescription(), QStringLiteral("Keychain operation failed with status -25308."));
+    EXPECT_EQ(KeychainError::encodingFailed().localizedDescription(),
+              QStringLiteral("Failed to encode value for Keychain."));
+    EXPECT_EQ(KeychainError::decodingFailed().localizedDescription(),
+              QStringLiteral("Failed to decode value from Keychain."));
+}
+
+} // namespace
+} // namespace Varnel
