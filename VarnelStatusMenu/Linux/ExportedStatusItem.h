@@ -1,0 +1,43 @@
+#pragma once
+
+#include <VarnelStatusMenu/Linux/StatusItemBackEnd.h>
+#include <VarnelStatusMenu/Linux/TitleForm.h>
+
+#include <QDBusConnection>
+#include <QObject>
+
+#include <memory>
+#include <optional>
+
+namespace Varnel {
+
+class DBusMenuExporter;
+class StatusNotifierItemAdaptor;
+
+/// The objects that panels read: the item at /StatusNotifierItem and its menu at /MenuBar.
+class ExportedStatusItem {
+public:
+    ExportedStatusItem(const QDBusConnection& connection, QString identifier, StatusItemHandlers handlers);
+    ~ExportedStatusItem();
+    ExportedStatusItem(const ExportedStatusItem&) = delete;
+    ExportedStatusItem& operator=(const ExportedStatusItem&) = delete;
+
+    /// Exports the item in this form; nothing is exported before.
+    void setForm(TitleForm form);
+
+    /// Tells the panel what changed, and nothing else.
+    void setContent(const StatusItemContent& content);
+
+private:
+    QDBusConnection m_connection;
+    QString m_identifier;
+    StatusItemHandlers m_handlers;
+    StatusItemContent m_content;
+    std::optional<TitleForm> m_form;
+    std::unique_ptr<QObject> m_itemObject; ///< owns m_item
+    QObject m_menuObject;                  ///< owns m_menu
+    StatusNotifierItemAdaptor* m_item = nullptr;
+    DBusMenuExporter* m_menu = nullptr;
+};
+
+} // namespace Varnel

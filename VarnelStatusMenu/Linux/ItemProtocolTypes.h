@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QDBusArgument>
+#include <QImage>
+#include <QList>
+#include <QMetaType>
+
+namespace Varnel {
+
+/// A picture as the item protocol carries it, "(iiay)": 32 bits a pixel, alpha first, in network byte order.
+struct ItemPixmap {
+    int width = 0;
+    int height = 0;
+    QByteArray pixels;
+    bool operator==(const ItemPixmap&) const = default;
+};
+
+/// The tooltip as the item protocol carries it, "(sa(iiay)ss)".
+struct ItemToolTip {
+    QString iconName;
+    QList<ItemPixmap> icon;
+    QString title;
+    QString text;
+};
+
+ItemPixmap itemPixmap(const QImage& image);
+
+QDBusArgument& operator<<(QDBusArgument& argument, const ItemPixmap& pixmap);
+const QDBusArgument& operator>>(const QDBusArgument& argument, ItemPixmap& pixmap);
+QDBusArgument& operator<<(QDBusArgument& argument, const ItemToolTip& toolTip);
+const QDBusArgument& operator>>(const QDBusArgument& argument, ItemToolTip& toolTip);
+
+/// Makes the types known to QtDBus; may be called more than once.
+void registerItemProtocolTypes();
+
+} // namespace Varnel
+
+Q_DECLARE_METATYPE(Varnel::ItemPixmap)
+Q_DECLARE_METATYPE(Varnel::ItemToolTip)

@@ -1,0 +1,55 @@
+#pragma once
+
+#include <VarnelStatusMenu/Linux/StatusItemBackEnd.h>
+#include <VarnelStatusMenu/Linux/TitleForm.h>
+
+#include <QDBusConnection>
+#include <QDBusPendingCall>
+#include <QObject>
+
+namespace Varnel {
+
+/// The service org.kde.StatusNotifierWatcher, where items register and panels learn of them: whether it is there with
+/// a panel behind it, and in which form its panel can show a title. Asks asynchronously, and again after each change.
+class ItemWatcher final : public QObject {
+    Q_OBJECT
+
+public:
+    /// A connection that is not connected has no watcher, now and ever.
+    explicit ItemWatcher(const QDBusConnection& connection, QObject* parent = nullptr);
+
+    StatusItemBackEnd::Availability availability() const { return m_availability; }
+
+    /// The unique name of the process that is the watcher now; a registration lasts as long as it. Empty: none.
+    QString owner() const { return m_owner; }
+
+    /// Meaningful while available.
+    TitleForm titleForm() const { return m_titleForm; }
+
+    /// Registers the item that `service` exports at /StatusNotifierItem.
+    QDBusPendingCall registerItem(const QString& service) const;
+
+Q_SIGNALS:
+    /// The availability or the owner changed.
+    void changed();
+
+private Q_SLOTS:
+    void askForHost();
+
+private:
+    using Handler = std::function<void(const QDBusMessage& reply)>;
+
+    void askForOwner();
+    void setOwner(const QString& owner);
+    void askForProcess();
+    void setAvailability(StatusItemBackEnd::Availability availability);
+    /// Calls `handle` with the reply, a failure included, unless the owner has changed meanwhile.
+    void ask(const QDBusMessage& question, Handler handle);
+
+    QDBusConnection m_connection;
+    StatusItemBackEnd::Availability m_availability = StatusItemBackEnd::Availability::unknown;
+    QString m_owner;
+    TitleForm m_titleForm = TitleForm::square;
+};
+
+} // namespace Varnel

@@ -1,0 +1,153 @@
+#include <VarnelStatusMenu/Linux/SessionStatusItem.h>
+
+#include <VarnelShared/Logging.h>
+#include <VarnelStatusMenu/Linux/ItemProtocolStatusItem.h>
+#include <VarnelStatusMenu/Linux/XEmbedStatusItem.h>
+
+#include <utility>
+
+namespace Varnel {
+
+namespace {
+
+/// How long the session may be without a panel before the window opens.
+constexpr Seconds patience{10};
+
+/// Many panels are of both kinds, and a starting one brings up its legacy tray first.
+constexpr Seconds settlingTime{1};
+
+SessionStatusItem::BackEnds sessionBackEnds(const QString& identifier, const StatusItemHandlers& handlers) {
+    SessionStatusItem::BackEnds backEnds;
+    backEnds.push_back(std::make_unique<ItemProtocolStatusItem>(QDBusConnection::sessionBus(), identifier, handlers));
+    backEnds.push_back(std::make_unique<XEmbedStatusItem>(handlers));
+    return backEnds;
+}
+
+} // namespace
+
+SessionStatusItem::SessionStatusItem(const QString& identifier, TimerFactory& timers)
+    : SessionStatusItem(
+          [&identifier](const StatusItemHandlers& handlers) { return sessionBackEnds(identifier, handlers); }, timers) {
+}
+
+SessionStatusItem::SessionStatusItem(const std::function<BackEnds(const StatusItemHandlers&)>& makeBackEnds,
+                                     TimerFactory& timers)
+    : m_timers(timers)
+    , m_backEnds(makeBackEnds(handlers())) {
+    m_presenter.setCommandHandler(handlers().choose);
+    for (const auto& backEnd : m_backEnds) {
+        backEnd->setAvailabilityHandler([this] { choose(); });
+    }
+    awaitPanel();
+    choose();
+}
+
+SessionStatusItem::~SessionStatusItem() = default;
+
+StatusItemHandlers SessionStatusItem::handlers() {
+    return {[this] { m_presenter.toggleMenu(); },
+            [this](StatusMenuCommand command) {
+                if (m_commandHandler) {
+                    m_commandHandler(command);
+                }
+            }};
+}
+
+void SessionStatusItem::setTitle(const QString& title) {
+    m_content.title = title;
+    m_presenter.setWindowTitle(title);
+    publishContent();
+}
+
+void SessionStatusItem::setToolTip(const QString& toolTip) {
+    m_content.toolTip = toolTip;
+    publishContent();
+}
+
+void SessionStatusItem::setMenu(const StatusMenu& menu) {
+    m_content.menu = exportedMenu(menu);
+    m_presenter.setMenu(menu);
+    publishContent();
+}
+
+void SessionStatusItem::setCommandHandler(std::function<void(StatusMenuCommand)> handler) {
+    m_commandHandler = std::move(handler);
+}
+
+void SessionStatusItem::showWindow() {
+    m_isFallbackWindow = m_isFallbackWindow && m_presenter.isWindowOpen();
+    m_presenter.showWindow(m_content.title);
+}
+
+void SessionStatusItem::publishContent() {
+    for (const auto& backEnd : m_backEnds) {
+        backEnd->setContent(m_content);
+    }
+}
+
+std::optional<StatusItemBackEnd*> SessionStatusItem::best() const {
+    for (const auto& backEnd : m_backEnds) {
+        switch (backEnd->availability()) {
+        case StatusItemBackEnd::Availability::unknown:
+            return std::nullopt;
+        case StatusItemBackEnd::Availability::available:
+            return backEnd.get();
+        case StatusItemBackEnd::Availability::unavailable:
+            break;
+        }
+    }
+    return nullptr;
+}
+
+void SessionStatusItem::choose() {
+    const std::optional<StatusItemBackEnd*> chosen = best();
+    if (!chosen) {
+        return;
+    }
+    m_settleTimer.reset();
+    if (m_current && m_current->availability() == StatusItemBackEnd::Availability::unavailable) {
+        leavePanel();
+    }
+    const bool isFirstChoice = !std::exchange(m_hasChosen, true);
+    if (!*chosen || *chosen == m_current) {
+        return;
+    }
+    if (isFirstChoice || *chosen == m_backEnds.front().get()) {
+        moveTo(**chosen);
+    } else {
+        m_settleTimer = m_timers.schedule(settlingTime, [this, backEnd = *chosen] { moveTo(*backEnd); });
+    }
+}
+
+void SessionStatusItem::leavePanel() {
+    qCInfo(lcApp, "The panel with the status item has gone");
+    m_current->setShown(false);
+    m_current = nullptr;
+    awaitPanel();
+}
+
+void SessionStatusItem::moveTo(StatusItemBackEnd& backEnd) {
+    if (m_current) {
+        m_current->setShown(false);
+    }
+    m_current = &backEnd;
+    m_windowTimer.reset();
+    backEnd.setShown(true);
+    if (std::exchange(m_isFallbackWindow, false)) {
+        m_presenter.closeWindow();
+    }
+}
+
+void SessionStatusItem::awaitPanel() {
+    m_windowTimer = m_timers.schedule(patience, [this] { showFallbackWindow(); });
+}
+
+void SessionStatusItem::showFallbackWindow() {
+    if (!m_presenter.isWindowOpen()) {
+        qCInfo(lcApp, "The desktop shows no status items: a window takes their place");
+        m_isFallbackWindow = true;
+        m_presenter.showWindow(m_content.title);
+    }
+}
+
+} // namespace Varnel

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <VarnelShared/Timers.h>
+#include <VarnelStatusMenu/Linux/StatusItemBackEnd.h>
+#include <VarnelStatusMenu/StatusItem.h>
+#include <VarnelStatusMenu/StatusMenuPresenter.h>
+
+#include <memory>
+#include <vector>
+
+namespace Varnel {
+
+/// The application's status item in the session of the moment: in the best kind of panel that is there, chosen at the
+/// start and again as panels come and go, and in an ordinary window once there has been none for ten seconds. That
+/// window closes when a panel comes.
+class SessionStatusItem final : public StatusItem {
+public:
+    using BackEnds = std::vector<std::unique_ptr<StatusItemBackEnd>>;
+
+    /// The panels of this session: the item protocol on the session bus, else the legacy tray. `identifier` is the
+    /// bundle identifier. `timers` must outlive this object.
+    SessionStatusItem(const QString& identifier, TimerFactory& timers);
+
+    /// The same with any kinds of panels, best first; `makeBackEnds` is called once, with what they have to call.
+    SessionStatusItem(const std::function<BackEnds(const StatusItemHandlers&)>& makeBackEnds, TimerFactory& timers);
+    ~SessionStatusItem() override;
+
+    void setTitle(const QString& title) override;
+    void setToolTip(const QString& toolTip) override;
+    void setMenu(const StatusMenu& menu) override;
+    void setCommandHandler(std::function<void(StatusMenuCommand)> handler) override;
+    void showWindow() override;
+
+private:
+    StatusItemHandlers handlers();
+    void publishContent();
+    /// The best kind of panel that is there; null when there is none. No value while a better one may yet answer.
+    std::optional<StatusItemBackEnd*> best() const;
+    void choose();
+    void leavePanel();
+    void moveTo(StatusItemBackEnd& backEnd);
+    void awaitPanel();
+    void showFallbackWindow();
+
+    TimerFactory& m_timers;
+    StatusMenuPresenter m_presenter;
+    StatusItemContent m_content;
+    std::function<void(StatusMenuCommand)> m_commandHandler;
+    BackEnds m_backEnds;
+    StatusItemBackEnd* m_current = nullptr; ///< where the item is shown; null: nowhere
+    bool m_hasChosen = false;
+    bool m_isFallbackWindow = false; ///< the open window was not asked for by anyone
+    std::unique_ptr<OneShotTimer> m_settleTimer;
+    std::unique_ptr<OneShotTimer> m_windowTimer;
+};
+
+} // namespace Varnel

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <VarnelStatusMenu/StatusMenu.h>
+
+#include <functional>
+
+namespace Varnel {
+
+/// What a panel is given to show: the same for every kind of panel.
+struct StatusItemContent {
+    QString title;
+    QString toolTip;
+    ExportedMenu menu; ///< the menu as text, for hosts that draw it themselves
+    bool operator==(const StatusItemContent&) const = default;
+};
+
+/// What a person can do with the item in the panel.
+struct StatusItemHandlers {
+    std::function<void()> openMenu; ///< a click, or "Show Chart": open our own menu
+    std::function<void(StatusMenuCommand)> choose;
+};
+
+/// One way of showing the item in a panel. Nothing is shown before `setShown(true)`.
+class StatusItemBackEnd {
+public:
+    /// Whether the session has a panel of this kind; `unknown` until the session has answered.
+    enum class Availability { unknown, available, unavailable };
+
+    StatusItemBackEnd() = default;
+    StatusItemBackEnd(const StatusItemBackEnd&) = delete;
+    StatusItemBackEnd& operator=(const StatusItemBackEnd&) = delete;
+    virtual ~StatusItemBackEnd() = default;
+
+    virtual Availability availability() const = 0;
+
+    /// `changed` is called from the event loop after each change of `availability`.
+    virtual void setAvailabilityHandler(std::function<void()> changed) = 0;
+
+    /// What is shown, now or when the item is shown next.
+    virtual void setContent(const StatusItemContent& content) = 0;
+
+    /// Shows the item or takes it away.
+    virtual void setShown(bool isShown) = 0;
+};
+
+} // namespace Varnel

@@ -1,0 +1,139 @@
+#include <VarnelStatusMenu/Linux/TitlePicture.h>
+
+#include <VarnelStatusMenu/Linux/TitleForm.h>
+
+#include <QFontMetricsF>
+#include <QGuiApplication>
+#include <QPainter>
+#include <QPainterPath>
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+namespace Varnel {
+
+namespace {
+
+constexpr QColor badgeColor(0x2b, 0x31, 0x3b);
+constexpr QColor badgeEdgeColor(0xff, 0xff, 0xff, 0x46);
+constexpr QColor textColor(0xff, 0xff, 0xff);
+constexpr QColor sunColor(0xf5, 0xa6, 0x23);
+constexpr int smallestTextHeight = 6;
+
+QImage transparentImage(int width, int height) {
+    QImage image(width, height, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    return image;
+}
+
+QFont titleFont(int pixelSize, int stretch) {
+    QFont font = QGuiApplication::font();
+    font.setPixelSize(pixelSize);
+    font.setStretch(stretch);
+    font.setWeight(QFont::DemiBold);
+    font.setHintingPreference(QFont::PreferFullHinting);
+    return font;
+}
+
+/// What the ink of the text covers, relative to its base line's start.
+QRectF inkOf(const QString& text, const QFont& font) {
+    return QFontMetricsF(font).tightBoundingRect(text);
+}
+
+/// The largest font whose ink of `text` fits into the box: narrower letters before smaller ones.
+QFont fittingFont(const QString& text, QSizeF box) {
+    for (int pixelSize = static_cast<int>(box.height() * 1.6); pixelSize > smallestTextHeight; --pixelSize) {
+        for (const int stretch : {100, 87, 75}) {
+            const QFont font = titleFont(pixelSize, stretch);
+            const QRectF ink = inkOf(text, font);
+            if (ink.width() <= box.width() && ink.height() <= box.height()) {
+                return font;
+            }
+        }
+    }
+    return titleFont(smallestTextHeight, 75);
+}
+
+/// Draws the text with its ink in the middle of the box, on whole pixels so that the stems stay sharp.
+void drawCentred(QPainter& painter, const QRectF& box, const QString& text) {
+    if (text.isEmpty()) {
+        return;
+    }
+    const QFont font = fittingFont(text, box.size());
+    const QString shown = QFontMetricsF(font).elidedText(text, Qt::ElideRight, std::ceil(box.width()) + 1);
+    const QRectF ink = inkOf(shown, font);
+    painter.setFont(font);
+    painter.drawText(
+        QPointF(std::round(box.center().x() - ink.center().x()), std::round(box.center().y() - ink.center().y())),
+        shown);
+}
+
+void drawBadge(QPainter& painter, const QRectF& box) {
+    const qreal radius = box.height() / 6;
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(badgeEdgeColor, 1));
+    painter.setBrush(badgeColor);
+    painter.drawRoundedRect(box.adjusted(0.5, 0.5, -0.5, -0.5), radius, radius);
+    painter.setPen(textColor);
+}
+
+bool hasDigit(const QString& text) {
+    return std::any_of(text.begin(), text.end(), [](QChar character) { return character.isDigit(); });
+}
+
+} // namespace
+
+QImage wideTitlePicture(const QString& title, int height) {
+    const int padding = height / 4;
+    const QFont font = titleFont(static_cast<int>(std::lround(height * 0.62)), 100);
+    const QFontMetricsF metrics(font);
+    const QString shown = metrics.elidedText(title.simplified(), Qt::ElideRight, height * 8 - 2 * padding);
+    const int width = static_cast<int>(std::ceil(metrics.horizontalAdvance(shown))) + 2 * padding;
+    QImage image = transparentImage(std::max(width, height), height);
+    QPainter painter(&image);
+    drawBadge(painter, QRectF(image.rect()));
+    painter.setFont(font);
+    // The height of capitals, not the ink, centres the line: the text must not hop when a digit gives way to "g".
+    painter.drawText(
+        QPointF((image.width() - metrics.horizontalAdvance(shown)) / 2, std::round((height + metrics.capHeight()) / 2)),
+        shown);
+    return image;
+}
+
+QImage squareTitlePicture(const QString& title, int size) {
+    const TitleLines lines = titleLines(title);
+    QImage image = transparentImage(size, size);
+    QPainter painter(&image);
+    drawBadge(painter, QRectF(image.rect()));
+    const qreal margin = std::max(1.0, size / 16.0);
+    const QRectF inside = QRectF(image.rect()).adjusted(margin, 2 * margin, -margin, -2 * margin);
+    if (lines.lower.isEmpty()) {
+        drawCentred(painter, inside, lines.upper);
+        return image;
+    }
+    const qreal gap = margin;
+    const qreal upperShare = hasDigit(lines.upper) == hasDigit(lines.lower) ? 0.5 : hasDigit(lines.upper) ? 0.56 : 0.5;
+    const qreal upperHeight = (inside.height() - gap) * upperShare;
+    drawCentred(painter, QRectF(inside.left(), inside.top(), inside.width(), upperHeight), lines.upper);
+    drawCentred(painter, inside.adjusted(0, upperHeight + gap, 0, 0), lines.lower);
+    return image;
+}
+
+QImage sunPicture(int size) {
+    QImage image = transparentImage(size, size);
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.translate(size / 2.0, size / 2.0);
+    painter.setPen(QPen(sunColor, size / 11.0, Qt::SolidLine, Qt::RoundCap));
+    painter.setBrush(sunColor);
+    painter.drawEllipse(QPointF(0, 0), size * 0.18, size * 0.18);
+    for (int ray = 0; ray < 8; ++ray) {
+        const qreal angle = ray * std::numbers::pi / 4;
+        const QPointF direction(std::cos(angle), std::sin(angle));
+        painter.drawLine(direction * size * 0.34, direction * size * 0.43);
+    }
+    return image;
+}
+
+} // namespace Varnel
