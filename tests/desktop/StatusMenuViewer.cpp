@@ -4,6 +4,8 @@
 #include "ViewerPresentations.h"
 #include "ViewerStatusItem.h"
 
+#include <VarnelShared/Clock.h>
+#include <VarnelShared/SystemTimers.h>
 #include <VarnelStatusMenu/StatusBarController.h>
 
 #include <QApplication>
@@ -51,8 +53,9 @@ int main(int argc, char** argv) {
     const auto presentations = viewerPresentations();
     QCommandLineParser parser;
     const QCommandLineOption dark(QStringLiteral("dark"), QStringLiteral("Use a dark palette."));
+    const QCommandLineOption popup(QStringLiteral("popup"), QStringLiteral("Show the pop-up without an item."));
     const QCommandLineOption window(QStringLiteral("window"), QStringLiteral("Show the ordinary window."));
-    parser.addOptions({dark, window});
+    parser.addOptions({dark, popup, window});
     parser.addHelpOption();
     parser.addPositionalArgument(QStringLiteral("presentation"), names(presentations));
     parser.process(application);
@@ -63,7 +66,12 @@ int main(int argc, char** argv) {
     if (parser.isSet(dark)) {
         QApplication::setPalette(darkPalette());
     }
-    StatusBarController controller(makeViewerStatusItem(parser.isSet(window) ? ViewerForm::window : ViewerForm::popup));
+    const SystemClock clock;
+    SystemTimers timers(clock);
+    const ViewerForm form = parser.isSet(window)  ? ViewerForm::window
+                            : parser.isSet(popup) ? ViewerForm::popup
+                                                  : ViewerForm::item;
+    StatusBarController controller(makeViewerStatusItem(form, timers));
     printChoices(controller);
     controller.update(chosen->second);
     return QApplication::exec();

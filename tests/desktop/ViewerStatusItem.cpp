@@ -1,5 +1,6 @@
 #include "ViewerStatusItem.h"
 
+#include <VarnelStatusMenu/Linux/SessionStatusItem.h>
 #include <VarnelStatusMenu/StatusMenuPresenter.h>
 
 #include <QTimer>
@@ -38,7 +39,10 @@ private:
 
 } // namespace
 
-std::unique_ptr<StatusItem> makeViewerStatusItem(ViewerForm form) {
+std::unique_ptr<StatusItem> makeViewerStatusItem(ViewerForm form, TimerFactory& timers) {
+    if (form == ViewerForm::item) {
+        return std::make_unique<SessionStatusItem>(QStringLiteral("com.varnel.menubar"), timers);
+    }
     return std::make_unique<ImmediateStatusItem>(form);
 }
 
