@@ -41,7 +41,9 @@ bool MenuRowView::event(QEvent* event) {
     const Texts drawn = drawnTexts();
     const bool isWhole =
         drawn.label == m_wholeText || (!m_value.isEmpty() && drawn.label == m_label && drawn.value == m_value);
-    QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), isWhole ? QString() : m_wholeText, this);
+    // As rich text, which is broken into lines; the error may hold what a service has answered.
+    const QString tip = isWhole ? QString() : QStringLiteral("<p>%1</p>").arg(m_wholeText.toHtmlEscaped());
+    QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), tip, this);
     return true;
 }
 

@@ -6,6 +6,7 @@
 #include <QHideEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QStyle>
 #include <QWidgetAction>
 
 #include <algorithm>
@@ -13,10 +14,18 @@
 
 namespace Varnel {
 
+namespace {
+
+constexpr int smallestPadding = 4; // above the first and below the last entry; some styles leave none
+
+} // namespace
+
 StatusPopupMenu::StatusPopupMenu(StatusMenu menu)
     : m_menu(std::move(menu)) {
     // The separators are part of the menu's order, also where two would meet or one stands last.
     setSeparatorsCollapsible(false);
+    const int padding = std::max(0, smallestPadding - style()->pixelMetric(QStyle::PM_MenuVMargin, nullptr, this));
+    setContentsMargins(0, padding, 0, padding);
     for (const StatusMenuEntry& entry : m_menu) {
         addEntry(entry);
     }
