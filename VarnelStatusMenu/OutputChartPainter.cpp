@@ -4,6 +4,9 @@
 #include <VarnelStatusMenu/MenuFonts.h>
 #include <VarnelStatusMenu/SmoothedCurve.h>
 
+#include <algorithm>
+#include <span>
+
 namespace Varnel {
 
 namespace {
@@ -12,6 +15,9 @@ constexpr qreal plotRadius = 6;
 constexpr qreal bubbleRadius = 5;
 constexpr qreal dotRadius = 3.5;
 constexpr qreal curveWidth = 2;
+
+/// A stroke's cost grows faster than its length: a full day is drawn in half the time in pieces, whose round caps meet.
+constexpr std::size_t segmentsPerStroke = 48;
 
 TextSize sizeIn(const QFont& font) {
     return [metrics = QFontMetricsF(font)](const QString& text) {
@@ -24,6 +30,14 @@ QPen dashedPen(const QColor& color, qreal width, qreal on, qreal off) {
     QPen pen(color, width, Qt::SolidLine, Qt::FlatCap);
     pen.setDashPattern({on / width, off / width});
     return pen;
+}
+
+QPainterPath curvePath(QPointF start, std::span<const CurveSegment> segments) {
+    QPainterPath path(start);
+    for (const CurveSegment& segment : segments) {
+        path.cubicTo(segment.control1, segment.control2, segment.end);
+    }
+    return path;
 }
 
 } // namespace
@@ -92,17 +106,17 @@ void OutputChartPainter::paintValues(const std::vector<QPointF>& points) {
 }
 
 void OutputChartPainter::paintCurve(const std::vector<QPointF>& points) {
-    QPainterPath curve(points.front());
-    for (const CurveSegment& segment : smoothedSegments(points, m_layout.chartRect)) {
-        curve.cubicTo(segment.control1, segment.control2, segment.end);
-    }
-    QPainterPath area = curve;
+    const std::vector<CurveSegment> segments = smoothedSegments(points, m_layout.chartRect);
+    QPainterPath area = curvePath(points.front(), segments);
     area.lineTo(points.back().x(), lowerEdge(m_layout.chartRect));
     area.lineTo(points.front().x(), lowerEdge(m_layout.chartRect));
     area.closeSubpath();
     m_painter.fillPath(m_fromChart.map(area), withAlpha(m_colors.accent, 0.18));
-    m_painter.strokePath(m_fromChart.map(curve),
-                         QPen(m_colors.accent, curveWidth, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    const QPen pen(m_colors.accent, curveWidth, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin);
+    for (std::size_t first = 0; first < segments.size(); first += segmentsPerStroke) {
+        const auto part = std::span(segments).subspan(first, std::min(segmentsPerStroke, segments.size() - first));
+        m_painter.strokePath(m_fromChart.map(curvePath(points[first], part)), pen);
+    }
 }
 
 void OutputChartPainter::paintInspector(std::size_t index, QPointF point) {
