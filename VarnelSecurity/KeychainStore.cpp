@@ -49,7 +49,7 @@ Result<std::optional<QString>> KeychainStore::readSecret(const QString& account)
     if (match.status != keychainSuccess) {
         return failure(KeychainError::unexpectedStatus(match.status));
     }
-    const std::optional<QString> secret = match.data ? decoded(*match.data) : std::nullopt;
+    std::optional<QString> secret = match.data ? decoded(*match.data) : std::nullopt;
     if (!secret) {
         return failure(KeychainError::decodingFailed());
     }

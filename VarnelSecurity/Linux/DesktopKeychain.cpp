@@ -24,7 +24,7 @@ KeychainStatus DesktopKeychain::add(const KeychainQuery& query, const QByteArray
 }
 
 KeychainMatch DesktopKeychain::copyMatching(const KeychainQuery& query) {
-    const KeychainMatch kept = m_secretService.copyMatching(query);
+    KeychainMatch kept = m_secretService.copyMatching(query);
     if (kept.status == keychainSuccess) {
         return kept;
     }

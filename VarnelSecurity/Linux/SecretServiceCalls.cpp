@@ -262,8 +262,8 @@ KeychainStatus check(const std::stop_token& stop, const KeychainQuery& query, Ke
     return isFree ? obstacles.status : keychainInteractionNotAllowed;
 }
 
-bool ask(const std::stop_token& stop, const KeychainQuery& query, KeychainAccess access) {
-    const Connection connection(stop);
+bool ask(const KeychainQuery& query, KeychainAccess access) {
+    const Connection connection({});
     const Obstacles obstacles = findObstacles(connection, query, access);
     if (obstacles.lacksCollection) {
         const auto made =

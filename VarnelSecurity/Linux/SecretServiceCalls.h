@@ -18,6 +18,7 @@ KeychainStatus remove(const std::stop_token& stop, const KeychainQuery& query);
 KeychainStatus check(const std::stop_token& stop, const KeychainQuery& query, KeychainAccess access);
 
 /// Has the user unlock, or make, what the access needs, for as long as that takes; false when it still is not there.
-bool ask(const std::stop_token& stop, const KeychainQuery& query, KeychainAccess access);
+/// Never ended early: withdrawing a prompt brings the keyring daemon down, with everybody's secrets locked again.
+bool ask(const KeychainQuery& query, KeychainAccess access);
 
 } // namespace Varnel::SecretServiceCalls

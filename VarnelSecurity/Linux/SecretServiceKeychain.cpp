@@ -6,7 +6,7 @@
 #include <QCoroFuture>
 #include <QPromise>
 
-#include <memory>
+#include <thread>
 #include <utility>
 
 namespace Varnel {
@@ -19,17 +19,15 @@ constexpr milliseconds waitLimit(1400);
 /// How long a service that did not answer is left alone, so that saving, which takes two operations, waits once.
 constexpr std::chrono::seconds restAfterSilence(10);
 
-bool unlockNow(milliseconds promptLimit, const KeychainQuery& query, KeychainAccess access) {
+/// Returns when the user has answered, if there is anything to ask.
+bool unlockNow(const KeychainQuery& query, KeychainAccess access) {
     const auto checked = callWithin(waitLimit, [query, access](const std::stop_token& stop) {
         return SecretServiceCalls::check(stop, query, access);
     });
-    if (checked != keychainInteractionNotAllowed) {
-        return checked == keychainSuccess || checked == keychainNotAvailable;
+    if (checked == keychainInteractionNotAllowed) {
+        return SecretServiceCalls::ask(query, access);
     }
-    const auto asked = callWithin(promptLimit, [query, access](const std::stop_token& stop) {
-        return SecretServiceCalls::ask(stop, query, access);
-    });
-    return asked.value_or(false);
+    return checked == keychainSuccess || checked == keychainNotAvailable;
 }
 
 QCoro::Task<bool> resultOf(QFuture<bool> future) {
@@ -69,17 +67,20 @@ auto SecretServiceKeychain::bounded(Operation operation)
 }
 
 QCoro::Task<bool> SecretServiceKeychain::unlock(KeychainQuery query, KeychainAccess access) {
-    if (!m_unlock.isRunning()) {
-        auto promise = std::make_shared<QPromise<bool>>();
-        promise->start();
-        m_unlock = promise->future();
+    if (!m_unlocking.valid() || m_unlocking.wait_for(milliseconds(0)) == std::future_status::ready) {
         m_restsUntil = {}; // the service gets another chance
-        std::thread([promise, limit = m_promptLimit, query, access] {
-            promise->addResult(unlockNow(limit, query, access));
-            promise->finish();
-        }).detach();
+        std::packaged_task<bool()> task([query, access] { return unlockNow(query, access); });
+        m_unlocking = task.get_future().share();
+        std::thread(std::move(task)).detach();
     }
-    return resultOf(m_unlock);
+    QPromise<bool> promise;
+    promise.start();
+    QFuture<bool> answer = promise.future();
+    std::thread([promise = std::move(promise), unlocking = m_unlocking, limit = m_promptLimit]() mutable {
+        promise.addResult(unlocking.wait_for(limit) == std::future_status::ready && unlocking.get());
+        promise.finish();
+    }).detach();
+    return resultOf(std::move(answer));
 }
 
 } // namespace Varnel

@@ -2,9 +2,8 @@
 
 #include <VarnelSecurity/KeychainServices.h>
 
-#include <QFuture>
-
 #include <chrono>
+#include <future>
 #include <optional>
 #include <stop_token>
 #include <type_traits>
@@ -28,8 +27,9 @@ public:
     KeychainStatus deleteMatching(const KeychainQuery& query) override;
 
     /// Where nothing matches and the default collection is locked, that one is unlocked: some services do not tell
-    /// what a locked collection holds. For writing, a default collection is made where there is none. A call while
-    /// another is under way joins it, so that the user is never asked twice at a time.
+    /// what a locked collection holds. For writing, a default collection is made where there is none. A prompt
+    /// that was not answered in time stays on the screen, because the keyring daemon does not survive its withdrawal:
+    /// a further call then waits for that one, so that the user is never asked twice at a time.
     QCoro::Task<bool> unlock(KeychainQuery query, KeychainAccess access) override;
 
 private:
@@ -38,7 +38,7 @@ private:
 
     const std::chrono::milliseconds m_promptLimit;
     std::chrono::steady_clock::time_point m_restsUntil;
-    QFuture<bool> m_unlock;
+    std::shared_future<bool> m_unlocking;
 };
 
 } // namespace Varnel
