@@ -39,16 +39,15 @@ AccountPane::AccountPane(PreferencesForm& form)
     , m_baseURL(makeField(form.draft().baseURL, AppSettings::defaults().baseURL))
     , m_stationID(makeField(form.draft().stationID, tr("Found automatically")))
     , m_reveal(new QPushButton(tr("Sho&w")))
-    , m_advancedButton(new QToolButton)
-    , m_advanced(buildAdvanced())
+    , m_advanced(new QToolButton)
     , m_state(new StateLine)
     , m_progress(new QProgressBar)
-    , m_signOut(new QPushButton(tr("Sign &Out")))
-    , m_save(new QPushButton(tr("Save and &Connect"))) {
+    , m_signOut(new QPushButton(tr("S&ign Out")))
+    , m_save(new QPushButton(tr("Save and &Connect")))
+    , m_fields(buildFields()) {
     auto* layout = new QVBoxLayout(this);
-    layout->addWidget(buildCredentials());
-    layout->addWidget(m_advancedButton, 0, Qt::AlignLeading);
-    layout->addWidget(m_advanced);
+    layout->setContentsMargins(paneMargins);
+    layout->addLayout(m_fields);
     layout->addSpacing(8);
     layout->addWidget(m_state);
     layout->addStretch();
@@ -59,8 +58,10 @@ AccountPane::AccountPane(PreferencesForm& form)
     showConnection();
 }
 
-QWidget* AccountPane::firstField() const {
-    return !m_account->text().isEmpty() && m_password->text().isEmpty() ? m_password : m_account;
+void AccountPane::focusFirstField() {
+    QLineEdit* first = !m_account->text().isEmpty() && m_password->text().isEmpty() ? m_password : m_account;
+    first->setFocus();
+    first->selectAll();
 }
 
 QLineEdit* AccountPane::makeField(const QString& text, const QString& placeholder) {
@@ -72,13 +73,12 @@ QLineEdit* AccountPane::makeField(const QString& text, const QString& placeholde
     return field;
 }
 
-QWidget* AccountPane::buildCredentials() {
-    auto* group = new QWidget;
-    auto* layout = new QFormLayout(group);
-    layout->setContentsMargins(0, 0, 0, 0);
-    addField(*layout, tr("&Account"), m_account);
-    addField(*layout, tr("&Password"), m_password, buildPasswordRow());
-    return group;
+QFormLayout* AccountPane::buildFields() {
+    auto* fields = new QFormLayout;
+    addField(*fields, tr("&Account"), m_account);
+    addField(*fields, tr("&Password"), m_password, buildPasswordRow());
+    buildAdvanced(*fields);
+    return fields;
 }
 
 QWidget* AccountPane::buildPasswordRow() {
@@ -94,26 +94,24 @@ QWidget* AccountPane::buildPasswordRow() {
     return row;
 }
 
-QWidget* AccountPane::buildAdvanced() {
-    m_advancedButton->setText(tr("A&dvanced"));
-    m_advancedButton->setCheckable(true);
-    m_advancedButton->setAutoRaise(true);
-    m_advancedButton->setFocusPolicy(Qt::StrongFocus);
-    m_advancedButton->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
-    connect(m_advancedButton, &QToolButton::toggled, this, &AccountPane::setAdvancedShown);
-    auto* group = new QWidget;
-    auto* layout = new QFormLayout(group);
-    layout->setContentsMargins(0, 0, 0, 0);
-    addField(*layout, tr("&Base URL"), m_baseURL);
-    addField(*layout, tr("S&tation ID"), m_stationID);
-    return group;
+void AccountPane::buildAdvanced(QFormLayout& fields) {
+    m_advanced->setText(tr("A&dvanced"));
+    m_advanced->setAutoRaise(true);
+    m_advanced->setFocusPolicy(Qt::StrongFocus);
+    m_advanced->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    connect(m_advanced, &QToolButton::clicked, this, [this] { setAdvancedShown(!m_fields->isRowVisible(m_baseURL)); });
+    fields.addRow(m_advanced);
+    addField(fields, tr("&Base URL"), m_baseURL);
+    addField(fields, tr("S&tation ID"), m_stationID);
 }
 
 QLayout* AccountPane::buildButtons() {
     m_progress->setRange(0, 0);
     m_progress->setTextVisible(false);
     m_progress->setAccessibleName(tr("Signing in"));
+    m_progress->setFixedHeight(m_progress->fontMetrics().height() * 3 / 4);
     m_save->setDefault(true);
+    m_save->setMinimumWidth(m_save->sizeHint().width() + 2 * m_save->fontMetrics().averageCharWidth());
     m_signOut->setAutoDefault(true);
     connect(m_save, &QPushButton::clicked, this, &AccountPane::handleSave);
     connect(m_signOut, &QPushButton::clicked, &m_form, &PreferencesForm::signOut);
@@ -126,8 +124,10 @@ QLayout* AccountPane::buildButtons() {
 }
 
 void AccountPane::setAdvancedShown(bool isShown) {
-    m_advancedButton->setArrowType(isShown ? Qt::DownArrow : Qt::RightArrow);
-    m_advanced->setVisible(isShown);
+    m_advanced->setArrowType(isShown ? Qt::DownArrow : Qt::RightArrow);
+    m_advanced->setAccessibleDescription(isShown ? tr("Hides the advanced fields") : tr("Shows the advanced fields"));
+    m_fields->setRowVisible(m_baseURL, isShown);
+    m_fields->setRowVisible(m_stationID, isShown);
 }
 
 void AccountPane::setPasswordShown(bool isShown) {
@@ -149,7 +149,7 @@ void AccountPane::handleSignedOut() {
 
 void AccountPane::showConnection() {
     const ConnectionState& connection = m_form.connection();
-    m_state->show(signOf(connectionKind(connection)), connectionText(connection));
+    m_state->setState(signOf(connectionKind(connection)), connectionText(connection));
     setBusy(connection.isConnecting);
     m_signOut->setEnabled(m_form.canSignOut());
 }

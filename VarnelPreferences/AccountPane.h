@@ -23,13 +23,13 @@ public:
     /// `form` must outlive the pane.
     explicit AccountPane(PreferencesForm& form);
 
-    /// The first of account and password that is still to be filled in, else the account.
-    QWidget* firstField() const;
+    /// The password when it alone is still to be filled in, else the account.
+    void focusFirstField();
 
 private:
-    QWidget* buildCredentials();
+    QFormLayout* buildFields();
     QWidget* buildPasswordRow();
-    QWidget* buildAdvanced();
+    void buildAdvanced(QFormLayout& fields);
     QLayout* buildButtons();
     QLineEdit* makeField(const QString& text, const QString& placeholder);
     void setAdvancedShown(bool isShown);
@@ -45,12 +45,12 @@ private:
     QLineEdit* m_baseURL;
     QLineEdit* m_stationID;
     QPushButton* m_reveal;
-    QToolButton* m_advancedButton;
-    QWidget* m_advanced;
+    QToolButton* m_advanced;
     StateLine* m_state;
     QProgressBar* m_progress;
     QPushButton* m_signOut;
     QPushButton* m_save;
+    QFormLayout* m_fields;
     QPointer<QWidget> m_focusBeforeBusy;
 };
 

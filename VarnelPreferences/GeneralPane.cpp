@@ -8,6 +8,12 @@
 
 namespace Varnel {
 
+namespace {
+void addGap(QFormLayout& layout) {
+    layout.addItem(new QSpacerItem(0, 6));
+}
+} // namespace
+
 GeneralPane::GeneralPane(PreferencesForm& form)
     : m_form(form)
     , m_interval(new QSpinBox)
@@ -15,14 +21,19 @@ GeneralPane::GeneralPane(PreferencesForm& form)
     , m_launchAtLoginError(new StateLine) {
     auto* layout = new QFormLayout(this);
     layout->setFieldGrowthPolicy(QFormLayout::FieldsStayAtSizeHint);
+    layout->setContentsMargins(paneMargins);
     buildInterval(*layout);
+    addGap(*layout);
     buildChart(*layout);
+    addGap(*layout);
     buildIcons(*layout);
+    addGap(*layout);
     buildLaunchAtLogin(*layout);
 }
 
-QWidget* GeneralPane::firstField() const {
-    return m_interval;
+void GeneralPane::focusFirstField() {
+    m_interval->setFocus();
+    m_interval->selectAll();
 }
 
 void GeneralPane::finishEditing() {
@@ -50,9 +61,9 @@ void GeneralPane::buildChart(QFormLayout& layout) {
 }
 
 void GeneralPane::buildIcons(QFormLayout& layout) {
-    addField(layout, tr("&Icon appearance"), makePicker(m_form, &PreferencesDraft::iconAppearanceMode));
     layout.addRow(QString(), makeSwitch(m_form, &PreferencesDraft::showDockIcon, tr("Show &dock icon")));
     layout.addRow(QString(), makeHint(tr("Keeps an entry for Varnel in the taskbar or dock.")));
+    addField(layout, tr("&Icon appearance"), makePicker(m_form, &PreferencesDraft::iconAppearanceMode));
 }
 
 void GeneralPane::buildLaunchAtLogin(QFormLayout& layout) {
@@ -72,7 +83,7 @@ void GeneralPane::handleLaunchAtLoginToggled(bool isOn) {
 void GeneralPane::handleLaunchAtLoginRefused(const QString& description) {
     const QSignalBlocker notAnEdit(m_launchAtLogin);
     m_launchAtLogin->setChecked(m_form.draft().launchAtLogin);
-    m_launchAtLoginError->show(StateLine::Sign::warning, description);
+    m_launchAtLoginError->setState(StateLine::Sign::warning, description);
     m_launchAtLoginError->setVisible(true);
 }
 

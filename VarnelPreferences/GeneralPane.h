@@ -21,7 +21,7 @@ public:
     /// `form` must outlive the pane.
     explicit GeneralPane(PreferencesForm& form);
 
-    QWidget* firstField() const;
+    void focusFirstField();
 
     /// Takes over an interval that is still being typed, and hands on what is pending.
     void finishEditing();

@@ -27,6 +27,7 @@ NotificationsPane::NotificationsPane(PreferencesForm& form)
     , m_firstSwitch(makeSwitch(form, &PreferencesDraft::notifyOnProductionStart, tr("Production &starts")))
     , m_permission(new StateLine) {
     auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(paneMargins);
     layout->addWidget(new QLabel(tr("Show a notification when:")));
     layout->addWidget(m_firstSwitch);
     layout->addWidget(makeSwitch(form, &PreferencesDraft::notifyOnProductionEnd, tr("Production &ends")));
@@ -43,7 +44,7 @@ void NotificationsPane::showPermission() {
     const std::optional<NotificationPermission> permission = m_form.notificationPermission();
     m_permission->setVisible(permission.has_value());
     if (permission) {
-        m_permission->show(signOf(*permission), notificationPermissionText(*permission));
+        m_permission->setState(signOf(*permission), notificationPermissionText(*permission));
     }
 }
 

@@ -16,7 +16,7 @@ public:
     /// `form` must outlive the pane.
     explicit NotificationsPane(PreferencesForm& form);
 
-    QWidget* firstField() const { return m_firstSwitch; }
+    void focusFirstField() { m_firstSwitch->setFocus(); }
 
 private:
     void showPermission();

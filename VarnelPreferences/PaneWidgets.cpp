@@ -1,6 +1,7 @@
 #include <VarnelPreferences/PaneWidgets.h>
 
 #include <QFontMetrics>
+#include <QStyle>
 
 namespace Varnel {
 
@@ -25,6 +26,8 @@ ParagraphLabel* makeHint(const QString& text) {
     QFont small = hint->font();
     small.setPointSizeF(small.pointSizeF() * 0.9);
     hint->setFont(small);
+    const QStyle& style = *hint->style();
+    hint->setIndent(style.pixelMetric(QStyle::PM_IndicatorWidth) + style.pixelMetric(QStyle::PM_CheckBoxLabelSpacing));
     return hint;
 }
 

@@ -6,8 +6,12 @@
 #include <QComboBox>
 #include <QFormLayout>
 #include <QLabel>
+#include <QMargins>
 
 namespace Varnel {
+
+/// The room around the content of a pane.
+constexpr QMargins paneMargins(16, 16, 16, 16);
 
 /// A paragraph of a fixed width that asks for exactly the height its text needs. (A plain wrapping label makes
 /// the layouts above it depend on their width, which a window of fixed size does not follow.)
@@ -20,7 +24,7 @@ public:
     QSize minimumSizeHint() const override { return sizeHint(); }
 };
 
-/// A paragraph in small type that explains the control above it.
+/// A paragraph in small type that explains the switch above it, in line with that one's text.
 ParagraphLabel* makeHint(const QString& text);
 
 /// Adds a row whose label, with its mnemonic, leads to `control` and names it. `row` is what stands beside the label

@@ -51,21 +51,20 @@ void PreferencesWindow::setApplicationMenu(QMenu* menu) {
     m_menuBar->addMenu(menu);
 }
 
-QWidget* PreferencesWindow::firstField() const {
+void PreferencesWindow::focusFirstField() {
     switch (static_cast<PreferencesInitialTab>(m_tabs->currentIndex())) {
     case PreferencesInitialTab::general:
-        return m_general->firstField();
+        return m_general->focusFirstField();
     case PreferencesInitialTab::account:
-        return m_account->firstField();
+        return m_account->focusFirstField();
     case PreferencesInitialTab::notifications:
-        return m_notifications->firstField();
+        return m_notifications->focusFirstField();
     }
-    return m_tabs;
 }
 
 void PreferencesWindow::showAndFocus() {
     if (!isVisible()) {
-        firstField()->setFocus(Qt::TabFocusReason);
+        focusFirstField();
     }
     setWindowState(windowState() & ~Qt::WindowMinimized);
     show();

@@ -43,7 +43,7 @@ protected:
 private:
     void buildPanes();
     void buildShortcuts();
-    QWidget* firstField() const;
+    void focusFirstField();
 
     PreferencesForm* m_form; ///< a child
     PaneTabs* m_tabs;

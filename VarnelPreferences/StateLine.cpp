@@ -78,14 +78,9 @@ StateLine::StateLine()
     layout->addWidget(m_text, 1);
 }
 
-void StateLine::show(Sign sign, const QString& text) {
+void StateLine::setState(Sign sign, const QString& text) {
     m_sign->setSign(sign);
     m_text->setText(text);
-    setAccessibleName(text);
-}
-
-QString StateLine::text() const {
-    return m_text->text();
 }
 
 } // namespace Varnel

@@ -15,8 +15,7 @@ public:
 
     StateLine();
 
-    void show(Sign sign, const QString& text);
-    QString text() const;
+    void setState(Sign sign, const QString& text);
 
 private:
     class SignWidget;

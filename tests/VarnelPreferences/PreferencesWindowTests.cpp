@@ -10,6 +10,7 @@
 #include <QAccessible>
 #include <QApplication>
 #include <QComboBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
 #include <QSpinBox>
@@ -78,6 +79,27 @@ TEST_F(PreferencesWindowTest, EveryControlIsReachedByTabAndHasAName) {
             if (isControl && !isPart && control->isVisible() && control->isEnabled()) {
                 EXPECT_TRUE(reached.contains(control)) << control->metaObject()->className();
             }
+        }
+    }
+}
+
+TEST_F(PreferencesWindowTest, NoTwoControlsOnDisplayShareAMnemonic) {
+    open(PreferencesInitialTab::general);
+    button("Advanced")->click();
+    for (int pane = 0; pane < tabs()->count(); ++pane) {
+        QStringList texts{tabs()->tabText(0), tabs()->tabText(1), tabs()->tabText(2)};
+        for (const auto* label : tabs()->widget(pane)->findChildren<QLabel*>()) {
+            texts += label->buddy() ? label->text() : QString();
+        }
+        for (const auto* control : tabs()->widget(pane)->findChildren<QAbstractButton*>()) {
+            texts += control->text();
+        }
+        QMap<QKeySequence, QString> seen;
+        for (const QString& text : texts) {
+            const QKeySequence mnemonic = QKeySequence::mnemonic(text);
+            EXPECT_FALSE(!mnemonic.isEmpty() && seen.contains(mnemonic))
+                << qPrintable(text) << " and " << qPrintable(seen[mnemonic]);
+            seen[mnemonic] = text;
         }
     }
 }
@@ -247,8 +269,8 @@ TEST_F(PreferencesWindowTest, ARefusedLaunchAtLoginPutsTheSwitchBackAndSaysWhyUn
     button("Launch at login")->click();
     EXPECT_FALSE(button("Launch at login")->isChecked());
     EXPECT_EQ(owner.autoSaved.size(), 1U);
-    EXPECT_TRUE(named<QWidget>(why)->isVisible());
-    QWidget* line = named<QWidget>(why);
+    EXPECT_TRUE(named<QLabel>(why)->isVisible());
+    QLabel* line = named<QLabel>(why);
     owner.onAutoSave = {};
     button("Launch at login")->click();
     EXPECT_FALSE(line->isVisible());
