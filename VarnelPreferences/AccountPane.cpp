@@ -16,7 +16,7 @@
 namespace Varnel {
 
 namespace {
-constexpr int fieldColumns = 34;
+constexpr int minimumFieldColumns = 30;
 
 StateLine::Sign signOf(ConnectionState::Kind kind) {
     switch (kind) {
@@ -40,7 +40,7 @@ AccountPane::AccountPane(PreferencesForm& form)
     , m_stationID(makeField(form.draft().stationID, tr("Found automatically")))
     , m_reveal(new QPushButton(tr("Sho&w")))
     , m_advanced(new QToolButton)
-    , m_state(new StateLine)
+    , m_state(new StateLine(paneColumns))
     , m_progress(new QProgressBar)
     , m_signOut(new QPushButton(tr("S&ign Out")))
     , m_save(new QPushButton(tr("Save and &Connect")))
@@ -67,7 +67,7 @@ void AccountPane::focusFirstField() {
 QLineEdit* AccountPane::makeField(const QString& text, const QString& placeholder) {
     auto* field = new QLineEdit(text);
     field->setPlaceholderText(placeholder);
-    field->setMinimumWidth(fieldColumns * field->fontMetrics().averageCharWidth());
+    field->setMinimumWidth(minimumFieldColumns * field->fontMetrics().averageCharWidth());
     field->setCursorPosition(0);
     connect(field, &QLineEdit::returnPressed, this, &AccountPane::handleSave);
     return field;

@@ -10,7 +10,7 @@ namespace Varnel {
 
 namespace {
 void addGap(QFormLayout& layout) {
-    layout.addItem(new QSpacerItem(0, 6));
+    layout.addItem(new QSpacerItem(0, 2));
 }
 } // namespace
 
@@ -18,7 +18,7 @@ GeneralPane::GeneralPane(PreferencesForm& form)
     : m_form(form)
     , m_interval(new QSpinBox)
     , m_launchAtLogin(new QCheckBox(tr("&Launch at login")))
-    , m_launchAtLoginError(new StateLine) {
+    , m_launchAtLoginError(new StateLine(fieldColumns)) {
     auto* layout = new QFormLayout(this);
     layout->setFieldGrowthPolicy(QFormLayout::FieldsStayAtSizeHint);
     layout->setContentsMargins(paneMargins);
@@ -62,7 +62,7 @@ void GeneralPane::buildChart(QFormLayout& layout) {
 
 void GeneralPane::buildIcons(QFormLayout& layout) {
     layout.addRow(QString(), makeSwitch(m_form, &PreferencesDraft::showDockIcon, tr("Show &dock icon")));
-    layout.addRow(QString(), makeHint(tr("Keeps an entry for Varnel in the taskbar or dock.")));
+    layout.addRow(QString(), makeHint(tr("Keeps Varnel in the taskbar or dock.")));
     addField(layout, tr("&Icon appearance"), makePicker(m_form, &PreferencesDraft::iconAppearanceMode));
 }
 

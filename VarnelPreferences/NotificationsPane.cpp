@@ -25,7 +25,7 @@ StateLine::Sign signOf(NotificationPermission permission) {
 NotificationsPane::NotificationsPane(PreferencesForm& form)
     : m_form(form)
     , m_firstSwitch(makeSwitch(form, &PreferencesDraft::notifyOnProductionStart, tr("Production &starts")))
-    , m_permission(new StateLine) {
+    , m_permission(new StateLine(paneColumns)) {
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(paneMargins);
     layout->addWidget(new QLabel(tr("Show a notification when:")));

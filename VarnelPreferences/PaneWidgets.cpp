@@ -5,29 +5,29 @@
 
 namespace Varnel {
 
-namespace {
-constexpr int paragraphColumns = 52;
-}
-
-ParagraphLabel::ParagraphLabel(const QString& text)
-    : QLabel(text) {
+ParagraphLabel::ParagraphLabel(int columns, const QString& text)
+    : QLabel(text)
+    , m_columns(columns) {
     setWordWrap(true);
     setTextFormat(Qt::PlainText);
     setAlignment(Qt::AlignLeading | Qt::AlignTop);
 }
 
 QSize ParagraphLabel::sizeHint() const {
-    const int width = paragraphColumns * fontMetrics().averageCharWidth();
+    const QMargins margins = contentsMargins();
+    const int width = m_columns * fontMetrics().averageCharWidth() + margins.left() + margins.right();
     return {width, heightForWidth(width)};
 }
 
 ParagraphLabel* makeHint(const QString& text) {
-    auto* hint = new ParagraphLabel(text);
+    auto* hint = new ParagraphLabel(fieldColumns, text);
     QFont small = hint->font();
     small.setPointSizeF(small.pointSizeF() * 0.9);
     hint->setFont(small);
     const QStyle& style = *hint->style();
-    hint->setIndent(style.pixelMetric(QStyle::PM_IndicatorWidth) + style.pixelMetric(QStyle::PM_CheckBoxLabelSpacing));
+    const int indent =
+        style.pixelMetric(QStyle::PM_IndicatorWidth) + style.pixelMetric(QStyle::PM_CheckBoxLabelSpacing);
+    hint->setContentsMargins(indent, 0, 0, 0);
     return hint;
 }
 

@@ -13,15 +13,24 @@ namespace Varnel {
 /// The room around the content of a pane.
 constexpr QMargins paneMargins(16, 16, 16, 16);
 
+/// Widths of paragraphs that stand across a pane and beside its labels. Chosen so that no message makes the window
+/// wider.
+constexpr int paneColumns = 58;
+constexpr int fieldColumns = 42;
+
 /// A paragraph of a fixed width that asks for exactly the height its text needs. (A plain wrapping label makes
 /// the layouts above it depend on their width, which a window of fixed size does not follow.)
 class ParagraphLabel final : public QLabel {
 public:
-    explicit ParagraphLabel(const QString& text = {});
+    /// `columns` is the width in average characters.
+    explicit ParagraphLabel(int columns, const QString& text = {});
 
     bool hasHeightForWidth() const override { return false; }
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override { return sizeHint(); }
+
+private:
+    int m_columns;
 };
 
 /// A paragraph in small type that explains the switch above it, in line with that one's text.

@@ -69,9 +69,9 @@ private:
     Sign m_sign = Sign::none;
 };
 
-StateLine::StateLine()
+StateLine::StateLine(int columns)
     : m_sign(new SignWidget)
-    , m_text(new ParagraphLabel) {
+    , m_text(new ParagraphLabel(columns)) {
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(m_sign, 0, Qt::AlignTop);

@@ -13,7 +13,8 @@ class StateLine final : public QWidget {
 public:
     enum class Sign { none, good, off, warning };
 
-    StateLine();
+    /// `columns` is the width of the text in average characters.
+    explicit StateLine(int columns);
 
     void setState(Sign sign, const QString& text);
 
