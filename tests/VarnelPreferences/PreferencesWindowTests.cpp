@@ -173,8 +173,8 @@ TEST_F(PreferencesWindowTest, EverySwitchAndPickerEditsItsOwnField) {
 
 TEST_F(PreferencesWindowTest, ATypedIntervalIsHandedOnByReturnLeavingAndClosing) {
     const std::pair<const char*, std::function<void()>> rows[] = {
-        {"Return", [this] { QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return); }},
-        {"leaving", [this] { QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab); }},
+        {"Return", [] { QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return); }},
+        {"leaving", [] { QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab); }},
         {"Esc", [this] { QTest::keyClick(window(), Qt::Key_Escape); }},
         {"Ctrl+W", [this] { QTest::keyClick(window(), Qt::Key_W, Qt::ControlModifier); }},
         {"close()", [this] { controller->close(); }},
