@@ -1,0 +1,42 @@
+#pragma once
+
+#include <VarnelSEMS/HTTPSession.h>
+
+#include <QDeadlineTimer>
+#include <QObject>
+
+#include <memory>
+#include <vector>
+
+class QNetworkAccessManager;
+class QNetworkReply;
+
+namespace Varnel {
+
+/// HTTP and HTTPS over Qt's network access. Beside the contract of its port:
+/// - Follows redirects within the same scheme, host and port, at most five of them, with the same headers; 303 turns
+///   into a GET, every other one repeats method and body. Any other redirect is handed back with its 3xx status.
+/// - A compressed body that is broken, or that unpacks out of all proportion, is `unknown`.
+/// - Certificates that do not verify are `secureConnectionFailed`, always.
+/// - Destroying it ends the requests in flight with `cancelled`, before it returns.
+class NetworkHTTPSession final : public HTTPSession {
+public:
+    NetworkHTTPSession();
+    ~NetworkHTTPSession() override;
+
+    QCoro::Task<Result<HTTPResponse>> send(HTTPRequest request) override;
+
+    /// Requests in flight go on, with the cookies and connections they have; later ones share nothing with them.
+    void reset() override;
+
+private:
+    QCoro::Task<Result<HTTPResponse>> exchange(HTTPRequest request, QDeadlineTimer deadline);
+    void releaseIfUnused(QNetworkAccessManager* manager);
+
+    QObject m_retired; // parent of the managers from before a reset that still have a request in flight
+    std::unique_ptr<QNetworkAccessManager> m_manager;
+    std::vector<QNetworkReply*> m_inFlight;
+    bool m_isEnding = false;
+};
+
+} // namespace Varnel

@@ -1,0 +1,91 @@
+#include <VarnelSEMS/Linux/NetworkTransfer.h>
+
+#include <VarnelSEMS/Linux/NetworkErrorMapping.h>
+
+#include <QNetworkAccessManager>
+#include <QNetworkRequest>
+#include <QTimer>
+
+#include <utility>
+
+namespace Varnel {
+
+namespace {
+constexpr qint64 readBufferSize = qint64(64) * 1024;
+
+QNetworkReply* sent(QNetworkAccessManager& manager, const HTTPRequest& request) {
+    QNetworkRequest network(request.url);
+    // HTTP/2 gains nothing for one request at a time, and its faults show differently.
+    network.setAttribute(QNetworkRequest::Http2AllowedAttribute, false);
+    network.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::ManualRedirectPolicy);
+    // Qt unpacks a whole piece of the body at once: a small body that unpacks to gigabytes must end in Qt, before the
+    // size limit here sees a byte of it.
+    network.setDecompressedSafetyCheckThreshold(NetworkTransfer::maximumBodySize);
+    for (const auto& [name, value] : request.headers) {
+        network.setRawHeader(name, value);
+    }
+    return manager.sendCustomRequest(network, request.method, request.body.value_or(QByteArray()));
+}
+
+/// A status of 400 and more is an error to Qt though the reply is whole. Everything else that Qt calls an error left
+/// the reply incomplete or undecodable, also where a status had arrived.
+bool isWholeReply(QNetworkReply::NetworkError error, std::optional<int> status) {
+    const bool isMadeOfStatus = error >= QNetworkReply::ContentAccessDenied && error != QNetworkReply::ProtocolFailure;
+    return error == QNetworkReply::NoError || (isMadeOfStatus && status.value_or(0) >= 400);
+}
+
+std::optional<int> statusOf(const QNetworkReply& reply) {
+    const QVariant status = reply.attribute(QNetworkRequest::HttpStatusCodeAttribute);
+    return status.isValid() ? std::optional(status.toInt()) : std::nullopt;
+}
+} // namespace
+
+NetworkTransfer::NetworkTransfer(QNetworkAccessManager& manager, const HTTPRequest& request,
+                                 std::chrono::milliseconds timeout)
+    : m_reply(sent(manager, request)) {
+    m_reply->setReadBufferSize(readBufferSize);
+    QObject::connect(m_reply.get(), &QNetworkReply::readyRead, &m_context, [this] { readAvailable(); });
+    // Qt's own transfer timeout counts idle time only: a server that drips would keep the request alive for ever.
+    QTimer::singleShot(timeout, Qt::PreciseTimer, &m_context, [this] { stop(End::byDeadline); });
+}
+
+void NetworkTransfer::Release::operator()(QNetworkReply* reply) const {
+    reply->abort();
+    reply->deleteLater();
+}
+
+void NetworkTransfer::readAvailable() {
+    m_body += m_reply->readAll();
+    if (m_body.size() > maximumBodySize) {
+        stop(End::bySize);
+    }
+}
+
+/// Aborting finishes the reply on the spot, and whoever awaits it may destroy this transfer: nothing follows it.
+void NetworkTransfer::stop(End reason) {
+    m_end = reason;
+    m_reply->abort();
+}
+
+Result<HTTPResponse> NetworkTransfer::outcome() {
+    if (m_end == End::byItself && m_reply->isOpen()) {
+        m_body += m_reply->readAll();
+    }
+    if (m_end == End::byDeadline) {
+        return failure(URLError{URLError::Code::timedOut, {}});
+    }
+    if (m_end == End::bySize || m_body.size() > maximumBodySize) {
+        return failure(URLError{URLError::Code::dataTooLarge, {}});
+    }
+    const auto status = statusOf(*m_reply);
+    if (!isWholeReply(m_reply->error(), status)) {
+        return failure(urlErrorFor(m_reply->error(), m_reply->errorString(), currentNetworkState()));
+    }
+    HTTPResponse response{status, {}, std::move(m_body)};
+    for (const auto& [name, value] : m_reply->rawHeaderPairs()) {
+        response.headers.emplace_back(name, value);
+    }
+    return response;
+}
+
+} // namespace Varnel
