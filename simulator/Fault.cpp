@@ -23,12 +23,13 @@ Reply failureReply(const Fault& fault) {
 }
 
 Reply statusReply(const Fault& fault) {
-    return {.status = fault.status, .contentType = "text/plain; charset=utf-8", .body = fault.text.toUtf8()};
+    return {
+        .status = fault.status.value_or(500), .contentType = "text/plain; charset=utf-8", .body = fault.text.toUtf8()};
 }
 
 Reply redirection(const Fault& fault) {
     Reply reply;
-    reply.status = fault.status;
+    reply.status = fault.status.value_or(302);
     reply.headers.emplace_back("Location", fault.text.toUtf8());
     return reply;
 }

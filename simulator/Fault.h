@@ -40,7 +40,7 @@ struct Fault {
     QString contentType;                ///< a piece of the Content-Type of the request; empty matches each
     std::optional<int> count;           ///< how many more requests are met; none: all
 
-    int status = 500;                   ///< of `status` and `redirect`
+    std::optional<int> status;          ///< of `status` (none: 500) and `redirect` (none: 302)
     QString text;                       ///< the body of `status`, the place of `redirect`, the message of `envelope`
     QString code;                       ///< of `envelope`; empty reports hasError instead
     std::chrono::milliseconds delay{0}; ///< before the first byte, with every kind

@@ -176,8 +176,11 @@ Reply SEMSService::signInPortal(const Route& route, const ServiceRequest& reques
                                      {"language", "en"},
                                      {"userName", portalUserName.toStdString()}});
     envelope["code"] = 0;
-    const QString prefix = region.isEmpty() ? QString() : u'/' + region;
-    envelope["api"] = "http://" + request.header("Host").toStdString() + prefix.toStdString() + "/api/";
+    // The service does not always name the base; here it does when there is another one than the one that was asked.
+    if (!m_behaviour.region.isEmpty()) {
+        const QString base = QStringLiteral("http://%1/%2/api/").arg(QString::fromUtf8(request.header("Host")), region);
+        envelope["api"] = base.toStdString();
+    }
     return jsonReply(envelope);
 }
 
