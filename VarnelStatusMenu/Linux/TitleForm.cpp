@@ -15,6 +15,7 @@ struct KnownHost {
 };
 constexpr std::array knownHosts{
     KnownHost{QLatin1String("mate-panel"), TitleForm::label},
+    KnownHost{QLatin1String("notification-area-applet"), TitleForm::label}, // the tray of MATE, outside of its panel
     KnownHost{QLatin1String("gnome-shell"), TitleForm::label},
     KnownHost{QLatin1String("indicator-application-service"), TitleForm::label},
     KnownHost{QLatin1String("ayatana-indicator-application-service"), TitleForm::label},

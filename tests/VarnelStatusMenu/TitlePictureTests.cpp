@@ -32,6 +32,7 @@ TEST(TitleForm, FollowsTheProgramBehindThePanel) {
         TitleForm form;
     };
     const Case cases[] = {{{QStringLiteral("/usr/bin/mate-panel"), QStringLiteral("--replace")}, TitleForm::label},
+                          {{QStringLiteral("/usr/lib/mate-panel/notification-area-applet")}, TitleForm::label},
                           {{QStringLiteral("/usr/bin/gnome-shell")}, TitleForm::label},
                           {{QStringLiteral("waybar")}, TitleForm::widePicture},
                           {{QStringLiteral("xfce4-panel")}, TitleForm::square},
@@ -89,7 +90,7 @@ TEST(ItemFace, HasOnePictureFormOnlyAndALabelWhereAskedFor) {
 
     const ItemFace wide = itemFace(QStringLiteral("3.42 kW"), toolTip, TitleForm::widePicture, 1.5);
     ASSERT_EQ(wide.icon.size(), 1);
-    EXPECT_EQ(wide.icon.first().height, 33);
+    EXPECT_EQ(wide.icon.first().height, 48);
     EXPECT_TRUE(wide.label.isEmpty());
     for (const ItemPixmap& pixmap : itemFace(QStringLiteral("3.42 kW"), toolTip, TitleForm::square, 1).icon) {
         EXPECT_EQ(pixmap.width, pixmap.height);
