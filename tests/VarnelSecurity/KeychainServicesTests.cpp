@@ -99,6 +99,7 @@ TEST(DesktopKeychain, UsesTheFileForNewItemsOnlyWhereThereIsNoService) {
         DesktopKeychain keychain(service, file);
         EXPECT_EQ(keychain.copyMatching(query), expected.read);
         EXPECT_EQ(service.items.contains(key), expected.movedByReading);
+        EXPECT_EQ(service.calls.contains(QStringLiteral("add")), expected.movedByReading);
         EXPECT_EQ(file.items.contains(key), !expected.movedByReading);
 
         file.items.clear();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QDBusConnection>
+#include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
 
@@ -24,6 +25,8 @@ public:
     void startKeyring();
     void stopKeyring();
     void lockKeyring();
+    /// Whether the keyring ever wanted to ask the user, who never answers.
+    bool wasUserAsked() const { return QFile::exists(path("asked")); }
     /// The keyring keeps its name on the bus and answers nothing.
     void suspendKeyring();
 

@@ -106,8 +106,9 @@ TEST_F(SecretServiceKeychainTest, ALockedKeyringIsToldAndNeverReplacedByTheFile)
     EXPECT_EQ(keychain->add(query, "x"), keychainInteractionNotAllowed);
     EXPECT_EQ(keychain->deleteMatching(query), keychainInteractionNotAllowed);
     EXPECT_FALSE(QFile::exists(path));
-    // Nobody is there to ask.
+    EXPECT_FALSE(session->wasUserAsked());
     EXPECT_FALSE(Testing::await(store->unlock(account, KeychainAccess::reading)));
+    EXPECT_TRUE(session->wasUserAsked());
 }
 
 TEST_F(SecretServiceKeychainTest, AServiceThatNeverAnswersHoldsNothingUp) {
