@@ -92,7 +92,8 @@ TEST_F(IniUserDefaultsTest, WritesAtOnceIntoAPrivateFolder) {
 }
 
 TEST_F(IniUserDefaultsTest, OtherKindsOfValueCountAsAbsentAndStay) {
-    for (const char* value : {R"({"pollIntervalSeconds": 30})", "42", "a, b", "@Variant(broken", "@Rect(1 2 3 4)"}) {
+    for (const char* value :
+         {R"("{\"pollIntervalSeconds\": 30}")", "42", "a, b", "@Variant(broken", "@Rect(1 2 3 4)"}) {
         const QByteArray content = QByteArray("[General]\nvarnel.settings.v1=") + value + "\nother=kept\n";
         write(content);
         IniUserDefaults defaults(path);

@@ -66,14 +66,12 @@ TEST_F(AutostartLoginItemTest, TheEntryIsValidAndStartsTheProgramWhateverItsPath
     EXPECT_EQ(run(QStringLiteral("gio"), {QStringLiteral("launch"), entryPath}), 0);
     const QString trace = QFileInfo(executable).path() + QStringLiteral("/started");
     EXPECT_TRUE(Testing::waitUntil([&] { return QFile::exists(trace); })) << entry().toStdString();
-}
 
-TEST_F(AutostartLoginItemTest, PercentSignsAreDoubled) {
-    const QString odd = folder.filePath(QStringLiteral("100%f/solar"));
-    write(odd, "");
-    AutostartLoginItem other(autostart, QStringLiteral("com.example.solar"), odd);
+    const QString percent = folder.filePath(QStringLiteral("100%f")); // gio itself cannot start such a program
+    write(percent, "");
+    AutostartLoginItem other(autostart, QStringLiteral("com.example.solar"), percent);
     ASSERT_TRUE(other.registerItem());
-    EXPECT_TRUE(entry().contains("100%%f/solar\"\n"));
+    EXPECT_TRUE(entry().contains("100%%f\"\n"));
     EXPECT_EQ(other.status(), LoginItemStatus::enabled);
 }
 
