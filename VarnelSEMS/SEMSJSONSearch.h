@@ -3,6 +3,7 @@
 #include <VarnelSEMS/PowerStation.h>
 #include <VarnelShared/JSON.h>
 
+#include <QDate>
 #include <QStringList>
 
 #include <cstdint>
@@ -22,6 +23,10 @@ public:
 
     /// Today's energy in kWh, or none when no key matches.
     static std::optional<double> extractTodayOutputKWh(const JSON& root);
+
+    /// The energy in kWh of one day in a reply of a day call: what `extractTodayOutputKWh` finds, else a total named
+    /// generation, else the entry of that day in a list of days. None when there is none of these.
+    static std::optional<double> extractDayOutputKWh(const JSON& dayResponse, const QDate& day);
 
     /// Today's power curve in kW, one value per sample in time order and none below 0; none when no candidate has
     /// two values or more.

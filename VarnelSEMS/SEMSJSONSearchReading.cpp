@@ -86,6 +86,49 @@ double normalizeTodayOutput(const NumberHit& hit) {
     const bool namesWattHours = hit.key.find("wh") != std::string_view::npos;
     return namesWattHours || value > 1000 ? value / 1000 : value;
 }
+
+/// An entry of a list of named totals, {"key": "Generation", "unit": "kWh", "value": "10.62"}.
+std::optional<double> namedGenerationKWh(const JSON& object) {
+    const JSON* name = ownValue(object, "key");
+    const JSON* value = ownValue(object, "value");
+    const std::optional<SEMSNumber> number = value ? coerceToDouble(*value) : std::nullopt;
+    if (!number || !name || !textOf(*name).contains(QLatin1String("generation"), Qt::CaseInsensitive)) {
+        return std::nullopt;
+    }
+    return normalizeTodayOutput({*number, "value", &object});
+}
+
+/// An entry of a list of days, {"d": "06/21/2025", "p": 16.0, "i": 3.84}, with "p" the day's energy.
+std::optional<double> datedOutputKWh(const JSON& object, const QDate& day) {
+    const JSON* date = ownValue(object, "d");
+    const JSON* value = ownValue(object, "p");
+    const std::optional<SEMSNumber> number = value ? coerceToDouble(*value) : std::nullopt;
+    const QString text = date ? textOf(*date) : QString();
+    const bool isTheDay = text.startsWith(day.toString(QStringLiteral("MM/dd/yyyy"))) ||
+                          text.startsWith(day.toString(QStringLiteral("yyyy-MM-dd")));
+    if (!number || !isTheDay) {
+        return std::nullopt;
+    }
+    return normalizeTodayOutput({*number, "p", &object});
+}
+
+/// Outer objects before inner ones, in document order.
+std::optional<double> firstDayEntryKWh(const JSON& tree, const QDate& day) {
+    if (const std::optional<double> named = namedGenerationKWh(tree)) {
+        return named;
+    }
+    if (const std::optional<double> dated = datedOutputKWh(tree, day)) {
+        return dated;
+    }
+    if (tree.is_structured()) {
+        for (const JSON& value : tree) {
+            if (const std::optional<double> found = firstDayEntryKWh(value, day)) {
+                return found;
+            }
+        }
+    }
+    return std::nullopt;
+}
 } // namespace
 
 Result<double> SEMSJSONSearch::extractInstantPowerKW(const JSON& root) {
@@ -105,6 +148,11 @@ std::optional<double> SEMSJSONSearch::extractTodayOutputKWh(const JSON& root) {
         }
     }
     return std::nullopt;
+}
+
+std::optional<double> SEMSJSONSearch::extractDayOutputKWh(const JSON& dayResponse, const QDate& day) {
+    const std::optional<double> output = extractTodayOutputKWh(dayResponse);
+    return output ? output : firstDayEntryKWh(dayResponse, day);
 }
 
 } // namespace Varnel

@@ -1,0 +1,59 @@
+#include <VarnelSEMS/SEMSJSONSearch.h>
+
+#include <QFile>
+
+#include <benchmark/benchmark.h>
+
+#include <cstdlib>
+
+// What a poll costs beside the network: a monitor detail of 24 KB, from its body to the values of the reading. The
+// budget is twice the cost of parsing the same body, so compare the two times.
+
+namespace Varnel {
+namespace {
+
+QByteArray monitorDetail() {
+    QFile file(QStringLiteral(VARNEL_REPLIES_FOLDER "/monitor-detail-two-inverters.json"));
+    if (!file.open(QIODevice::ReadOnly)) {
+        std::abort();
+    }
+    return file.readAll();
+}
+
+void parsingAlone(benchmark::State& state) {
+    const QByteArray body = monitorDetail();
+    for (auto iteration : state) {
+        benchmark::DoNotOptimize(parseJSON(body));
+    }
+    state.SetBytesProcessed(state.iterations() * body.size());
+}
+BENCHMARK(parsingAlone);
+
+void fromBodyToReading(benchmark::State& state) {
+    const QByteArray body = monitorDetail();
+    for (auto iteration : state) {
+        const JSON reply = parseJSON(body).value();
+        benchmark::DoNotOptimize(SEMSJSONSearch::extractTodayOutputKWh(reply));
+        benchmark::DoNotOptimize(SEMSJSONSearch::extractInstantPowerKW(reply));
+    }
+    state.SetBytesProcessed(state.iterations() * body.size());
+}
+BENCHMARK(fromBodyToReading);
+
+/// The search of a reply that has neither value walks the whole tree for every key.
+void searchingInVain(benchmark::State& state) {
+    JSON reply = parseJSON(monitorDetail()).value();
+    reply["data"].erase("kpi");
+    reply["data"].erase("inverter");
+    reply["filler"] = parseJSON(monitorDetail()).value()["data"]["inverter"][0]["points"];
+    for (auto iteration : state) {
+        benchmark::DoNotOptimize(SEMSJSONSearch::extractTodayOutputKWh(reply));
+        benchmark::DoNotOptimize(SEMSJSONSearch::extractInstantPowerKW(reply));
+    }
+}
+BENCHMARK(searchingInVain);
+
+} // namespace
+} // namespace Varnel
+
+BENCHMARK_MAIN();
