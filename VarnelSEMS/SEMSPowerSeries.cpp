@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <array>
 #include <string_view>
+#include <tuple>
 
 namespace Varnel {
 
@@ -19,7 +20,14 @@ constexpr int earliestDawnMinute = 3 * 60;
 struct Sample {
     SEMSNumber number;
     std::optional<SEMSSeriesIndex> index;
+    std::size_t position = 0; ///< in the document
 };
+
+/// Equal times keep the order of the document. std::stable_sort would do, but clang warns of what libstdc++ 12 makes
+/// of it.
+bool isEarlier(const Sample& a, const Sample& b) {
+    return std::tie(a.index->order, a.position) < std::tie(b.index->order, b.position);
+}
 
 /// Whether a text is one number with at most a unit behind it: "12:05" and "01/02/2025" are labels of an axis.
 bool isNumericText(std::string_view text) {
@@ -90,8 +98,7 @@ void normalizeSeries(std::vector<double>& values, const SEMSSeriesHint& hint, bo
 
 SEMSPowerSeries seriesOf(std::vector<Sample> samples, const SEMSSeriesHint& hint) {
     if (std::all_of(samples.begin(), samples.end(), [](const Sample& s) { return s.index.has_value(); })) {
-        std::stable_sort(samples.begin(), samples.end(),
-                         [](const Sample& a, const Sample& b) { return a.index->order < b.index->order; });
+        std::sort(samples.begin(), samples.end(), isEarlier);
     }
     SEMSPowerSeries series;
     bool carriesUnit = false;
@@ -110,7 +117,7 @@ SEMSPowerSeries numericSeriesFromArray(const JSON& array, const SEMSSeriesHint& 
     std::vector<Sample> samples;
     for (const JSON& element : array) {
         if (const std::optional<SEMSNumber> number = sampleNumber(element)) {
-            samples.push_back({*number, sampleIndex(element)});
+            samples.push_back({*number, sampleIndex(element), samples.size()});
         }
     }
     return seriesOf(std::move(samples), hint);
@@ -123,7 +130,7 @@ SEMSPowerSeries numericSeriesFromDictionary(const JSON& object, const SEMSSeries
         const std::optional<SEMSSeriesIndex> index =
             number ? parsedSeriesIndex(QString::fromStdString(key)) : std::nullopt;
         if (index) {
-            samples.push_back({*number, index});
+            samples.push_back({*number, index, samples.size()});
         }
     }
     return seriesOf(std::move(samples), hint);
