@@ -1,5 +1,7 @@
 #include <VarnelShared/JSON.h>
 
+#include <QStringDecoder>
+
 namespace Varnel {
 
 namespace {
@@ -57,7 +59,12 @@ QByteArray serializedJSON(const JSON& value) {
 
 QString textOf(const JSON& value) {
     const auto* text = value.get_ptr<const JSON::string_t*>();
-    return text ? QString::fromStdString(*text) : QString();
+    if (!text) {
+        return {};
+    }
+    // The QString functions would drop a leading U+FEFF, which inside a document is a character like any other.
+    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::ConvertInitialBom);
+    return decoder(QByteArrayView(text->data(), static_cast<qsizetype>(text->size())));
 }
 
 } // namespace Varnel

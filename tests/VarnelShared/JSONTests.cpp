@@ -17,6 +17,13 @@ TEST(JSON, AcceptsTopLevelFragmentsAndKeepsTheOrderOfMembers) {
     }
 }
 
+TEST(JSON, ATextComesBackAsItIs) {
+    for (const char* text : {"", "ä€𝄞", "\ufeff\ufeffa", "a\ufeff"}) {
+        EXPECT_EQ(toUtf8(textOf(JSON(text))), text);
+    }
+    EXPECT_EQ(textOf(JSON(3)), QString());
+}
+
 TEST(JSON, RejectsWhatIsNotJSONWithoutQuotingIt) {
     for (const char* text : {"", "<html>secret</html>", "{\"token\":\"secret", "{\"a\":1}secret", "secret",
                              "\"secret\xff\"", "[1e999secret]", "{\"secret\" 1}"}) {
