@@ -11,6 +11,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
+#include <map>
+#include <utility>
 
 namespace Varnel {
 
@@ -43,6 +46,19 @@ void prune(std::vector<OutputHistorySnapshot>& snapshots, Timestamp now, int ret
     }
     const Timestamp cutoff = Calendar::startOfDay(*lastKept);
     std::erase_if(snapshots, [cutoff](const OutputHistorySnapshot& snapshot) { return snapshot.dayStart < cutoff; });
+}
+
+/// Snapshots of one day keep their order. std::stable_sort would do, but for clang's complaint that libstdc++
+/// implements it with a deprecated function.
+void sortNewestFirst(std::vector<OutputHistorySnapshot>& snapshots) {
+    std::multimap<Timestamp, OutputHistorySnapshot, std::greater<>> byDay;
+    for (OutputHistorySnapshot& snapshot : snapshots) {
+        byDay.emplace(snapshot.dayStart, std::move(snapshot));
+    }
+    snapshots.clear();
+    for (auto& [day, snapshot] : byDay) {
+        snapshots.push_back(std::move(snapshot));
+    }
 }
 
 bool isFinite(const OutputHistorySnapshot& snapshot) {
@@ -92,7 +108,7 @@ void OutputHistoryStore::saveSnapshot(const OutputHistorySnapshot& snapshot, Tim
     removeMatches(archive.snapshots, {snapshot.dayStart, snapshot.account, snapshot.stationID});
     archive.snapshots.push_back(snapshot);
     prune(archive.snapshots, now, m_retentionDays);
-    std::ranges::stable_sort(archive.snapshots, std::ranges::greater(), &OutputHistorySnapshot::dayStart);
+    sortNewestFirst(archive.snapshots);
     write(archive);
 }
 

@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <csignal>
+#include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -75,6 +76,16 @@ private:
     bool m_isRoot = getuid() == 0;
 };
 
+/// Saves the two in turn until it is killed, at the latest with the test itself.
+[[noreturn]] void saveForever(OutputHistoryStore& store, const OutputHistorySnapshot& one,
+                              const OutputHistorySnapshot& other) {
+    prctl(PR_SET_PDEATHSIG, SIGKILL);
+    while (true) {
+        store.saveSnapshot(one, day);
+        store.saveSnapshot(other, day);
+    }
+}
+
 TEST(OutputHistoryFaults, AKilledSaveLeavesTheOldOrTheNewContent) {
     const HistoryFolder folder;
     OutputHistoryStore store = folder.store();
@@ -95,9 +106,8 @@ TEST(OutputHistoryFaults, AKilledSaveLeavesTheOldOrTheNewContent) {
     for (int round = 0; round < 1000; ++round) {
         const pid_t saver = fork();
         ASSERT_GE(saver, 0);
-        for (int next = current; saver == 0;) {
-            next = 1 - next;
-            store.saveSnapshot(snapshots[next], day);
+        if (saver == 0) {
+            saveForever(store, snapshots[1 - current], snapshots[current]);
         }
         usleep(QRandomGenerator::global()->bounded(twoSaves));
         kill(saver, SIGKILL);
