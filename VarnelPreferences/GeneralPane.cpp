@@ -3,7 +3,6 @@
 #include <VarnelPreferences/PaneWidgets.h>
 #include <VarnelPreferences/StateLine.h>
 
-#include <QSignalBlocker>
 #include <QSpinBox>
 
 namespace Varnel {
@@ -81,8 +80,7 @@ void GeneralPane::handleLaunchAtLoginToggled(bool isOn) {
 }
 
 void GeneralPane::handleLaunchAtLoginRefused(const QString& description) {
-    const QSignalBlocker notAnEdit(m_launchAtLogin);
-    m_launchAtLogin->setChecked(m_form.draft().launchAtLogin);
+    m_launchAtLogin->setChecked(m_form.draft().launchAtLogin); // no edit: the form has this value already
     m_launchAtLoginError->setState(StateLine::Sign::warning, description);
     m_launchAtLoginError->setVisible(true);
 }

@@ -179,6 +179,7 @@ TEST_F(PreferencesWindowTest, ATypedIntervalIsHandedOnByReturnLeavingAndClosing)
         {"Ctrl+W", [this] { QTest::keyClick(window(), Qt::Key_W, Qt::ControlModifier); }},
         {"close()", [this] { controller->close(); }},
     };
+    owner.onClosed = [this] { controller.reset(); };
     for (const auto& [name, end] : rows) {
         SCOPED_TRACE(name);
         owner.autoSaved.clear();
