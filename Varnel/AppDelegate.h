@@ -124,7 +124,7 @@ private:
     /// Under which the account's password is kept; spellings of one account that differ only in case share it.
     QString keychainAccount() const;
     std::optional<QString> trimmedStationID() const;
-    std::optional<QString> storedPassword() const;
+    std::optional<QString> storedPassword();
     /// False when a later attempt has begun, the account has changed or the program ends: the attempt is then over.
     bool isCurrentSignIn(int attempt, const QString& account);
     void failSignIn(const Error& error);
@@ -152,7 +152,7 @@ private:
     void configureApplicationMenu();
     void handleApplicationCommand(ApplicationCommand command);
     void observeAppearanceChanges();
-    PreferencesDraft currentDraft() const;
+    PreferencesDraft currentDraft();
     PreferencesHandlers preferencesHandlers();
     void takeAccountSettings(const PreferencesDraft& draft);
     void showNotificationAuthorization();

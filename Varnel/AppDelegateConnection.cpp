@@ -22,7 +22,7 @@ std::optional<QString> AppDelegate::trimmedStationID() const {
     return stationID.isEmpty() ? std::nullopt : std::optional(stationID);
 }
 
-std::optional<QString> AppDelegate::storedPassword() const {
+std::optional<QString> AppDelegate::storedPassword() {
     const Result<std::optional<QString>> secret = m_keychain.readSecret(keychainAccount());
     const QString password = secret ? trimmed(secret->value_or(QString())) : QString();
     return password.isEmpty() ? std::nullopt : std::optional(password);

@@ -26,7 +26,7 @@ AppDelegate::AppDelegate(PlatformServices platform)
     , m_keychain(QString::fromLatin1(keychainService), m_platform.keychainServices)
     , m_statusBarController(std::move(m_platform.statusItem))
     , m_launchAtLoginManager(m_platform.loginItem, m_platform.bundle.identifier)
-    , m_notificationService(m_platform.notificationCenter)
+    , m_notificationService(nullptr, m_platform.notificationCenter)
     , m_productionNotificationEvaluator(1, 1.0)
     , m_outputHistoryStore(m_platform.applicationSupportFolder,
                            m_platform.bundle.identifier.value_or(QString::fromLatin1(unbundledHistoryFolder)),

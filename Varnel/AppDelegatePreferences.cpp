@@ -61,7 +61,7 @@ void AppDelegate::showPreferencesWindow(PreferencesInitialTab initialTab) {
     showNotificationAuthorization();
 }
 
-PreferencesDraft AppDelegate::currentDraft() const {
+PreferencesDraft AppDelegate::currentDraft() {
     PreferencesDraft draft;
     draft.baseURL = m_settings.baseURL;
     draft.account = m_settings.account;

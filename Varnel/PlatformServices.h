@@ -5,7 +5,7 @@
 #include <Varnel/BundleInfo.h>
 #include <Varnel/SystemEvents.h>
 
-#include <VarnelNotifications/NotificationCenter.h>
+#include <VarnelNotifications/LocalNotificationService.h>
 #include <VarnelSEMS/HTTPSession.h>
 #include <VarnelSEMS/SEMSEndpoints.h>
 #include <VarnelSecurity/KeychainServices.h>
@@ -17,7 +17,6 @@
 
 #include <QString>
 
-#include <functional>
 #include <memory>
 
 namespace Varnel {
@@ -32,7 +31,7 @@ struct PlatformServices {
     UserDefaults& userDefaults;
     KeychainServices& keychainServices;
     LoginItem& loginItem;
-    std::function<NotificationCenter*()> notificationCenter; ///< gives null when the program is not bundled
+    LocalNotificationService::CenterLookup notificationCenter; ///< gives null when the program is not bundled
     Appearance& appearance;
     ApplicationShell& shell;
     SystemEvents& systemEvents;

@@ -24,8 +24,7 @@
 namespace Varnel {
 namespace {
 
-void nameApplication()
-{
+void nameApplication() {
     QApplication::setApplicationName(QStringLiteral("Varnel"));
     QApplication::setApplicationDisplayName(QStringLiteral("Varnel"));
     QGuiApplication::setDesktopFileName(QString::fromLatin1(BundleInfo::applicationIdentifier));
@@ -33,14 +32,12 @@ void nameApplication()
 }
 
 /// A session that saves its programs would start a second one beside the autostart entry.
-void stayOutOfSavedSessions(const QApplication& application)
-{
+void stayOutOfSavedSessions(const QApplication& application) {
     QObject::connect(&application, &QGuiApplication::saveStateRequest, &application,
                      [](QSessionManager& manager) { manager.setRestartHint(QSessionManager::RestartNever); });
 }
 
-int run(QApplication& application, SingleInstance& instance)
-{
+int run(SingleInstance& instance) {
     const Installation installation = findInstallation();
     const QString identifier = QString::fromLatin1(BundleInfo::applicationIdentifier);
     const SystemClock clock;
@@ -50,7 +47,8 @@ int run(QApplication& application, SingleInstance& instance)
     FileKeychain passwordFile(installation.passwordFile);
     DesktopKeychain keychain(secretService, passwordFile);
     AutostartLoginItem loginItem(installation.autostartFolder, identifier, installation.executable);
-    FreedesktopNotificationCenter notificationCenter(identifier);
+    const auto notificationCenter = std::make_shared<FreedesktopNotificationCenter>(
+        NotificationSender{QApplication::applicationDisplayName(), identifier, identifier});
     PortalAppearance appearance;
     DesktopApplicationShell shell;
     LinuxSystemEvents systemEvents;
@@ -59,13 +57,12 @@ int run(QApplication& application, SingleInstance& instance)
     // Declared last of what the controller uses: requests in flight end before anything they would come back to.
     auto http = std::make_unique<NetworkHTTPSession>();
 
-    const auto controller = std::make_shared<AppDelegate>(PlatformServices{
-        clock, timers, *http, SEMSEndpoints(), userDefaults, keychain, loginItem,
-        [&]() -> NotificationCenter* { return isBundled ? &notificationCenter : nullptr; }, appearance, shell,
-        systemEvents, std::move(statusItem), installation.bundle, installation.applicationSupport});
-    notificationCenter.setActivationHandler([&controller] { controller->showStatusWindow(); });
-    instance.setActivationHandler(
-        [&controller] { controller->showPreferencesWindow(PreferencesInitialTab::general); });
+    const auto controller = std::make_shared<AppDelegate>(
+        PlatformServices{clock, timers, *http, SEMSEndpoints(), userDefaults, keychain, loginItem,
+                         [=] { return isBundled ? notificationCenter : nullptr; }, appearance, shell, systemEvents,
+                         std::move(statusItem), installation.bundle, installation.applicationSupport});
+    notificationCenter->setActivationHandler([&controller] { controller->showStatusWindow(); });
+    instance.setActivationHandler([&controller] { controller->showPreferencesWindow(PreferencesInitialTab::general); });
     const TerminationSignals signals([] { QApplication::quit(); });
 
     controller->applicationDidFinishLaunching();
@@ -78,8 +75,7 @@ int run(QApplication& application, SingleInstance& instance)
 } // namespace
 } // namespace Varnel
 
-int main(int argc, char** argv)
-{
+int main(int argc, char** argv) {
     using namespace Varnel;
     nameApplication();
     QApplication application(argc, argv);
@@ -88,5 +84,5 @@ int main(int argc, char** argv)
     if (instance.claim() == SingleInstance::Role::later) {
         return 0;
     }
-    return run(application, instance);
+    return run(instance);
 }

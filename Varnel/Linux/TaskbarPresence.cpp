@@ -21,13 +21,13 @@ xcb_atom_t atom(xcb_connection_t* connection, const char* name) {
     const auto cookie = xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(std::strlen(name)), name);
     const std::unique_ptr<xcb_intern_atom_reply_t, decltype(&std::free)> reply(
         xcb_intern_atom_reply(connection, cookie, nullptr), &std::free);
-    return reply ? reply->atom : XCB_ATOM_NONE;
+    return reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
 }
 
 xcb_window_t rootOf(xcb_connection_t* connection, xcb_window_t window) {
     const std::unique_ptr<xcb_query_tree_reply_t, decltype(&std::free)> reply(
         xcb_query_tree_reply(connection, xcb_query_tree(connection, window), nullptr), &std::free);
-    return reply ? reply->root : XCB_WINDOW_NONE;
+    return reply ? reply->root : xcb_window_t{XCB_WINDOW_NONE};
 }
 } // namespace
 

@@ -1,0 +1,112 @@
+#pragma once
+
+#include <Varnel/Appearance.h>
+#include <Varnel/ApplicationShell.h>
+#include <Varnel/SystemEvents.h>
+
+#include <VarnelSettings/LoginItem.h>
+#include <VarnelSettings/UserDefaults.h>
+#include <VarnelShared/URLError.h>
+#include <VarnelStatusMenu/StatusItem.h>
+
+#include <QMap>
+#include <QStringList>
+
+/// The desktop as the controller sees it, recorded and turned by hand.
+namespace Varnel::Testing {
+
+class InMemoryUserDefaults final : public UserDefaults {
+public:
+    std::optional<QByteArray> data(const QString& key) const override {
+        return values.contains(key) ? std::optional(values.value(key)) : std::nullopt;
+    }
+    void setData(const QString& key, const QByteArray& bytes) override {
+        values[key] = bytes;
+        ++saves;
+    }
+
+    QMap<QString, QByteArray> values;
+    int saves = 0;
+};
+
+class FakeLoginItem final : public LoginItem {
+public:
+    LoginItemStatus status() const override {
+        return isRegistered ? LoginItemStatus::enabled : LoginItemStatus::notRegistered;
+    }
+    Result<void> registerItem() override {
+        if (isBroken) {
+            return failure(URLError{URLError::Code::unknown, QStringLiteral("Read-only file system")});
+        }
+        isRegistered = true;
+        return {};
+    }
+    Result<void> unregisterItem() override {
+        isRegistered = false;
+        return {};
+    }
+
+    bool isRegistered = false;
+    bool isBroken = false;
+};
+
+class FakeAppearance final : public Appearance {
+public:
+    bool isDark() const override { return dark; }
+    std::unique_ptr<Observation> observe(std::function<void()> onChange) override {
+        change = std::move(onChange);
+        return std::make_unique<Observation>();
+    }
+
+    bool dark = false;
+    std::function<void()> change;
+};
+
+class FakeApplicationShell final : public ApplicationShell {
+public:
+    ActivationPolicy activationPolicy() const override { return policy; }
+    bool setActivationPolicy(ActivationPolicy wanted) override {
+        policy = isRefusing ? policy : wanted;
+        return !isRefusing;
+    }
+    void setReopenHandler(std::function<void()> handler) override { reopen = std::move(handler); }
+    void setApplicationIcon(const QString& imagePath) override { icon = imagePath; }
+    void activate() override {}
+    void hide() override { ++hides; }
+    void terminate() override { ++terminations; }
+
+    ActivationPolicy policy = ActivationPolicy::accessory;
+    bool isRefusing = false;
+    std::function<void()> reopen;
+    QString icon;
+    int hides = 0;
+    int terminations = 0;
+};
+
+class FakeSystemEvents final : public SystemEvents {
+public:
+    bool isNetworkReachable() const override { return isReachable; }
+    void setNetworkReachableHandler(std::function<void()> handler) override { networkReachable = std::move(handler); }
+    void setResumeHandler(std::function<void()> handler) override { resume = std::move(handler); }
+
+    bool isReachable = true;
+    std::function<void()> networkReachable;
+    std::function<void()> resume;
+};
+
+class RecordingStatusItem final : public StatusItem {
+public:
+    void setTitle(const QString& text) override { title = text; }
+    void setToolTip(const QString& text) override { toolTip = text; }
+    void setMenu(const StatusMenu& entries) override { menu = entries; }
+    void setCommandHandler(std::function<void(StatusMenuCommand)> handler) override { choose = std::move(handler); }
+    void showWindow() override { ++windowsShown; }
+
+    QString title;
+    QString toolTip;
+    StatusMenu menu;
+    std::function<void(StatusMenuCommand)> choose;
+    int windowsShown = 0;
+};
+
+} // namespace Varnel::Testing
