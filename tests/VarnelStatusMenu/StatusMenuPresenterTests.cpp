@@ -45,8 +45,9 @@ void press(QWidget* window, int key, Qt::KeyboardModifiers modifiers = Qt::NoMod
     QApplication::sendEvent(target, &event);
 }
 
+/// A step of a click or drag with the left button.
 void mouse(QWidget* widget, QEvent::Type type, QPoint position) {
-    const auto buttons = type == QEvent::MouseButtonPress ? Qt::LeftButton : Qt::NoButton;
+    const auto buttons = type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton;
     const QPointF global = widget->mapToGlobal(position);
     QMouseEvent event(type, position, global, Qt::LeftButton, buttons, Qt::NoModifier);
     QApplication::sendEvent(widget, &event);
@@ -147,6 +148,7 @@ TEST_F(StatusMenuPresenterTest, OpenPopupStaysAsItIsAndIsFreedWhenItCloses) {
 TEST_F(StatusMenuPresenterTest, ReleaseOfTheOpeningClickChoosesNothing) {
     StatusPopupMenu* popup = openPopup();
     const QPoint command = popup->actionGeometry(popup->actions().last()).center();
+    mouse(popup, QEvent::MouseMove, command / 2);
     mouse(popup, QEvent::MouseMove, command);
     mouse(popup, QEvent::MouseButtonRelease, command);
     settle();
