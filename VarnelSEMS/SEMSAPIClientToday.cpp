@@ -114,6 +114,7 @@ QCoro::Task<AttemptOutcome> SEMSAPIClient::fetchTodayDayEndpointResponse(const S
 }
 
 QCoro::Task<std::optional<double>> SEMSAPIClient::fetchTodayOutput(SEMSSession session, QString stationID) {
+    const QDate day = m_clock.now().toDateTime().date();
     AttemptRules rules;
     auto outcome = co_await fetchTodayDayEndpointResponse(session, stationID, 1, std::move(rules));
     const auto reply = std::move(outcome).result();
@@ -122,7 +123,7 @@ QCoro::Task<std::optional<double>> SEMSAPIClient::fetchTodayOutput(SEMSSession s
                 qUtf8Printable(reply.error().localizedDescription()));
         co_return std::nullopt;
     }
-    co_return SEMSJSONSearch::extractTodayOutputKWh(*reply);
+    co_return SEMSJSONSearch::extractDayOutputKWh(*reply, day);
 }
 
 /// Some day endpoints answer with the day's energy alone, so an answer without a curve is passed over.

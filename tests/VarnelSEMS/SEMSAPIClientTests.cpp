@@ -194,8 +194,9 @@ TEST_F(SEMSAPIClientTest, AReadingNeedsPowerAloneAndDiscoversItsStation) {
         if (request.url.path().contains(u"Query"_s)) {
             return reply(200, R"({"data":{"list":[{"powerstation_id":"s1"}]}})");
         }
-        return request.url.path().contains(u"Detail"_s) ? reply(200, R"({"pac":1500,"unit":"W"})")
-                                                        : reply(200, R"({"data":{"eday":4.5}})");
+        return request.url.path().contains(u"Detail"_s)
+                   ? reply(200, R"({"pac":1500,"unit":"W"})")
+                   : reply(200, R"({"data":[{"d":"05/31/2026","p":9},{"d":"06/01/2026","p":4.5}]})");
     };
     EXPECT_EQ(*await(client->fetchCurrentPower(portalSession, QString())),
               (PowerReading{1.5, 4.5, u"s1"_s, time.now()}));
