@@ -157,7 +157,7 @@ TEST(NetworkHTTPSession, RedirectsStayWithinTheirOrigin) {
                                : httpReply(200, {}));
         });
         const auto response = sent(request(server.url(u"/old"_s), "POST"));
-        EXPECT_EQ(response->statusCode, row.status) << row.location.data();
+        EXPECT_EQ(response.value().statusCode, row.status) << row.location.data();
         EXPECT_EQ(server.requests.last().split('\r').first(), row.lastLine);
         EXPECT_EQ(server.requests.last().endsWith("{\"pwd\":1}"), row.redirect != 303);
         EXPECT_EQ(server.requests.size(), row.status == 200 ? 2 : row.redirect == 308 ? 6 : 1);
@@ -177,16 +177,16 @@ TEST(NetworkHTTPSession, AResetForgetsCookiesAndConnections) {
     NetworkHTTPSession session;
     const auto first = await(session.send(request(server.url())));
     const auto second = await(session.send(request(server.url())));
-    EXPECT_EQ(first->body, second->body);
+    EXPECT_EQ(first.value().body, second.value().body);
     EXPECT_TRUE(server.requests.last().contains("Cookie: a=b"));
 
     auto inFlight = session.send(request(server.url(u"/slow"_s)));
     EXPECT_TRUE(Testing::waitUntil([&slow] { return !slow.isEmpty(); }));
     session.reset();
-    EXPECT_NE(await(session.send(request(server.url())))->body, first->body);
+    EXPECT_NE(await(session.send(request(server.url()))).value().body, first.value().body);
     EXPECT_FALSE(server.requests.last().contains("Cookie"));
     slow.first()->write(httpReply(200, "late", "Set-Cookie: old=1\r\n"));
-    EXPECT_EQ(await(std::move(inFlight))->body, "late");
+    EXPECT_EQ(await(std::move(inFlight)).value().body, "late");
     await(session.send(request(server.url())));
     EXPECT_FALSE(server.requests.last().contains("old=1"));
 }

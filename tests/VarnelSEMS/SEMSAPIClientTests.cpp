@@ -87,20 +87,21 @@ TEST_F(SEMSAPIClientTest, SignInTriesBothFamiliesOnEveryBaseAndNamesEveryFailure
                                          u"POST http://home.test/api/v1/Common/CrossLogin"_s,
                                          u"POST http://default.test/api/v2/Common/CrossLogin"_s,
                                          u"POST http://default.test/api/v1/Common/CrossLogin"_s}));
-    EXPECT_EQ(spelled(http.requests[1]),
+    EXPECT_EQ(spelled(http.requests.at(1)),
               "Accept: application/json\nContent-Type: application/json\n"
               R"({"account":"a@b","pwd":"p&w","userName":"a@b","username":"a@b","password":"p&w"})");
-    EXPECT_EQ(spelled(http.requests[2]), QByteArray("Accept: application/json\n"
-                                                    "Content-Type: application/x-www-form-urlencoded\n"
-                                                    "User-Agent: PVMaster/2.0.4 (iPhone; iOS 11.4.1; Scale/2.00)\n"
-                                                    "token: ") +
-                                             anonymous + "\naccount=a%40b&pwd=p%26w");
+    EXPECT_EQ(spelled(http.requests.at(2)), QByteArray("Accept: application/json\n"
+                                                       "Content-Type: application/x-www-form-urlencoded\n"
+                                                       "User-Agent: PVMaster/2.0.4 (iPhone; iOS 11.4.1; Scale/2.00)\n"
+                                                       "token: ") +
+                                                anonymous + "\naccount=a%40b&pwd=p%26w");
 }
 
 TEST_F(SEMSAPIClientTest, TheFirstTokenWins) {
     http.answerOnly(u"/api/OpenApi/GetToken"_s, R"({"data":{"access_token":"t1"}})");
     auto session = await(client->signIn(u"a"_s, u"secret"_s));
-    EXPECT_EQ(*session, (SEMSSession{SEMSAuthMode::openAPI, u"t1"_s, {}, {}, QUrl(u"http://home.test/api/"_s), {}}));
+    EXPECT_EQ(session.value(),
+              (SEMSSession{SEMSAuthMode::openAPI, u"t1"_s, {}, {}, QUrl(u"http://home.test/api/"_s), {}}));
     EXPECT_EQ(http.requests.size(), 2U);
 
     http.requests.clear();
@@ -114,7 +115,7 @@ TEST_F(SEMSAPIClientTest, TheFirstTokenWins) {
     // "timestamp" is absent in the reply, so the header's own is the one that was read under "ts".
     const QString header = uR"({"uid":"u","timestamp":17,"token":"t2","client":"web","version":"v2.0.4",)"
                            uR"("language":"en","ts":17,"region":"eu"})"_s;
-    EXPECT_EQ(*session,
+    EXPECT_EQ(session.value(),
               (SEMSSession{SEMSAuthMode::legacyPortal, u"t2"_s, u"u"_s, 17, QUrl(u"http://eu.test/api/"_s), header}));
     EXPECT_EQ(paths(), QStringList({u"POST api/v1/OpenApi/GetToken"_s, u"POST v2/Common/CrossLogin"_s}));
 }
@@ -128,32 +129,32 @@ TEST_F(SEMSAPIClientTest, StationsAreAskedForInTwoPassesPerFamily) {
     http.answer = [](const HTTPRequest& request) { return reply(request.method == "GET" ? 404 : 500, {}); };
     EXPECT_EQ(errorOf(await(client->fetchPowerStations(tokenSession))), "SEMS API returned HTTP 404.");
     EXPECT_EQ(paths(), eachWith(u"POST "_s, tokenPaths) + eachWith(u"GET "_s, tokenPaths));
-    EXPECT_EQ(spelled(http.requests[0]), "Accept: application/json\nContent-Type: application/json\nToken: tok\n"
-                                         "Authorization: Bearer tok\n"
-                                         R"({"searchType":0,"page_index":1,"page_size":50})");
-    EXPECT_EQ(spelled(http.requests[4]), "Accept: application/json\nToken: tok\nAuthorization: Bearer tok\nno body");
+    EXPECT_EQ(spelled(http.requests.at(0)), "Accept: application/json\nContent-Type: application/json\nToken: tok\n"
+                                            "Authorization: Bearer tok\n"
+                                            R"({"searchType":0,"page_index":1,"page_size":50})");
+    EXPECT_EQ(spelled(http.requests.at(4)), "Accept: application/json\nToken: tok\nAuthorization: Bearer tok\nno body");
 
     http.requests.clear();
     EXPECT_EQ(errorOf(await(client->fetchPowerStations(portalSession))), "SEMS API returned HTTP 500.");
     EXPECT_EQ(paths(), eachWith(u"POST "_s, portalPaths + portalPaths));
-    EXPECT_EQ(spelled(http.requests[0]),
+    EXPECT_EQ(spelled(http.requests.at(0)),
               "Accept: application/json\nContent-Type: application/json\ntoken: {ready}\n"
               "User-Agent: PVMaster/2.0.4 (iPhone; iOS 11.4.1; Scale/2.00)\n"
               R"({"page_size":20,"page_index":1,"powerstation_id":"","orderby":"","powerstation_status":"","key":"",)"
               R"("powerstation_type":""})");
-    EXPECT_EQ(*http.requests[4].body,
+    EXPECT_EQ(http.requests.at(4).body.value(),
               "page_size=20&page_index=1&powerstation_id=&orderby=&powerstation_status=&key=&powerstation_type=");
 }
 
 TEST_F(SEMSAPIClientTest, TheFirstAnswerDecidesAboutStations) {
     http.answerOnly(u"/api/OpenApi/GetUserPowerStation"_s,
                     R"([{"powerStationId":"s1","capacity":5},{"powerStationId":"123","capacity":7.5}])");
-    EXPECT_EQ(await(client->discoverDefaultPowerStation(tokenSession))->id, u"s1"_s);
+    EXPECT_EQ(await(client->discoverDefaultPowerStation(tokenSession)).value().id, u"s1"_s);
     EXPECT_EQ(http.requests.size(), 2U);
     const std::pair<std::optional<QString>, double> preferences[] = {
         {std::nullopt, 5}, {u" "_s, 5}, {u" 123 "_s, 7.5}, {u"none"_s, 5}};
     for (const auto& [preferred, size] : preferences) {
-        EXPECT_EQ(*await(client->fetchSystemSizeKW(tokenSession, preferred)), size);
+        EXPECT_EQ(await(client->fetchSystemSizeKW(tokenSession, preferred)).value(), size);
     }
 
     http.requests.clear();
@@ -161,7 +162,7 @@ TEST_F(SEMSAPIClientTest, TheFirstAnswerDecidesAboutStations) {
     EXPECT_EQ(errorOf(await(client->discoverDefaultPowerStation(portalSession))),
               "No power station found for this account.");
     EXPECT_EQ(http.requests.size(), 1U);
-    EXPECT_EQ(*await(client->fetchSystemSizeKW(portalSession, std::nullopt)), std::nullopt);
+    EXPECT_EQ(await(client->fetchSystemSizeKW(portalSession, std::nullopt)).value(), std::nullopt);
 }
 
 TEST_F(SEMSAPIClientTest, MonitorDetailPathsOfBothFamilies) {
@@ -183,10 +184,11 @@ TEST_F(SEMSAPIClientTest, MonitorDetailPathsOfBothFamilies) {
                                     u"POST PowerStation/GetMonitorDetailByPowerstationId"_s,
                                     u"POST v2/PowerStation/GetMonitorDetailByPowerstationId"_s}));
     const QByteArray headers = "token: {ready}\nUser-Agent: PVMaster/2.0.4 (iPhone; iOS 11.4.1; Scale/2.00)\n";
-    EXPECT_EQ(spelled(http.requests[2]),
+    EXPECT_EQ(spelled(http.requests.at(2)),
               "Accept: application/json\nContent-Type: application/json\n" + headers + R"({"powerStationId":"s/1"})");
-    EXPECT_EQ(spelled(http.requests[3]), "Accept: application/json\nContent-Type: application/x-www-form-urlencoded\n" +
-                                             headers + "powerStationId=s%2F1");
+    EXPECT_EQ(spelled(http.requests.at(3)),
+              "Accept: application/json\nContent-Type: application/x-www-form-urlencoded\n" + headers +
+                  "powerStationId=s%2F1");
 }
 
 TEST_F(SEMSAPIClientTest, AReadingNeedsPowerAloneAndDiscoversItsStation) {
@@ -198,11 +200,10 @@ TEST_F(SEMSAPIClientTest, AReadingNeedsPowerAloneAndDiscoversItsStation) {
                    ? reply(200, R"({"pac":1500,"unit":"W"})")
                    : reply(200, R"({"data":[{"d":"05/31/2026","p":9},{"d":"06/01/2026","p":4.5}]})");
     };
-    EXPECT_EQ(*await(client->fetchCurrentPower(portalSession, QString())),
+    EXPECT_EQ(await(client->fetchCurrentPower(portalSession, QString())).value(),
               (PowerReading{1.5, 4.5, u"s1"_s, time.now()}));
     EXPECT_EQ(http.requests.size(), 3U);
 
-    http.answerOnly(u"/MonitorDetail/s1"_s, "{}");
     http.answer = [](const HTTPRequest&) { return reply(200, R"({"eday":1})"); };
     EXPECT_EQ(errorOf(await(client->fetchCurrentPower(tokenSession, u" s1 "_s))),
               "Could not find instantaneous power in SEMS response.");
@@ -213,7 +214,7 @@ TEST_F(SEMSAPIClientTest, TheDayFallbackAsksEveryPathByJSONThenByQuery) {
         return request.url.path().contains(u"Detail"_s) ? reply(200, R"({"pac":3.5})") : reply(404, {});
     };
     const auto reading = await(client->fetchCurrentPower(tokenSession, u"s&1"_s));
-    EXPECT_EQ(*reading, (PowerReading{3.5, std::nullopt, u"s&1"_s, time.now()}));
+    EXPECT_EQ(reading.value(), (PowerReading{3.5, std::nullopt, u"s&1"_s, time.now()}));
     const QStringList names{u"api/OpenApi/GetPowerStationPowerAndIncomeByDay"_s,
                             u"api/v1/OpenApi/GetPowerStationPowerAndIncomeByDay"_s,
                             u"OpenApi/GetPowerStationPowerAndIncomeByDay"_s,
@@ -232,10 +233,10 @@ TEST_F(SEMSAPIClientTest, TheDayFallbackAsksEveryPathByJSONThenByQuery) {
                     u"&queryDate=2026-06-01&start=2026-06-01&end=2026-06-01&count=1"_s;
     }
     EXPECT_EQ(paths(), expected);
-    EXPECT_EQ(*http.requests[1].body,
+    EXPECT_EQ(http.requests.at(1).body.value(),
               R"({"powerstation_id":"s&1","powerStationId":"s&1","id":"s&1","count":1,"date":"2026-06-01",)"
               R"("day":"2026-06-01","queryDate":"2026-06-01","start":"2026-06-01","end":"2026-06-01"})");
-    EXPECT_EQ(http.requests[1].header("User-Agent"), "");
+    EXPECT_EQ(http.requests.at(1).header("User-Agent"), "");
 }
 
 TEST_F(SEMSAPIClientTest, TheDayFallbackEndsWithTheConnectionAndAfterThirtySeconds) {
@@ -248,7 +249,7 @@ TEST_F(SEMSAPIClientTest, TheDayFallbackEndsWithTheConnectionAndAfterThirtySecon
             time.jumpTo(time.now() + Seconds(secondsEach));
             return answer;
         };
-        EXPECT_EQ(await(client->fetchCurrentPower(portalSession, u"s1"_s))->kilowatts, 3.5);
+        EXPECT_EQ(await(client->fetchCurrentPower(portalSession, u"s1"_s)).value().kilowatts, 3.5);
         return http.requests.size() - 1;
     };
     EXPECT_EQ(dayAnswer(0, failure(URLError{URLError::Code::timedOut, {}})), 1U);
@@ -263,12 +264,12 @@ TEST_F(SEMSAPIClientTest, TheSeriesIsTheFirstCurveThatADayEndpointHolds) {
                                                     : reply(200, R"({"data":[{"d":"2026-06-01","p":4}]})");
     };
     const auto series = await(client->fetchTodayOutputSeries(portalSession, u"s1"_s));
-    EXPECT_EQ(*series, std::vector<double>({0, 1.5}));
+    EXPECT_EQ(series.value(), std::vector<double>({0, 1.5}));
     EXPECT_EQ(http.requests.size(), 3U);
-    EXPECT_TRUE(http.requests[0].body->contains(R"("count":288)"));
+    EXPECT_TRUE(http.requests.at(0).body.value().contains(R"("count":288)"));
 
     http.answer = [](const HTTPRequest&) { return reply(200, "{}"); };
-    EXPECT_EQ(*await(client->fetchTodayOutputSeries(tokenSession, u"s1"_s)), std::nullopt);
+    EXPECT_EQ(await(client->fetchTodayOutputSeries(tokenSession, u"s1"_s)).value(), std::nullopt);
     http.answer = [](const HTTPRequest&) { return reply(500, {}); };
     EXPECT_EQ(errorOf(await(client->fetchTodayOutputSeries(tokenSession, u"s1"_s))), "SEMS API returned HTTP 500.");
 }

@@ -34,7 +34,7 @@ TEST(JoinedURL, JoinsByTextAndRefusesWhatIsNoAddress) {
         const auto url = joinedURL(QString::fromUtf8(row.path), QUrl(QString::fromUtf8(row.base)));
         SCOPED_TRACE(row.path);
         if (qstrlen(row.joined) > 0) {
-            EXPECT_EQ(absoluteString(*url).toStdString(), row.joined);
+            EXPECT_EQ(absoluteString(url.value()).toStdString(), row.joined);
         } else {
             const auto expected = u"Invalid SEMS URL path %1."_s.arg(QString::fromUtf8(row.path));
             ASSERT_FALSE(url);
