@@ -1,6 +1,7 @@
 #include <VarnelStatusMenu/Linux/PlainMenu.h>
 
-#include <QCursor>
+#include <VarnelStatusMenu/PopupPlacement.h>
+
 #include <QIcon>
 #include <QMenu>
 
@@ -34,7 +35,7 @@ void popUpPlainMenu(const ExportedMenu& rows, const StatusItemHandlers& handlers
     for (const ExportedMenuItem& item : rows) {
         addItem(*menu, item, handlers);
     }
-    menu->popup(QCursor::pos());
+    popupAtPointer(*menu);
 }
 
 } // namespace Varnel
