@@ -76,8 +76,7 @@ QString dayQuery(const QString& stationID, int count, const QString& day) {
 }
 
 Result<void> holdsSeries(const JSON& reply) {
-    return SEMSJSONSearch::extractTodayPowerSeriesKW(reply) ? Result<void>()
-                                                            : failure(SEMSAPIError::invalidResponse());
+    return SEMSJSONSearch::extractTodayPowerSeriesKW(reply) ? Result<void>() : failure(SEMSAPIError::invalidResponse());
 }
 
 bool isWithoutSeries(const Error& error) {
