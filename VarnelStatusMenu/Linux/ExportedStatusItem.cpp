@@ -35,19 +35,25 @@ void ExportedStatusItem::setForm(TitleForm form) {
     }
     m_form = form;
     m_itemObject = std::make_unique<QObject>();
-    const ItemFace face = faceOf(m_content, form);
+    m_face = faceOf(m_content, form);
     m_item = form == TitleForm::label
-                 ? new LabelledItemAdaptor(m_itemObject.get(), m_identifier, face, m_handlers.openMenu)
-                 : new StatusNotifierItemAdaptor(m_itemObject.get(), m_identifier, face, m_handlers.openMenu);
+                 ? new LabelledItemAdaptor(m_itemObject.get(), m_identifier, m_face, m_handlers.openMenu)
+                 : new StatusNotifierItemAdaptor(m_itemObject.get(), m_identifier, m_face, m_handlers.openMenu);
     m_connection.registerObject(QStringLiteral("/StatusNotifierItem"), m_itemObject.get());
 }
 
 void ExportedStatusItem::setContent(const StatusItemContent& content) {
-    m_content = content;
+    const StatusItemContent old = std::exchange(m_content, content);
     m_menu->setMenu(content.menu);
-    if (m_form) {
-        m_item->setFace(faceOf(content, *m_form));
+    if (!m_form) {
+        return;
     }
+    // The pictures are the expensive part, and they show the title alone.
+    if (content.title != old.title) {
+        m_face = faceOf(content, *m_form);
+    }
+    m_face.toolTip = content.toolTip;
+    m_item->setFace(m_face);
 }
 
 } // namespace Varnel

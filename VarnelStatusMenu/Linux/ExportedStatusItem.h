@@ -1,7 +1,7 @@
 #pragma once
 
+#include <VarnelStatusMenu/Linux/ItemFace.h>
 #include <VarnelStatusMenu/Linux/StatusItemBackEnd.h>
-#include <VarnelStatusMenu/Linux/TitleForm.h>
 
 #include <QDBusConnection>
 #include <QObject>
@@ -34,6 +34,7 @@ private:
     StatusItemHandlers m_handlers;
     StatusItemContent m_content;
     std::optional<TitleForm> m_form;
+    ItemFace m_face;                       ///< of m_content in m_form
     std::unique_ptr<QObject> m_itemObject; ///< owns m_item
     QObject m_menuObject;                  ///< owns m_menu
     StatusNotifierItemAdaptor* m_item = nullptr;

@@ -10,7 +10,7 @@ namespace Varnel {
 namespace {
 
 /// The sizes that panels ask for; each is drawn by itself, because a scaled text blurs.
-constexpr std::array iconSizes{16, 22, 24, 32, 44, 48};
+constexpr std::array iconSizes{16, 22, 24, 32, 48};
 /// Twice the height that waybar gives an icon by default: halved, the text stays sharp, and it is exact at twice the
 /// resolution.
 constexpr int widePictureHeight = 32;

@@ -8,6 +8,7 @@
 #include <QPainterPath>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <numbers>
 
@@ -41,18 +42,32 @@ QRectF inkOf(const QString& text, const QFont& font) {
     return QFontMetricsF(font).tightBoundingRect(text);
 }
 
-/// The largest font whose ink of `text` fits into the box: narrower letters before smaller ones.
+/// The narrowest letters that are still well read, in percent of the usual width.
+constexpr std::array stretches{100, 87, 75};
+
+bool fits(const QString& text, const QFont& font, QSizeF box) {
+    const QSizeF ink = inkOf(text, font).size();
+    return ink.width() <= box.width() && ink.height() <= box.height();
+}
+
+/// The largest font whose ink of `text` fits into the box: narrower letters before smaller ones. Where to look is
+/// reckoned from one large font, because to try every size makes a font of each.
 QFont fittingFont(const QString& text, QSizeF box) {
-    for (int pixelSize = static_cast<int>(box.height() * 1.6); pixelSize > smallestTextHeight; --pixelSize) {
-        for (const int stretch : {100, 87, 75}) {
+    constexpr int referenceSize = 64;
+    const QSizeF ink = inkOf(text, titleFont(referenceSize, 100)).size() / referenceSize;
+    // A text without height, such as "--", is no larger than letters would be.
+    const qreal tallest = box.height() / std::max(ink.height(), 0.6);
+    const qreal widest = box.width() * 100 / (ink.width() * stretches.back());
+    for (int pixelSize = static_cast<int>(std::min(tallest, widest)); pixelSize > smallestTextHeight; --pixelSize) {
+        const qreal stretchThatFits = box.width() * 100 / (ink.width() * pixelSize);
+        for (const int stretch : stretches) {
             const QFont font = titleFont(pixelSize, stretch);
-            const QRectF ink = inkOf(text, font);
-            if (ink.width() <= box.width() && ink.height() <= box.height()) {
+            if (stretch <= stretchThatFits + 1 && fits(text, font, box)) {
                 return font;
             }
         }
     }
-    return titleFont(smallestTextHeight, 75);
+    return titleFont(smallestTextHeight, stretches.back());
 }
 
 /// Draws the text with its ink in the middle of the box, on whole pixels so that the stems stay sharp.
