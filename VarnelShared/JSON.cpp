@@ -1,34 +1,58 @@
 #include <VarnelShared/JSON.h>
 
+#include <vector>
+
 #include <QStringDecoder>
 
 namespace Varnel {
 
 namespace {
-/// Scans for nesting before anything is built: the parser itself does not recurse, but copies and walks do.
-bool exceedsNestingLimit(QByteArrayView text) {
-    int depth = 0;
-    bool insideString = false;
-    for (qsizetype i = 0; i < text.size(); ++i) {
-        const char c = text[i];
-        if (insideString) {
-            if (c == '\\') {
-                ++i;
-            } else if (c == '"') {
-                insideString = false;
-            }
-        } else if (c == '"') {
-            insideString = true;
-        } else if (c == '{' || c == '[') {
-            if (++depth > jsonNestingLimit) {
+/// Scans the text before anything is built from it. The parser itself does not recurse, but copies and walks do; and
+/// it looks each new member up among those of its object one by one, so that a huge object would take minutes.
+class StructureScan {
+public:
+    bool exceedsLimits(QByteArrayView text) {
+        for (const char c : text) {
+            if (m_isEscaped) {
+                m_isEscaped = false;
+            } else if (m_isInsideString) {
+                m_isEscaped = c == '\\';
+                m_isInsideString = c != '"';
+            } else if (!take(c)) {
                 return true;
             }
-        } else if (c == '}' || c == ']') {
-            --depth;
+        }
+        return false;
+    }
+
+private:
+    /// False when a limit is exceeded by this character outside any string.
+    bool take(char c) {
+        switch (c) {
+        case '"':
+            m_isInsideString = true;
+            return true;
+        case '{':
+        case '[':
+            m_members.push_back(0);
+            return m_members.size() <= jsonNestingLimit;
+        case '}':
+        case ']':
+            if (!m_members.empty()) {
+                m_members.pop_back();
+            }
+            return true;
+        case ':':
+            return m_members.empty() || ++m_members.back() <= jsonMemberLimit;
+        default:
+            return true;
         }
     }
-    return false;
-}
+
+    std::vector<std::size_t> m_members; ///< of each array or object that is open, outermost first
+    bool m_isInsideString = false;
+    bool m_isEscaped = false;
+};
 
 /// The parser quotes the piece of text that it read last; replies may hold tokens, so that piece is dropped.
 QString withoutQuotedText(const char* message) {
@@ -39,9 +63,8 @@ QString withoutQuotedText(const char* message) {
 } // namespace
 
 Result<JSON> parseJSON(QByteArrayView text) {
-    if (exceedsNestingLimit(text)) {
-        return failure(
-            JSONError{QStringLiteral("The JSON text is nested more than %1 levels deep.").arg(jsonNestingLimit)});
+    if (StructureScan().exceedsLimits(text)) {
+        return failure(JSONError{QStringLiteral("The JSON text is nested too deep or has too many members.")});
     }
     try {
         return JSON::parse(text.begin(), text.end());

@@ -25,7 +25,11 @@ struct JSONError {
 
 /// Arrays and objects nested deeper than this are a parse failure, so that a recursive walk of any parsed value is
 /// safe for the stack.
-constexpr int jsonNestingLimit = 512;
+constexpr std::size_t jsonNestingLimit = 512;
+
+/// More members than this in one object are a parse failure: keeping their order makes each of them cost a search
+/// among the others. The service's largest objects, keyed by the minute, have 1,440.
+constexpr std::size_t jsonMemberLimit = 2048;
 
 /// Parses a whole UTF-8 text; a bare number, string, boolean or null is accepted. Fails with `JSONError`.
 Result<JSON> parseJSON(QByteArrayView text);

@@ -5,8 +5,9 @@
 namespace Varnel {
 namespace {
 
-QByteArray nestedArrays(int depth) {
-    return QByteArray(depth, '[') + QByteArray(depth, ']');
+QByteArray nestedArrays(std::size_t depth) {
+    const auto size = static_cast<qsizetype>(depth);
+    return QByteArray(size, '[') + QByteArray(size, ']');
 }
 
 TEST(JSON, AcceptsTopLevelFragmentsAndKeepsTheOrderOfMembers) {
@@ -41,6 +42,19 @@ TEST(JSON, LimitsTheNestingButNotBracketsInsideTexts) {
     EXPECT_FALSE(parseJSON(nestedArrays(jsonNestingLimit + 1)).has_value());
     EXPECT_FALSE(parseJSON(nestedArrays(1000000)).has_value());
     EXPECT_TRUE(parseJSON(R"("\")" + QByteArray(1000, '[') + '"').has_value());
+}
+
+TEST(JSON, LimitsTheMembersOfOneObjectButNotOfManyTogether) {
+    const auto object = [](std::size_t members) {
+        QByteArray text = "{\"\":0";
+        for (std::size_t i = 1; i < members; ++i) {
+            text += ",\"" + QByteArray::number(static_cast<qulonglong>(i)) + "\":\":\"";
+        }
+        return text + '}';
+    };
+    const QByteArray largest = object(jsonMemberLimit);
+    EXPECT_TRUE(parseJSON('[' + largest + ',' + largest + ']').has_value());
+    EXPECT_FALSE(parseJSON('[' + object(jsonMemberLimit + 1) + ']').has_value());
 }
 
 } // namespace
