@@ -1,10 +1,10 @@
 #include <VarnelStatusMenu/StatusMenuPresenter.h>
 
-#include <VarnelStatusMenu/PopupPlacement.h>
 #include <VarnelStatusMenu/StatusMenuWindow.h>
 #include <VarnelStatusMenu/StatusPopupMenu.h>
 #include <VarnelStatusMenu/StatusPopupWindow.h>
 
+#include <QCursor>
 #include <QElapsedTimer>
 #include <QGuiApplication>
 #include <QPointer>
@@ -40,7 +40,7 @@ struct StatusMenuPresenter::Private {
 void StatusMenuPresenter::Private::openPopupMenu() {
     auto* opened = new StatusPopupMenu(menu);
     follow(opened);
-    popupAtPointer(*opened);
+    opened->popup(QCursor::pos());
 }
 
 void StatusMenuPresenter::Private::openPopupWindow() {

@@ -1,7 +1,6 @@
 #include <VarnelStatusMenu/Linux/PlainMenu.h>
 
-#include <VarnelStatusMenu/PopupPlacement.h>
-
+#include <QCursor>
 #include <QIcon>
 #include <QMenu>
 
@@ -35,7 +34,7 @@ void popUpPlainMenu(const ExportedMenu& rows, const StatusItemHandlers& handlers
     for (const ExportedMenuItem& item : rows) {
         addItem(*menu, item, handlers);
     }
-    popupAtPointer(*menu);
+    menu->popup(QCursor::pos());
 }
 
 } // namespace Varnel

@@ -1,6 +1,5 @@
 #include <VarnelStatusMenu/MenuRowView.h>
 #include <VarnelStatusMenu/OutputChartMenuView.h>
-#include <VarnelStatusMenu/PopupPlacement.h>
 #include <VarnelStatusMenu/StatusMenuPresenter.h>
 #include <VarnelStatusMenu/StatusMenuWindow.h>
 #include <VarnelStatusMenu/StatusPopupMenu.h>
@@ -83,16 +82,6 @@ protected:
 };
 
 using Commands = std::vector<StatusMenuCommand>;
-
-TEST(PopupPlacement, OpensAtThePointerButBesideAnyPanel) {
-    const QRect belowATopPanel(0, 28, 1280, 772);
-    const QSize menu(250, 246);
-    EXPECT_EQ(popupPosition({600, 400}, menu, belowATopPanel), QPoint(600, 400));
-    EXPECT_EQ(popupPosition({1269, 14}, menu, belowATopPanel), QPoint(1030, 28));
-    EXPECT_EQ(popupPosition({1269, 790}, menu, QRect(0, 0, 1280, 772)), QPoint(1030, 526)); // a panel at the bottom
-    EXPECT_EQ(popupPosition({5, 400}, menu, QRect(40, 0, 1240, 800)), QPoint(40, 400));     // at the left
-    EXPECT_EQ(popupPosition({50, 50}, menu, QRect(0, 28, 200, 100)), QPoint(0, 28));        // a screen too small
-}
 
 } // namespace
 
