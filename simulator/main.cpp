@@ -1,6 +1,6 @@
+#include <VarnelShared/TerminationSignals.h>
 #include <simulator/CommandLine.h>
 #include <simulator/SEMSSimulator.h>
-#include <simulator/TerminationSignals.h>
 
 #include <QCoreApplication>
 

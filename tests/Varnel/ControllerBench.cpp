@@ -36,10 +36,10 @@ void ControllerBench::launch() {
     endpoints.alternateBase = simulator.baseURL();
     auto statusItem = std::make_unique<RecordingStatusItem>();
     item = statusItem.get();
-    controller = std::make_shared<AppDelegate>(PlatformServices{
-        time, time, *http, endpoints, userDefaults, keychain, loginItem,
-        [this] { return notificationCenter; }, appearance, shell, systemEvents,
-        std::move(statusItem), BundleInfo{QStringLiteral("com.varnel.menubar"), {}, {}}, dataFolder.path()});
+    controller = std::make_shared<AppDelegate>(
+        PlatformServices{time, time, *http, endpoints, userDefaults, keychain, loginItem,
+                         [this] { return notificationCenter; }, appearance, shell, systemEvents, std::move(statusItem),
+                         BundleInfo{QStringLiteral("com.varnel.menubar"), {}, {}}, dataFolder.path()});
     controller->applicationDidFinishLaunching();
 }
 
