@@ -96,10 +96,10 @@ TEST(OutputChartMenuView, PaintsADotForOneValueAndTextForNone) {
 TEST(OutputChartMenuView, DrawsThinLinesOnWholePixelsAtEveryScale) {
     for (const double scale : {1.0, 1.5, 2.0}) {
         const QImage image = painted(std::vector<double>{1}, scale);
-        // From left to right across the border of the background, and from above across the lowest grid line.
-        std::vector<int> border;
-        for (int x = 0; x < static_cast<int>(19 * scale); ++x) {
-            border.push_back(image.pixelColor(x, image.height() / 2 + 6).lightness());
+        // From left to right across the border of the background, and no further.
+        std::vector<int> border(static_cast<std::size_t>(19 * scale));
+        for (std::size_t x = 0; x < border.size(); ++x) {
+            border[x] = image.pixelColor(static_cast<int>(x), image.height() / 2 + 6).lightness();
         }
         const int width = static_cast<int>(std::floor(scale));
         const int darkest = *std::min_element(border.begin(), border.end());
