@@ -45,7 +45,6 @@ TEST_F(BadReplyEndToEnd, EndsInATypedErrorWithinTheDeadline) {
         {FaultKind::tooDeep, notJSON},
     };
     mayOverlap = true;
-    http.shorterTimeout = std::chrono::milliseconds(300);
     for (const SEMSAuthMode mode : {SEMSAuthMode::openAPI, SEMSAuthMode::legacyPortal}) {
         simulator.behaviour().faults.clear();
         const SEMSSession session = signedIn(mode);
@@ -56,6 +55,9 @@ TEST_F(BadReplyEndToEnd, EndsInATypedErrorWithinTheDeadline) {
             fault.path = QStringLiteral("*MonitorDetail*");
             fault.text = QStringLiteral("oops");
             simulator.behaviour().faults = {fault};
+            // Only what never ends meets the deadline; a busy machine needs its time for the others.
+            const bool isEndless = row.kind == FaultKind::drip || row.kind == FaultKind::silence;
+            http.shorterTimeout = isEndless ? std::optional(std::chrono::milliseconds(200)) : std::nullopt;
             const auto read = reading(session);
             ASSERT_FALSE(read);
             EXPECT_TRUE(row.isExpected(read.error())) << qPrintable(read.error().localizedDescription());
