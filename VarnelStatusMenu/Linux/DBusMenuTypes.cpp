@@ -4,6 +4,9 @@
 
 namespace Varnel {
 
+// QtDBus prescribes that the reading operators return their argument.
+// NOLINTBEGIN(bugprone-return-const-ref-from-parameter)
+
 QDBusArgument& operator<<(QDBusArgument& argument, const DBusMenuItem& item) {
     argument.beginStructure();
     argument << item.id << item.properties;
@@ -72,6 +75,8 @@ const QDBusArgument& operator>>(const QDBusArgument& argument, DBusMenuEvent& ev
     argument.endStructure();
     return argument;
 }
+
+// NOLINTEND(bugprone-return-const-ref-from-parameter)
 
 void registerDBusMenuTypes() {
     qDBusRegisterMetaType<DBusMenuItem>();

@@ -16,6 +16,9 @@ ItemPixmap itemPixmap(const QImage& image) {
     return pixmap;
 }
 
+// QtDBus prescribes that the reading operators return their argument.
+// NOLINTBEGIN(bugprone-return-const-ref-from-parameter)
+
 QDBusArgument& operator<<(QDBusArgument& argument, const ItemPixmap& pixmap) {
     argument.beginStructure();
     argument << pixmap.width << pixmap.height << pixmap.pixels;
@@ -43,6 +46,8 @@ const QDBusArgument& operator>>(const QDBusArgument& argument, ItemToolTip& tool
     argument.endStructure();
     return argument;
 }
+
+// NOLINTEND(bugprone-return-const-ref-from-parameter)
 
 void registerItemProtocolTypes() {
     qDBusRegisterMetaType<ItemPixmap>();

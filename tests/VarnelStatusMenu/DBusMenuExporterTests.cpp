@@ -30,7 +30,7 @@ protected:
     }
 
     template <typename... Arguments>
-    QDBusMessage call(const QString& method, Arguments... arguments) {
+    QDBusMessage call(const QString& method, const Arguments&... arguments) {
         QDBusMessage message = QDBusMessage::createMethodCall(m_program.baseService(), QStringLiteral("/MenuBar"),
                                                               QStringLiteral("com.canonical.dbusmenu"), method);
         message.setArguments({QVariant::fromValue(arguments)...});
