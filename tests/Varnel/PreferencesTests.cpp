@@ -10,7 +10,6 @@ namespace {
 using Testing::await;
 using Testing::ControllerBench;
 using Testing::settle;
-using Testing::waitUntil;
 
 TEST(Preferences, AnExplicitSaveConnectsAndStoresTheTrimmedPassword) {
     ControllerBench bench;
