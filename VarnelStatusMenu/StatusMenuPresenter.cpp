@@ -27,10 +27,12 @@ struct StatusMenuPresenter::Private {
     template <typename Popup>
     void follow(Popup* opened);
     void deliver(StatusMenuCommand command);
+    StatusMenuWindow& titledWindow(const QString& title);
     bool isClickThatDismissed();
 
     StatusMenu menu;
     std::function<void(StatusMenuCommand)> handler;
+    std::function<void()> windowClosed;
     QPointer<QWidget> popup;
     QPointer<StatusMenuWindow> window;
     QElapsedTimer sinceDismissal;
@@ -109,20 +111,40 @@ bool StatusMenuPresenter::isMenuOpen() const {
     return d->popup && d->popup->isVisible();
 }
 
-void StatusMenuPresenter::showWindow(const QString& title) {
-    if (!d->window) {
-        d->window = new StatusMenuWindow(d->menu);
-        QObject::connect(d->window, &StatusMenuWindow::commandChosen, &d->context,
-                         [this](StatusMenuCommand command) { d->deliver(command); });
+StatusMenuWindow& StatusMenuPresenter::Private::titledWindow(const QString& title) {
+    if (!window) {
+        window = new StatusMenuWindow(menu);
+        QObject::connect(window, &StatusMenuWindow::commandChosen, &context,
+                         [this](StatusMenuCommand command) { deliver(command); });
+        // Queued: the handler may open the next window.
+        const auto callHandler = [this] {
+            if (windowClosed) {
+                windowClosed();
+            }
+        };
+        QObject::connect(window, &QObject::destroyed, &context, callHandler, Qt::QueuedConnection);
     }
-    d->window->setWindowTitle(title);
-    d->window->bringToFront();
+    window->setWindowTitle(title);
+    return *window;
+}
+
+void StatusMenuPresenter::showWindow(const QString& title) {
+    d->titledWindow(title).bringToFront();
+}
+
+void StatusMenuPresenter::showWindowMinimized(const QString& title) {
+    d->titledWindow(title).showMinimized();
 }
 
 void StatusMenuPresenter::closeWindow() {
     if (d->window) {
+        QObject::disconnect(d->window, &QObject::destroyed, &d->context, nullptr);
         d->window->close();
     }
+}
+
+void StatusMenuPresenter::setWindowClosedHandler(std::function<void()> handler) {
+    d->windowClosed = std::move(handler);
 }
 
 bool StatusMenuPresenter::isWindowOpen() const {

@@ -30,7 +30,13 @@ public:
 
     /// Opens the ordinary window, or brings the open one to the front.
     void showWindow(const QString& title);
+
+    /// Opens the ordinary window minimised: out of the way, but there in the taskbar.
+    void showWindowMinimized(const QString& title);
     void closeWindow();
+
+    /// Called from the event loop when the user has closed the ordinary window; not for `closeWindow`.
+    void setWindowClosedHandler(std::function<void()> handler);
     bool isWindowOpen() const;
     void setWindowTitle(const QString& title);
 

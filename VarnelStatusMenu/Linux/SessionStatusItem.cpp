@@ -35,6 +35,7 @@ SessionStatusItem::SessionStatusItem(const std::function<BackEnds(const StatusIt
     : m_timers(timers)
     , m_backEnds(makeBackEnds(handlers())) {
     m_presenter.setCommandHandler(handlers().choose);
+    m_presenter.setWindowClosedHandler([this] { keepInTaskbar(); });
     for (const auto& backEnd : m_backEnds) {
         backEnd->setAvailabilityHandler([this] { choose(); });
     }
@@ -147,6 +148,13 @@ void SessionStatusItem::showFallbackWindow() {
         qCInfo(lcApp, "The desktop shows no status items: a window takes their place");
         m_isFallbackWindow = true;
         m_presenter.showWindow(m_content.title);
+    }
+}
+
+void SessionStatusItem::keepInTaskbar() {
+    if (!m_current) {
+        m_isFallbackWindow = true;
+        m_presenter.showWindowMinimized(m_content.title);
     }
 }
 

@@ -41,6 +41,8 @@ private:
     void moveTo(StatusItemBackEnd& backEnd);
     void awaitPanel();
     void showFallbackWindow();
+    /// A window closed by hand where no panel is comes back minimised: the program is never out of reach.
+    void keepInTaskbar();
 
     TimerFactory& m_timers;
     StatusMenuPresenter m_presenter;

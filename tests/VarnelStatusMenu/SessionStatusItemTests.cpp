@@ -1,3 +1,4 @@
+#include "../Support/EventLoop.h"
 #include "../Support/HandTurnedTime.h"
 
 #include <VarnelStatusMenu/Linux/SessionStatusItem.h>
@@ -55,14 +56,15 @@ struct SessionStatusItemTest : testing::Test {
         item->setTitle(QStringLiteral("1.00 kW"));
     }
 
-    static bool isWindowOpen() {
-        for (const QWidget* widget : QApplication::topLevelWidgets()) {
+    static QWidget* window() {
+        for (QWidget* widget : QApplication::topLevelWidgets()) {
             if (widget->isVisible() && widget->windowTitle() == QStringLiteral("1.00 kW")) {
-                return true;
+                return widget;
             }
         }
-        return false;
+        return nullptr;
     }
+    static bool isWindowOpen() { return window() != nullptr; }
 
     HandTurnedTime time;
     StatusItemHandlers handlers;
@@ -122,6 +124,19 @@ TEST_F(SessionStatusItemTest, OpensAWindowAfterTenSecondsWithoutAPanel) {
     EXPECT_FALSE(isWindowOpen());
     time.advance(Seconds(1));
     EXPECT_TRUE(isWindowOpen());
+}
+
+TEST_F(SessionStatusItemTest, AWindowClosedByHandStaysInTheTaskbarUntilAPanelComes) {
+    start(Availability::unavailable, Availability::unavailable);
+    time.advance(Seconds(10));
+    ASSERT_TRUE(isWindowOpen());
+    window()->close();
+    settle();
+    ASSERT_TRUE(isWindowOpen());
+    EXPECT_TRUE(window()->isMinimized());
+    protocol->become(Availability::available);
+    settle();
+    EXPECT_FALSE(isWindowOpen());
 }
 
 TEST_F(SessionStatusItemTest, OpensNoWindowForAPanelThatRestarts) {
