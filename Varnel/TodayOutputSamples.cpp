@@ -13,7 +13,9 @@ void TodayOutputSamples::resetIfNeeded(Timestamp instant) {
         return;
     }
     m_dayStart = dayStart;
-    m_samples.clear();
+    // After midnight none is left; where only the zone has changed, the day's earlier samples are.
+    std::erase_if(m_samples,
+                  [instant](const OutputSample& sample) { return !Calendar::isSameDay(sample.timestamp, instant); });
 }
 
 void TodayOutputSamples::record(double kilowatts, Timestamp at) {

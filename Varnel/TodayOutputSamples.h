@@ -19,7 +19,8 @@ public:
     const std::optional<Timestamp>& dayStart() const { return m_dayStart; }
     const std::vector<OutputSample>& samples() const { return m_samples; }
 
-    /// Empties the list when `instant` lies in another local day than the list's, and takes that day.
+    /// Takes the local day of `instant`, if it is another than the list's, and drops the samples of any other: all of
+    /// them at midnight, few or none when the system's zone changes.
     void resetIfNeeded(Timestamp instant);
 
     /// Adds a reading in kW, a negative one as 0, to the day of `at`. A reading less than a second away from the last

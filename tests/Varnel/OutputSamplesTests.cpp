@@ -56,6 +56,20 @@ TEST(TodayOutputSamples, EmptiesAtLocalMidnightAndOnlyThen) {
     EXPECT_EQ(today.dayStart(), at(2, 0, 0));
 }
 
+TEST(TodayOutputSamples, AChangeOfTheZoneKeepsWhatIsStillToday) {
+    TodayOutputSamples today;
+    today.record(1.0, at(1, 0, 30));
+    today.record(2.0, at(1, 9, 0));
+    const Timestamp now = at(1, 10, 0);
+    const QByteArray zone = qgetenv("TZ");
+    qputenv("TZ", "Europe/London"); // the first sample lies in its yesterday
+    ::tzset();
+    today.resetIfNeeded(now);
+    EXPECT_EQ(kilowatts(today), std::vector<double>{2.0});
+    qputenv("TZ", zone);
+    ::tzset();
+}
+
 TEST(TodayOutputSamples, TheDayOfAClockChangeIsOneDay) {
     TodayOutputSamples today;
     const auto beforeTheChange = Timestamp::fromDateTime(QDateTime(QDate(2026, 10, 25), QTime(0, 30)));
