@@ -72,6 +72,11 @@ void DesktopApplicationShell::terminate() {
 bool DesktopApplicationShell::eventFilter(QObject* watched, QEvent* event) {
     if (watched == m_taskbarWindow.get() && event->type() == QEvent::WindowStateChange) {
         onTaskbarWindowStateChanged();
+    } else if (watched == m_taskbarWindow.get() && event->type() == QEvent::Close && event->spontaneous()) {
+        // Closed from the taskbar, it would be gone while the setting says that it is there. Quitting closes it too,
+        // but not from outside.
+        event->ignore();
+        return true;
     } else if (event->type() == QEvent::Show && watched->isWidgetType()) {
         // The window is mapped after its show event; the message to the window manager must come later than that.
         QMetaObject::invokeMethod(

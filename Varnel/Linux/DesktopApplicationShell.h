@@ -11,8 +11,8 @@ class QWidget;
 namespace Varnel {
 
 /// The application on a freedesktop desktop. A minimised window without content stands in the taskbar for the
-/// application under the regular policy; under the accessory policy no window of ours has a taskbar button. Wayland
-/// offers neither, so the regular policy is refused there.
+/// application under the regular policy, and cannot be closed from there; under the accessory policy no window of ours
+/// has a taskbar button. Wayland offers neither, so the regular policy is refused there.
 class DesktopApplicationShell final : public QObject, public ApplicationShell {
 public:
     DesktopApplicationShell();
