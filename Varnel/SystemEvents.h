@@ -15,7 +15,7 @@ public:
     /// True also where nobody can tell.
     virtual bool isNetworkReachable() const = 0;
 
-    /// Called when the network has become reachable after it was not.
+    /// Called when the network has become reachable after it was not, and when it has come to lead further.
     virtual void setNetworkReachableHandler(std::function<void()> handler) = 0;
 
     /// Called when the machine has woken from sleep. Never called where nothing announces it.

@@ -7,12 +7,34 @@
 
 namespace Varnel {
 
+namespace {
+/// How far the network leads: 0 is nowhere, also with a link that has neither a route nor a name server yet.
+int reachOf(QNetworkInformation::Reachability reachability) {
+    switch (reachability) {
+    case QNetworkInformation::Reachability::Disconnected:
+    case QNetworkInformation::Reachability::Local:
+        return 0;
+    case QNetworkInformation::Reachability::Site:
+        return 1;
+    case QNetworkInformation::Reachability::Online:
+    case QNetworkInformation::Reachability::Unknown:
+        break;
+    }
+    return 2;
+}
+
+int currentReach() {
+    const QNetworkInformation* network = QNetworkInformation::instance();
+    return reachOf(network ? network->reachability() : QNetworkInformation::Reachability::Unknown);
+}
+} // namespace
+
 LinuxSystemEvents::LinuxSystemEvents() {
     // Loading fails where no backend for the network service is installed; the network then counts as reachable.
     if (QNetworkInformation::loadBackendByFeatures(QNetworkInformation::Feature::Reachability)) {
         connect(QNetworkInformation::instance(), &QNetworkInformation::reachabilityChanged, this,
                 &LinuxSystemEvents::onReachabilityChanged);
-        m_wasReachable = isNetworkReachable();
+        m_reach = currentReach();
     }
     QDBusConnection::systemBus().connect(QStringLiteral("org.freedesktop.login1"),
                                          QStringLiteral("/org/freedesktop/login1"),
@@ -23,8 +45,7 @@ LinuxSystemEvents::LinuxSystemEvents() {
 LinuxSystemEvents::~LinuxSystemEvents() = default;
 
 bool LinuxSystemEvents::isNetworkReachable() const {
-    const QNetworkInformation* network = QNetworkInformation::instance();
-    return !network || network->reachability() != QNetworkInformation::Reachability::Disconnected;
+    return currentReach() > 0;
 }
 
 void LinuxSystemEvents::setNetworkReachableHandler(std::function<void()> handler) {
@@ -42,9 +63,9 @@ void LinuxSystemEvents::onPrepareForSleep(bool goingToSleep) {
 }
 
 void LinuxSystemEvents::onReachabilityChanged() {
-    const bool isReachable = isNetworkReachable();
-    const bool wasReachable = std::exchange(m_wasReachable, isReachable);
-    if (isReachable && !wasReachable && m_networkReachable) {
+    // A network comes up in steps; what fails at the first one may succeed at the next.
+    const int reach = currentReach();
+    if (reach > std::exchange(m_reach, reach) && m_networkReachable) {
         m_networkReachable();
     }
 }

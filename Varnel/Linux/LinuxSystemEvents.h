@@ -24,7 +24,7 @@ private Q_SLOTS:
 private:
     void onReachabilityChanged();
 
-    bool m_wasReachable = true;
+    int m_reach = 0; ///< as last reported
     std::function<void()> m_networkReachable;
     std::function<void()> m_resume;
 };
