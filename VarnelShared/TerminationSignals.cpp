@@ -2,6 +2,7 @@
 
 #include <QSocketNotifier>
 
+#include <cerrno>
 #include <csignal>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -15,8 +16,10 @@ constexpr int handledSignals[] = {SIGTERM, SIGINT, SIGHUP};
 int signalSockets[2] = {-1, -1};
 
 void onSignal(int /*number*/) {
+    const int interrupted = errno; // whatever was interrupted may be about to read it
     const char byte = 1;
     [[maybe_unused]] const ssize_t written = ::write(signalSockets[0], &byte, sizeof byte);
+    errno = interrupted;
 }
 
 void install(void (*handler)(int)) {

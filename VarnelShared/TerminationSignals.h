@@ -6,7 +6,8 @@
 
 namespace Varnel {
 
-/// Turns SIGTERM, SIGINT and SIGHUP into a call on the main thread. One per process.
+/// Turns the first SIGTERM, SIGINT or SIGHUP into one call on the main thread. One per process; the signals have their
+/// usual effect again when it is gone.
 class TerminationSignals final : public QObject {
 public:
     explicit TerminationSignals(std::function<void()> terminate);
