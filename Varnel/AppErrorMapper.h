@@ -9,7 +9,8 @@ namespace Varnel {
 /// Where an error happened; the same fault gives other advice while signing in than while polling.
 enum class AppErrorContext { signIn, polling };
 
-/// Turns any error into the one line that the status menu shows. Never shows the body of a reply.
+/// Turns any error into the one line that the status menu shows. Shows the body of a reply only with a status below
+/// 400.
 namespace AppErrorMapper {
 QString userFacingMessage(const Error& error, AppErrorContext context);
 }
