@@ -79,7 +79,11 @@ public:
     /// Builds what the status item shows from the values of this moment and hands it over.
     void updateStatusBar();
 
+    /// Opens the preferences anew; what was typed into an open window's Account pane and not saved goes.
     void showPreferencesWindow(PreferencesInitialTab initialTab);
+
+    /// Shows an open preferences window as it is, or opens one. For a second start and the taskbar.
+    void bringPreferencesToFront();
 
     /// The explicit save of the Account pane; true when a session exists afterwards.
     QCoro::Task<bool> applyPreferences(PreferencesDraft draft);
@@ -125,6 +129,7 @@ private:
     QString keychainAccount() const;
     std::optional<QString> trimmedStationID() const;
     std::optional<QString> storedPassword();
+    QCoro::Task<void> signIn(Client client, QString account, QString password);
     /// False when a later attempt has begun, the account has changed or the program ends: the attempt is then over.
     bool isCurrentSignIn(int attempt, const QString& account);
     void failSignIn(const Error& error);
@@ -134,6 +139,9 @@ private:
     void adoptStation(const QString& stationID);
     void dropPollingService();
     void dropConnection();
+    /// Nothing of one account is shown, polled for or announced under another.
+    void forgetAccount();
+    /// Nor anything of one station under another.
     void forgetReadings();
 
     // Polling
@@ -152,6 +160,7 @@ private:
     void configureApplicationMenu();
     void handleApplicationCommand(ApplicationCommand command);
     void observeAppearanceChanges();
+    void showConnectionState();
     PreferencesDraft currentDraft();
     PreferencesHandlers preferencesHandlers();
     void takeAccountSettings(const PreferencesDraft& draft);

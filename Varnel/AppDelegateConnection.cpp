@@ -3,6 +3,7 @@
 #include <Varnel/AppErrorMapper.h>
 
 #include <VarnelShared/Logging.h>
+#include <VarnelShared/Task.h>
 #include <VarnelShared/Text.h>
 
 #include <utility>
@@ -36,21 +37,24 @@ void AppDelegate::storePassword(const QString& password) {
 }
 
 QCoro::Task<void> AppDelegate::authenticateAndStartPolling(QString password) {
-    const auto self = shared_from_this();
     const QString account = trimmedAccount();
     if (account.isEmpty()) {
         rejectSignIn(QStringLiteral("SEMS account is required."));
-        co_return;
+        return completedTask();
     }
     const QUrl baseURL(trimmed(m_settings.baseURL), QUrl::StrictMode);
     if (!baseURL.isValid() || baseURL.scheme().isEmpty()) {
         rejectSignIn(QStringLiteral("Invalid SEMS base URL."));
-        co_return;
+        return completedTask();
     }
+    return signIn(std::make_shared<SEMSAPIClient>(baseURL, m_platform.http, m_platform.clock, m_platform.endpoints),
+                  account, password);
+}
+
+QCoro::Task<void> AppDelegate::signIn(Client client, QString account, QString password) {
+    const auto self = shared_from_this();
     const int attempt = ++m_latestSignIn;
     m_isSigningIn = true;
-    const Client client =
-        std::make_shared<SEMSAPIClient>(baseURL, m_platform.http, m_platform.clock, m_platform.endpoints);
     Result<SEMSSession> session = co_await client->signIn(account, password);
     if (!isCurrentSignIn(attempt, account)) {
         co_return;
@@ -80,6 +84,7 @@ QCoro::Task<void> AppDelegate::authenticateAndStartPolling(QString password) {
     m_bootstrapAgain = false;
     m_lastErrorMessage.reset();
     startPolling();
+    updateStatusBar();
     co_await refreshNow();
 }
 
@@ -154,13 +159,8 @@ void AppDelegate::adoptStation(const QString& stationID) {
 }
 
 void AppDelegate::signOut(bool clearStoredPassword) {
-    dropConnection();
-    m_platform.http.reset();
-    m_cachedPassword.reset();
-    m_productionNotificationEvaluator.reset();
+    forgetAccount();
     m_lastErrorMessage.reset();
-    forgetReadings();
-    m_outputHistoryStore.clear();
     if (clearStoredPassword && !trimmedAccount().isEmpty()) {
         if (const Result<void> deleted = m_keychain.deleteSecret(keychainAccount()); !deleted) {
             qCWarning(lcApp, "The password could not be deleted: %s",
@@ -184,7 +184,16 @@ void AppDelegate::dropConnection() {
     m_semsSession.reset();
 }
 
+void AppDelegate::forgetAccount() {
+    dropConnection();
+    m_platform.http.reset();
+    m_cachedPassword.reset();
+    forgetReadings();
+    m_outputHistoryStore.clear();
+}
+
 void AppDelegate::forgetReadings() {
+    m_productionNotificationEvaluator.reset();
     m_latestPowerKW.reset();
     m_latestTodayOutputKWh.reset();
     m_systemSizeKW.reset();

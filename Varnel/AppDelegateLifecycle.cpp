@@ -50,13 +50,13 @@ void AppDelegate::applicationDidFinishLaunching() {
 }
 
 void AppDelegate::applicationWillTerminate() {
+    m_preferencesCoordinator.close(); // hands on an edit that is still pending, which may restart polling
     persistOutputHistory();
     m_isTerminated = true;
     dropPollingService();
     m_appearanceObservation.reset();
     m_midnightTimer.reset();
     m_catchUpTimer.reset();
-    m_preferencesCoordinator.close();
 }
 
 void AppDelegate::clampStoredInterval() {
@@ -83,16 +83,17 @@ QCoro::Task<void> AppDelegate::bootstrapIn(BootstrapMode mode) {
         m_productionNotificationEvaluator.reset();
     }
     const bool isSilent = mode == BootstrapMode::silent;
+    const int save = m_latestSave;
     // A repeated attempt asks for nothing: the prompt to unlock belongs to the start and to the preferences.
     if (!trimmedAccount().isEmpty() && !isSilent) {
         co_await m_keychain.unlock(keychainAccount(), KeychainAccess::reading);
     }
-    if (m_isTerminated || m_semsSession || m_isSigningIn) {
+    if (m_isTerminated || m_semsSession || m_isSigningIn || save != m_latestSave) {
         co_return; // the user has connected, or is about to, while the keyring asked
     }
     const std::optional<QString> password = storedPassword();
     if (trimmedAccount().isEmpty() || !password) {
-        if (!isSilent) {
+        if (!isSilent && !m_preferencesCoordinator.window()) {
             showPreferencesWindow(PreferencesInitialTab::account);
         }
         co_return;

@@ -21,7 +21,11 @@ void AppDelegate::wireMenuActions() {
     };
     m_statusBarController.onOpenPreferences = openPreferences(PreferencesInitialTab::general);
     m_statusBarController.onSignIn = openPreferences(PreferencesInitialTab::account);
-    m_platform.shell.setReopenHandler(openPreferences(PreferencesInitialTab::general));
+    m_platform.shell.setReopenHandler([weak] {
+        if (const auto self = weak.lock()) {
+            self->bringPreferencesToFront();
+        }
+    });
     m_statusBarController.onRefresh = [weak] {
         startTask("refresh", [weak] {
             const auto self = weak.lock();

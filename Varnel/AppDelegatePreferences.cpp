@@ -58,7 +58,23 @@ void AppDelegate::showPreferencesWindow(PreferencesInitialTab initialTab) {
                                                                 preferencesHandlers(), m_platform.timers);
     window->setApplicationMenu(m_applicationMenu.get());
     m_preferencesCoordinator.show(std::move(window));
+    showConnectionState();
     showNotificationAuthorization();
+}
+
+void AppDelegate::bringPreferencesToFront() {
+    PreferencesWindowController* window = m_preferencesCoordinator.window();
+    if (!window) {
+        showPreferencesWindow(PreferencesInitialTab::general);
+        return;
+    }
+    m_platform.shell.activate();
+    window->showWindowAndFocus();
+}
+
+void AppDelegate::showConnectionState() {
+    m_preferencesCoordinator.updateConnectionState(m_semsSession.has_value(), m_lastErrorMessage.has_value(),
+                                                   m_lastErrorMessage.value_or(QString()));
 }
 
 PreferencesDraft AppDelegate::currentDraft() {
@@ -143,14 +159,15 @@ void AppDelegate::takeAccountSettings(const PreferencesDraft& draft) {
     const bool isOtherAccount = trimmed(before.account).compare(m_settings.account, Qt::CaseInsensitive) != 0;
     const bool isOtherStation = trimmed(before.stationID) != m_settings.stationID;
     if (isOtherAccount) {
-        // Nothing of one account is shown, or polled for, under another.
-        dropConnection();
-        m_platform.http.reset();
-        forgetReadings();
-        m_outputHistoryStore.clear();
+        forgetAccount();
+        updateStatusBar();
     } else if (isOtherStation) {
         forgetReadings();
         restoreOutputHistoryIfAvailable();
+        if (m_pollingService) {
+            startPolling(); // a poll in flight would bring the former station back
+        }
+        updateStatusBar();
     }
 }
 
@@ -226,9 +243,8 @@ void AppDelegate::applyDockIconPreference() {
         return;
     }
     applyApplicationIconIfAvailable();
-    if (PreferencesWindowController* window = m_preferencesCoordinator.window()) {
-        m_platform.shell.activate();
-        window->showWindowAndFocus();
+    if (m_preferencesCoordinator.window()) {
+        bringPreferencesToFront();
     }
 }
 

@@ -32,8 +32,7 @@ void AppDelegate::updateStatusBar() {
     addChart(presentation, now);
     presentation.errorLine = m_lastErrorMessage;
     m_statusBarController.update(presentation);
-    m_preferencesCoordinator.updateConnectionState(presentation.isSignedIn, m_lastErrorMessage.has_value(),
-                                                   m_lastErrorMessage.value_or(QString()));
+    showConnectionState();
 }
 
 void AppDelegate::addValues(StatusPresentation& presentation) const {

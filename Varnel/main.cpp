@@ -62,10 +62,10 @@ int run(SingleInstance& instance) {
                          [=] { return isBundled ? notificationCenter : nullptr; }, appearance, shell, systemEvents,
                          std::move(statusItem), installation.bundle, installation.applicationSupport});
     notificationCenter->setActivationHandler([&controller] { controller->showStatusWindow(); });
-    instance.setActivationHandler([&controller] { controller->showPreferencesWindow(PreferencesInitialTab::general); });
     const TerminationSignals signals([] { QApplication::quit(); });
 
     controller->applicationDidFinishLaunching();
+    instance.setActivationHandler([&controller] { controller->bringPreferencesToFront(); });
     const int status = QApplication::exec();
     controller->applicationWillTerminate();
     http.reset();

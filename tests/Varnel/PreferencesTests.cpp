@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QMenu>
+#include <QSpinBox>
 
 namespace Varnel {
 namespace {
@@ -65,10 +66,38 @@ TEST(Preferences, AnotherAccountShowsNothingOfTheFormerOne) {
     PreferencesDraft draft = bench.draft();
     draft.account = QStringLiteral("somebody@example.com");
     draft.password = QStringLiteral("wrong");
-    EXPECT_FALSE(await(bench.controller->applyPreferences(draft)));
-    EXPECT_EQ(bench.title(), QStringLiteral("SEMS --"));
+    QCoro::Task<bool> save = bench.controller->applyPreferences(draft);
+    EXPECT_EQ(bench.title(), QStringLiteral("SEMS --")); // at once, not when the sign-in has ended
+    EXPECT_FALSE(await(std::move(save)));
     EXPECT_TRUE(bench.controller->todayOutputSamples().empty());
     EXPECT_FALSE(QFile::exists(bench.dataFolder.filePath(QStringLiteral("com.varnel.menubar/output-history.json"))));
+}
+
+TEST(Preferences, APollInFlightDoesNotBringTheFormerStationBack) {
+    ControllerBench bench;
+    bench.launchConnected();
+    const std::size_t before = bench.requestCount();
+    bench.time.advance(Seconds(300));
+    EXPECT_TRUE(bench.waitForRequests(before + 1));
+    Simulator::Fault silence;
+    silence.kind = Simulator::FaultKind::silence;
+    bench.simulator.behaviour().faults = {silence}; // what is asked from now on
+    PreferencesDraft draft = bench.draft();
+    draft.stationID = QStringLiteral("another");
+    QCoro::Task<bool> save = bench.controller->applyPreferences(draft);
+    EXPECT_EQ(bench.title(), QStringLiteral("--"));
+    EXPECT_FALSE(waitUntil([&] { return bench.controller->settings().stationID != QLatin1String("another"); }, 300));
+    EXPECT_TRUE(bench.controller->isPolling());
+}
+
+TEST(Preferences, QuittingHandsOnAPendingEditAndStillEndsPolling) {
+    ControllerBench bench;
+    bench.launchConnected();
+    bench.controller->showPreferencesWindow(PreferencesInitialTab::general);
+    bench.controller->preferencesCoordinator().window()->window()->findChild<QSpinBox*>()->setValue(10);
+    bench.controller->applicationWillTerminate();
+    EXPECT_EQ(bench.storedSettings().pollIntervalSeconds, 600);
+    EXPECT_FALSE(bench.controller->isPolling());
 }
 
 TEST(Preferences, OfTwoSavesInARowTheLaterOneHolds) {
