@@ -11,6 +11,7 @@ namespace {
 using Testing::await;
 using Testing::ControllerBench;
 using Testing::settle;
+using Testing::waitUntil;
 
 TEST(Preferences, AnExplicitSaveConnectsAndStoresTheTrimmedPassword) {
     ControllerBench bench;
