@@ -24,7 +24,7 @@ QString optionName(const QString& settingName) {
 
 /// A text unless it can only be meant as JSON: whether "12" is a password or a number is the setting's to say.
 JSON settingValue(const QString& name, const QString& argument) {
-    const JSON asText = argument.toStdString();
+    JSON asText = argument.toStdString();
     if (changed(standardBehaviour(), {{name.toStdString(), asText}}, QDateTime::currentDateTime())) {
         return asText;
     }

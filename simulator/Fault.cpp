@@ -8,7 +8,7 @@ namespace Varnel::Simulator {
 
 namespace {
 constexpr qsizetype deepNesting = 100000;
-constexpr qsizetype largeBody = qsizetype(16) * 1024 * 1024;
+constexpr qsizetype largeBody = qsizetype(9) * 1024 * 1024;
 
 const QByteArray loginPage =
     QByteArrayLiteral("<!DOCTYPE html>\n<html><head><title>Log in to the network</title></head>"
@@ -107,7 +107,7 @@ std::optional<Fault> takeFault(std::vector<Fault>& faults, const ServiceRequest&
         if (!fault->matches(request)) {
             continue;
         }
-        const Fault taken = *fault;
+        Fault taken = *fault;
         if (fault->count && --*fault->count <= 0) {
             faults.erase(fault);
         }

@@ -81,7 +81,7 @@ struct RawValueTable<Simulator::FaultKind> {
         RawValueCase{Simulator::FaultKind::notJSON, "not-json", "no JSON"},
         RawValueCase{Simulator::FaultKind::html, "html", "a page with status 200"},
         RawValueCase{Simulator::FaultKind::tooDeep, "too-deep", "100,000 nested arrays"},
-        RawValueCase{Simulator::FaultKind::tooLarge, "too-large", "a reply of 16 MiB"},
+        RawValueCase{Simulator::FaultKind::tooLarge, "too-large", "a reply of 9 MiB"},
     };
 };
 

@@ -186,6 +186,7 @@ Reply SEMSService::signInPortal(const Route& route, const ServiceRequest& reques
 
 Reply SEMSService::stations(const Route& route, const Parameters& parameters) const {
     std::vector<StationReading> readings;
+    readings.reserve(m_behaviour.stations.size());
     for (const SimulatedStation& each : m_behaviour.stations) {
         readings.push_back(reading(each));
     }

@@ -10,7 +10,7 @@ using namespace std::string_literals;
 
 class ReadingEndToEnd : public EndToEndTest {
 protected:
-    static std::string withStation(std::string text) { return text + stationID; }
+    static std::string withStation(const std::string& text) { return text + stationID; }
 };
 
 TEST_F(ReadingEndToEnd, FourTokenPathsAreTriedInOrder) {
@@ -124,7 +124,8 @@ TEST_F(ReadingEndToEnd, EveryDayPathOfTheFamilyIsTriedInBothFormsAndNoneHoldsBac
             expected.push_back("POST " + path);
         }
         for (const std::string& path : paths) {
-            expected.push_back("GET " + path + query);
+            expected.push_back("GET " + path);
+            expected.back() += query;
         }
         EXPECT_EQ(asked(), expected);
     }
