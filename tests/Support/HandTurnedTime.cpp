@@ -12,16 +12,16 @@ namespace Varnel::Testing {
 /// Removes its entry when it is invalidated. The time must outlive its timers.
 class HandTurnedTime::Timer final : public OneShotTimer {
 public:
-    Timer(std::list<Entry>& entries, const Entry* entry)
+    Timer(std::list<Entry>& entries, std::size_t number)
         : m_entries(entries)
-        , m_entry(entry) {}
+        , m_number(number) {}
     ~Timer() override {
-        m_entries.remove_if([this](const Entry& entry) { return &entry == m_entry; });
+        m_entries.remove_if([this](const Entry& entry) { return entry.number == m_number; });
     }
 
 private:
     std::list<Entry>& m_entries;
-    const Entry* m_entry;
+    std::size_t m_number;
 };
 
 HandTurnedTime::HandTurnedTime(const QDateTime& start)
@@ -29,8 +29,9 @@ HandTurnedTime::HandTurnedTime(const QDateTime& start)
 
 std::unique_ptr<OneShotTimer> HandTurnedTime::schedule(Seconds delay, std::function<void()> fire) {
     m_scheduledDelays.push_back(delay.count());
-    m_entries.push_back({m_now + delay, std::move(fire)});
-    return std::make_unique<Timer>(m_entries, &m_entries.back());
+    const std::size_t number = m_scheduledDelays.size();
+    m_entries.push_back({number, m_now + delay, std::move(fire)});
+    return std::make_unique<Timer>(m_entries, number);
 }
 
 void HandTurnedTime::fireOverdue() {
@@ -55,6 +56,14 @@ void HandTurnedTime::advance(Seconds duration) {
         settle();
     }
     m_now = target;
+}
+
+void HandTurnedTime::advanceToNextTimer() {
+    const auto next = std::min_element(m_entries.begin(), m_entries.end(),
+                                       [](const Entry& a, const Entry& b) { return a.due < b.due; });
+    if (next != m_entries.end()) {
+        advance(std::max(next->due - m_now, Seconds(0)));
+    }
 }
 
 } // namespace Varnel::Testing

@@ -23,6 +23,9 @@ public:
     /// Passes `duration` and fires what becomes due on the way.
     void advance(Seconds duration);
 
+    /// Passes what is left until the next timer is due, and fires it; does nothing without one.
+    void advanceToNextTimer();
+
     /// Turns the clock without firing anything, as a machine does that sleeps or whose clock is set.
     void jumpTo(Timestamp instant) { m_now = instant; }
 
@@ -34,6 +37,7 @@ public:
 
 private:
     struct Entry {
+        std::size_t number; ///< names the timer; the address of an entry that has fired may be another's by now
         Timestamp due;
         std::function<void()> fire;
     };
