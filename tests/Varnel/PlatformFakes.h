@@ -96,12 +96,28 @@ public:
 
 class RecordingStatusItem final : public StatusItem {
 public:
-    void setTitle(const QString& text) override { title = text; }
-    void setToolTip(const QString& text) override { toolTip = text; }
-    void setMenu(const StatusMenu& entries) override { menu = entries; }
+    void setTitle(const QString& text) override {
+        title = text;
+        if (shownBy) {
+            shownBy->setTitle(text);
+        }
+    }
+    void setToolTip(const QString& text) override {
+        toolTip = text;
+        if (shownBy) {
+            shownBy->setToolTip(text);
+        }
+    }
+    void setMenu(const StatusMenu& entries) override {
+        menu = entries;
+        if (shownBy) {
+            shownBy->setMenu(entries);
+        }
+    }
     void setCommandHandler(std::function<void(StatusMenuCommand)> handler) override { choose = std::move(handler); }
     void showWindow() override { ++windowsShown; }
 
+    std::unique_ptr<StatusItem> shownBy; ///< a real item that is told the same, where one is wished for
     QString title;
     QString toolTip;
     StatusMenu menu;
