@@ -7,6 +7,7 @@ namespace Varnel {
 QCoro::Task<Result<HTTPResponse>> WatchedHTTPSession::send(HTTPRequest request) {
     hosts.push_back(request.url.host());
     timeouts.push_back(request.timeout);
+    onSend();
     request.timeout = std::min(request.timeout, shorterTimeout.value_or(request.timeout));
     return m_session.send(std::move(request));
 }
@@ -32,30 +33,55 @@ QUrl EndToEndTest::base(const QString& folder) const {
 SEMSSession EndToEndTest::signedIn(SEMSAuthMode mode) {
     simulator.behaviour().families =
         mode == SEMSAuthMode::openAPI ? Simulator::ServedFamilies::token : Simulator::ServedFamilies::portal;
-    const auto session = Testing::await(client->signIn(account, password));
-    EXPECT_TRUE(session) << qPrintable(session.error().localizedDescription());
-    EXPECT_EQ(session->authMode, mode);
+    const auto session = signIn();
+    EXPECT_EQ(session.value().authMode, mode);
     simulator.log().clear();
     return *session;
 }
 
-void EndToEndTest::breakPaths(const QString& pattern, const QString& contentType) {
-    Fault fault;
-    fault.path = pattern;
+void EndToEndTest::disturb(FaultKind kind, const QString& paths) {
+    simulator.behaviour().faults.assign(1, {});
+    simulator.behaviour().faults.front().kind = kind;
+    simulator.behaviour().faults.front().path = paths;
+}
+
+void EndToEndTest::answer(const QString& paths, int status, const QString& body, const QString& contentType) {
+    Simulator::Fault& fault = simulator.behaviour().faults.emplace_back();
+    fault.path = paths;
     fault.contentType = contentType;
-    simulator.behaviour().faults.push_back(fault);
+    fault.status = status;
+    fault.text = body;
 }
 
-Result<PowerReading> EndToEndTest::reading(const SEMSSession& session) {
-    return Testing::await(client->fetchCurrentPower(session, QString::fromLatin1(stationID)));
-}
-
-std::vector<std::string> EndToEndTest::asked() {
-    std::vector<std::string> lines;
+EndToEndTest::Lines EndToEndTest::asked() {
+    Lines lines;
     for (const Simulator::ServiceRequest& each : simulator.log().requests()) {
         lines.push_back((each.method + ' ' + each.target).toStdString());
     }
     return lines;
+}
+
+EndToEndTest::Lines EndToEndTest::inPasses(const Lines& paths, const char* first, const char* second,
+                                           const std::string& query) {
+    Lines lines;
+    for (const std::string& path : paths) {
+        lines.push_back(first + path);
+    }
+    for (const std::string& path : paths) {
+        lines.push_back(second + path + query);
+    }
+    return lines;
+}
+
+std::string EndToEndTest::sent(std::size_t index) {
+    const Simulator::ServiceRequest& request = simulator.log().requests().at(index);
+    QByteArray text;
+    for (const char* name : {"Accept", "Content-Type", "Token", "Authorization", "User-Agent"}) {
+        const QByteArray value = request.header(name);
+        const bool isOurs = !value.isEmpty() && !value.startsWith("Mozilla/"); // which Qt sends of its own accord
+        text += !isOurs ? QByteArray() : name + QByteArray(": ") + value + '\n';
+    }
+    return (text + request.body).toStdString();
 }
 
 } // namespace Varnel

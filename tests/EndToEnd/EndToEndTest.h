@@ -7,14 +7,13 @@
 
 #include <VarnelSEMS/Linux/NetworkHTTPSession.h>
 #include <VarnelSEMS/SEMSAPIClient.h>
-#include <VarnelSEMS/SEMSAPIError.h>
 
 #include <gmock/gmock.h>
 
 namespace Varnel {
 
-using Simulator::Fault;
 using Simulator::FaultKind;
+using Testing::await;
 
 /// The real session, watched: notes which hosts are asked and with which deadline, and may shorten that deadline so
 /// that no test has to wait for it.
@@ -23,6 +22,7 @@ public:
     QCoro::Task<Result<HTTPResponse>> send(HTTPRequest request) override;
     void reset() override { m_session.reset(); }
 
+    std::function<void()> onSend = [] {};
     std::optional<std::chrono::milliseconds> shorterTimeout;
     std::vector<QString> hosts;
     std::vector<std::chrono::milliseconds> timeouts;
@@ -35,7 +35,7 @@ private:
 /// alone was asked and, unless it says otherwise, that no two requests were in flight at once.
 class EndToEndTest : public testing::Test {
 protected:
-    static constexpr const char* stationID = "6f1c2a34-58be-4d0e-9a57-2b8c41d7e001";
+    using Lines = std::vector<std::string>;
 
     void SetUp() override;
     void TearDown() override;
@@ -43,22 +43,33 @@ protected:
     /// A base of the simulator behind a folder of its own: a host of another region, as far as paths can tell.
     QUrl base(const QString& folder) const;
 
+    Result<SEMSSession> signIn() { return await(client->signIn(account, password)); }
+
     /// A session of the family, signed in; the log begins behind the sign-in.
     SEMSSession signedIn(SEMSAuthMode mode);
 
-    /// Every request with these paths ends in HTTP 500.
-    void breakPaths(const QString& pattern, const QString& contentType = {});
+    /// From now on this alone is wrong, with these paths.
+    void disturb(FaultKind kind, const QString& paths = QStringLiteral("*"));
 
-    Result<PowerReading> reading(const SEMSSession& session);
+    /// Besides, every request with these paths ends in this status with this body. The first that is asked for counts.
+    void answer(const QString& paths, int status, const QString& body = {}, const QString& contentType = {});
+
+    Result<PowerReading> reading(const SEMSSession& session, const QString& station = stationID) {
+        return await(client->fetchCurrentPower(session, station));
+    }
 
     /// "METHOD target" of each request so far, in order.
-    std::vector<std::string> asked();
-    const Simulator::ServiceRequest& request(std::size_t index) { return simulator.log().requests().at(index); }
+    Lines asked();
 
-    static const SEMSAPIError* semsError(const Error& error) { return error.as<SEMSAPIError>(); }
+    /// What such a list holds when every path is asked for by the first method and then every path by the second.
+    static Lines inPasses(const Lines& paths, const char* first, const char* second, const std::string& query = {});
 
+    /// What a request says beside its target: a line for each header that matters to the service, then the body.
+    std::string sent(std::size_t index);
+
+    static inline const QString stationID = QStringLiteral("6f1c2a34-58be-4d0e-9a57-2b8c41d7e001");
     const QString account = QStringLiteral("demo@example.com");
-    const QString password = QStringLiteral("p&ss wörd+1");
+    const QString password = QStringLiteral("p&ss wörd\"1");
     Testing::HandTurnedTime time;
     Simulator::SEMSSimulator simulator{time};
     WatchedHTTPSession http;
@@ -66,5 +77,10 @@ protected:
     std::shared_ptr<SEMSAPIClient> client;
     bool mayOverlap = false; ///< the service notices that a client has gone only after the next request came
 };
+
+template <typename T>
+std::string errorOf(const Result<T>& result) {
+    return result ? "no error" : result.error().localizedDescription().toStdString();
+}
 
 } // namespace Varnel

@@ -3,88 +3,70 @@
 namespace Varnel {
 namespace {
 
-using testing::ElementsAre;
+using namespace Qt::StringLiterals;
 
 class StationsEndToEnd : public EndToEndTest {
 protected:
     Result<std::vector<PowerStation>> stations(SEMSAuthMode mode) {
-        const SEMSSession session = signedIn(mode);
-        return Testing::await(client->fetchPowerStations(session));
+        return await(client->fetchPowerStations(signedIn(mode)));
     }
 };
 
 TEST_F(StationsEndToEnd, TheTokenAPIIsAskedByPOSTThenByGET) {
-    breakPaths(QStringLiteral("*PowerStation*"));
-    ASSERT_FALSE(stations(SEMSAuthMode::openAPI));
-    EXPECT_THAT(
-        asked(),
-        ElementsAre("POST /api/api/v1/OpenApi/GetUserPowerStation", "POST /api/api/OpenApi/GetUserPowerStation",
-                    "POST /api/api/v1/OpenApi/GetPowerStationByUser", "POST /api/api/OpenApi/GetPowerStationByUser",
-                    "GET /api/api/v1/OpenApi/GetUserPowerStation", "GET /api/api/OpenApi/GetUserPowerStation",
-                    "GET /api/api/v1/OpenApi/GetPowerStationByUser", "GET /api/api/OpenApi/GetPowerStationByUser"));
-    EXPECT_EQ(request(0).body, R"({"searchType":0,"page_index":1,"page_size":50})");
-    EXPECT_EQ(request(4).body, "");
-    EXPECT_EQ(request(4).header("Authorization"), "Bearer " + request(4).header("Token"));
+    answer(u"*PowerStation*"_s, 404);
+    EXPECT_EQ(errorOf(stations(SEMSAuthMode::openAPI)), "SEMS API returned HTTP 404.");
+    EXPECT_EQ(asked(), inPasses({"/api/api/v1/OpenApi/GetUserPowerStation", "/api/api/OpenApi/GetUserPowerStation",
+                                 "/api/api/v1/OpenApi/GetPowerStationByUser", "/api/api/OpenApi/GetPowerStationByUser"},
+                                "POST ", "GET "));
+    const std::string token = simulator.log().requests().at(4).header("Token").toStdString();
+    const std::string headers = "Token: " + token + "\nAuthorization: Bearer " + token + '\n';
+    EXPECT_EQ(sent(0), "Accept: application/json\nContent-Type: application/json\n" + headers +
+                           R"({"searchType":0,"page_index":1,"page_size":50})");
+    EXPECT_EQ(sent(4), "Accept: application/json\n" + headers);
 }
 
 TEST_F(StationsEndToEnd, ThePortalIsAskedInJSONThenInAForm) {
-    breakPaths(QStringLiteral("*QueryPowerStationMonitor*"));
-    ASSERT_FALSE(stations(SEMSAuthMode::legacyPortal));
-    const std::vector<std::string> pass = {"POST /api/v3/PowerStationQuery/QueryPowerStationMonitor",
-                                           "POST /api/PowerStationMonitor/QueryPowerStationMonitorForApp",
-                                           "POST /api/v2/PowerStationMonitor/QueryPowerStationMonitorForApp",
-                                           "POST /api/v1/PowerStationMonitor/QueryPowerStationMonitorForApp"};
-    std::vector<std::string> both = pass;
-    both.insert(both.end(), pass.begin(), pass.end());
-    EXPECT_EQ(asked(), both);
-    EXPECT_EQ(request(3).body, R"({"page_size":20,"page_index":1,"powerstation_id":"","orderby":"",)"
-                               R"("powerstation_status":"","key":"","powerstation_type":""})");
-    EXPECT_EQ(request(4).body,
-              "page_size=20&page_index=1&powerstation_id=&orderby=&powerstation_status=&key=&powerstation_type=");
-    EXPECT_EQ(request(4).header("Content-Type"), "application/x-www-form-urlencoded");
+    answer(u"*PowerStation*"_s, 500);
+    EXPECT_FALSE(stations(SEMSAuthMode::legacyPortal));
+    EXPECT_EQ(asked(), inPasses({"/api/v3/PowerStationQuery/QueryPowerStationMonitor",
+                                 "/api/PowerStationMonitor/QueryPowerStationMonitorForApp",
+                                 "/api/v2/PowerStationMonitor/QueryPowerStationMonitorForApp",
+                                 "/api/v1/PowerStationMonitor/QueryPowerStationMonitorForApp"},
+                                "POST ", "POST "));
+    EXPECT_THAT(sent(3), testing::EndsWith(R"({"page_size":20,"page_index":1,"powerstation_id":"","orderby":"",)"
+                                           R"("powerstation_status":"","key":"","powerstation_type":""})"));
+    EXPECT_THAT(sent(4), testing::EndsWith("page_size=20&page_index=1&powerstation_id=&orderby=&powerstation_status="
+                                           "&key=&powerstation_type="));
 }
 
 TEST_F(StationsEndToEnd, TheFirstReplyWithStationsIsTaken) {
-    const auto& rows = allCases<Simulator::KeyStyle>();
     for (const SEMSAuthMode mode : {SEMSAuthMode::openAPI, SEMSAuthMode::legacyPortal}) {
-        for (const auto& row : rows) {
+        for (const auto& row : allCases<Simulator::KeyStyle>()) {
             SCOPED_TRACE(row.rawValue);
             simulator.behaviour().shape.keys = row.value;
-            const auto found = stations(mode);
-            ASSERT_TRUE(found);
             const std::vector<PowerStation> expected = {
-                {QString::fromLatin1(stationID), QStringLiteral("Sunny Roof"), 8.2},
-                {QStringLiteral("6f1c2a34-58be-4d0e-9a57-2b8c41d7e002"), QStringLiteral("Garden Shed"), 3.0}};
-            EXPECT_EQ(*found, expected);
+                {stationID, u"Sunny Roof"_s, 8.2}, {u"6f1c2a34-58be-4d0e-9a57-2b8c41d7e002"_s, u"Garden Shed"_s, 3.0}};
+            EXPECT_EQ(stations(mode).value(), expected);
             EXPECT_EQ(asked().size(), 1U);
         }
     }
 }
 
-TEST_F(StationsEndToEnd, ThePortalsFormIsAnsweredWhereItsJSONIsNot) {
-    breakPaths(QStringLiteral("*QueryPowerStationMonitor*"), QStringLiteral("json"));
-    EXPECT_TRUE(stations(SEMSAuthMode::legacyPortal));
-    EXPECT_EQ(asked().size(), 5U);
-}
-
-TEST_F(StationsEndToEnd, AnEmptyListEndsTheSearchAtOnce) {
-    Fault empty;
-    empty.kind = FaultKind::emptyList;
-    empty.path = QStringLiteral("*PowerStation*");
-    simulator.behaviour().faults = {empty};
-    const auto found = stations(SEMSAuthMode::openAPI);
-    ASSERT_FALSE(found);
-    EXPECT_EQ(*semsError(found.error()), SEMSAPIError::noPowerStation());
-    EXPECT_EQ(asked().size(), 1U);
-}
-
 TEST_F(StationsEndToEnd, TheSizeIsThatOfThePreferredStation) {
     const SEMSSession session = signedIn(SEMSAuthMode::legacyPortal);
-    const auto size = [&](const char* id) {
-        return Testing::await(client->fetchSystemSizeKW(session, QString::fromLatin1(id))).value_or(std::nullopt);
-    };
-    EXPECT_EQ(size(" 6f1c2a34-58be-4d0e-9a57-2b8c41d7e002 "), 3.0);
-    EXPECT_EQ(size("unknown"), 8.2);
+    const std::pair<std::optional<QString>, double> rows[] = {
+        {u" 6f1c2a34-58be-4d0e-9a57-2b8c41d7e002 "_s, 3.0}, {u"unknown"_s, 8.2}, {std::nullopt, 8.2}};
+    for (const auto& [preferred, size] : rows) {
+        EXPECT_EQ(await(client->fetchSystemSizeKW(session, preferred)).value(), size);
+    }
+}
+
+TEST_F(StationsEndToEnd, AnEmptyListEndsTheSearchAtOnceAndHasNoSize) {
+    const SEMSSession session = signedIn(SEMSAuthMode::openAPI);
+    disturb(FaultKind::emptyList);
+    EXPECT_EQ(errorOf(await(client->discoverDefaultPowerStation(session))), "No power station found for this account.");
+    EXPECT_EQ(asked().size(), 1U);
+    EXPECT_EQ(await(client->fetchSystemSizeKW(session, stationID)).value(), std::nullopt);
 }
 
 } // namespace

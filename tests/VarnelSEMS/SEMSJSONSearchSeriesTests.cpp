@@ -6,13 +6,11 @@
 namespace Varnel {
 namespace {
 
-using Series = std::optional<std::vector<double>>;
-
 TEST(SEMSJSONSearch, ChoosesAndNormalisesTodaysPowerSeries) {
     const struct {
         const char* name;
         const char* reply;
-        Series expected;
+        std::optional<std::vector<double>> expected;
     } rows[] = {
         {"watts above a hundred", R"({"power":[0,50,200]})", {{0, 0.05, 0.2}}},
         {"a small curve is kilowatts", R"({"power":[0,50,100]})", {{0, 50, 100}}},
