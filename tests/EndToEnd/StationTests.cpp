@@ -39,19 +39,6 @@ TEST_F(StationsEndToEnd, ThePortalIsAskedInJSONThenInAForm) {
                                            "&key=&powerstation_type="));
 }
 
-TEST_F(StationsEndToEnd, TheFirstReplyWithStationsIsTaken) {
-    for (const SEMSAuthMode mode : {SEMSAuthMode::openAPI, SEMSAuthMode::legacyPortal}) {
-        for (const auto& row : allCases<Simulator::KeyStyle>()) {
-            SCOPED_TRACE(row.rawValue);
-            simulator.behaviour().shape.keys = row.value;
-            const std::vector<PowerStation> expected = {
-                {stationID, u"Sunny Roof"_s, 8.2}, {u"6f1c2a34-58be-4d0e-9a57-2b8c41d7e002"_s, u"Garden Shed"_s, 3.0}};
-            EXPECT_EQ(stations(mode).value(), expected);
-            EXPECT_EQ(asked().size(), 1U);
-        }
-    }
-}
-
 TEST_F(StationsEndToEnd, TheSizeIsThatOfThePreferredStation) {
     const SEMSSession session = signedIn(SEMSAuthMode::legacyPortal);
     const std::pair<std::optional<QString>, double> rows[] = {

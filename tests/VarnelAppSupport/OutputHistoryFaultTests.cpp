@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <QRandomGenerator>
+#include <QScopeGuard>
 
 #include <algorithm>
 #include <csignal>
@@ -32,47 +33,6 @@ OutputHistorySnapshot dayOf(int samples, double kilowatts) {
 std::optional<OutputHistorySnapshot> load(const OutputHistoryStore& store) {
     return store.loadSnapshot(day, QStringLiteral("me@example.org"), QStringLiteral("S1"));
 }
-
-/// Lets no file grow beyond `bytes`, as a full disk does.
-class FileSizeLimit {
-public:
-    explicit FileSizeLimit(rlim_t bytes)
-        : m_handler(std::signal(SIGXFSZ, SIG_IGN)) {
-        getrlimit(RLIMIT_FSIZE, &m_before);
-        const rlimit limit{bytes, m_before.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    FileSizeLimit(const FileSizeLimit&) = delete;
-    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
-    ~FileSizeLimit() {
-        setrlimit(RLIMIT_FSIZE, &m_before);
-        std::signal(SIGXFSZ, m_handler);
-    }
-
-private:
-    void (*m_handler)(int);
-    rlimit m_before{};
-};
-
-/// Takes root's rights over foreign files away for a while; anybody else has none.
-class OrdinaryUser {
-public:
-    OrdinaryUser() { change(nobody); }
-    OrdinaryUser(const OrdinaryUser&) = delete;
-    OrdinaryUser& operator=(const OrdinaryUser&) = delete;
-    ~OrdinaryUser() { change(0); }
-
-    static constexpr uid_t nobody = 65534;
-
-private:
-    void change(uid_t user) const {
-        if (m_isRoot && seteuid(user) != 0) {
-            qFatal("The user of the test cannot be changed");
-        }
-    }
-
-    bool m_isRoot = getuid() == 0;
-};
 
 /// Saves once and waits to be killed, at the latest with the test itself.
 [[noreturn]] void saveUntilKilled(OutputHistoryStore& store, const OutputHistorySnapshot& snapshot) {
@@ -122,10 +82,15 @@ TEST(OutputHistoryFaults, AFullDiskLeavesTheOldFileAndTheNextSaveWorks) {
     const HistoryFolder folder;
     OutputHistoryStore store = folder.store();
     store.saveSnapshot(dayOf(1440, 1), day);
-    {
-        const FileSizeLimit fullDisk(16384);
-        store.saveSnapshot(dayOf(1440, 2), day);
-    }
+    // No file may grow any more, as on a full disk.
+    std::signal(SIGXFSZ, SIG_IGN);
+    rlimit before{};
+    getrlimit(RLIMIT_FSIZE, &before);
+    const rlimit fullDisk{16384, before.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &fullDisk);
+    store.saveSnapshot(dayOf(1440, 2), day);
+    setrlimit(RLIMIT_FSIZE, &before);
+    std::signal(SIGXFSZ, SIG_DFL);
     EXPECT_EQ(load(store), dayOf(1440, 1));
     EXPECT_EQ(QDir(QFileInfo(store.filePath()).absolutePath()).entryList(QDir::Files).size(), 1);
     store.saveSnapshot(dayOf(1440, 3), day);
@@ -138,10 +103,14 @@ TEST(OutputHistoryFaults, AnUnreadableFileCountsAsEmptyAndIsReplaced) {
     folder.put(R"({"account":"me@example.org","dayStart":807919200,"samples":[],"stationID":"S1"})");
     ASSERT_TRUE(load(store).has_value());
     chmod(qPrintable(store.filePath()), 0);
+    // Root reads every file, and is nobody for a while.
+    const uid_t self = getuid();
+    const uid_t reader = self == 0 ? 65534 : self;
     for (const QString& path : {folder.root(), folder.dataFolder(), QFileInfo(store.filePath()).absolutePath()}) {
-        [[maybe_unused]] const int changed = chown(qPrintable(path), OrdinaryUser::nobody, OrdinaryUser::nobody);
+        EXPECT_EQ(chown(qPrintable(path), reader, gid_t(-1)), 0);
     }
-    const OrdinaryUser user;
+    ASSERT_EQ(seteuid(reader), 0);
+    const auto restored = qScopeGuard([self] { EXPECT_EQ(seteuid(self), 0); });
     EXPECT_EQ(load(store), std::nullopt);
     store.saveSnapshot(dayOf(1440, 1), day);
     EXPECT_EQ(load(store), dayOf(1440, 1));

@@ -16,7 +16,6 @@ namespace {
 
 using testing::ElementsAre;
 using Testing::HistoryFolder;
-using testing::IsEmpty;
 
 const QString account = QStringLiteral("me@example.org");
 const QString station = QStringLiteral("S1");
@@ -40,10 +39,10 @@ protected:
     void SetUp() override { setZone("Europe/Berlin"); }
     void TearDown() override { setZone("Europe/Berlin"); }
 
-    std::vector<double> storedDays() {
-        std::vector<double> days;
+    std::vector<Timestamp> storedDays() {
+        std::vector<Timestamp> days;
         for (const OutputHistorySnapshot& snapshot : store.loadAllSnapshots(account, station)) {
-            days.push_back(snapshot.dayStart.secondsSinceReferenceDate);
+            days.push_back(snapshot.dayStart);
         }
         return days;
     }
@@ -107,15 +106,12 @@ TEST_F(OutputHistoryStoreTest, ReadsWhatIsAHistoryAndNothingElse) {
         {"empty", "", 0},
         {"no JSON", "\x89PNG\r\n", 0},
         {"cut off", archive("[" + bare + "]").chopped(1), 0},
-        {"empty object", "{}", 0},
         {"array", "[" + bare + "]", 0},
         {"text as version", R"({"snapshots":[)" + bare + R"(],"version":"1"})", 0},
-        {"fraction as version", R"({"snapshots":[)" + bare + R"(],"version":1.5})", 0},
         {"no version", R"({"snapshots":[)" + bare + "]}", 0},
         {"one snapshot of many without a key", archive("[" + bare + R"(,{"account":"a"}])"), 0},
         {"text as instant", QByteArray(bare).replace("807919200", "\"807919200\""), 0},
         {"boolean as power", QByteArray(bare).replace("\"kilowatts\":1", "\"kilowatts\":true"), 0},
-        {"null as power", QByteArray(bare).replace("\"kilowatts\":1", "\"kilowatts\":null"), 0},
         {"number as station", QByteArray(bare).replace("\"S1\"", "1"), 0},
         {"object as samples", QByteArray(bare).replace("[" + sample + "]", "{}"), 0},
         {"number out of range", QByteArray(bare).replace("807919200", "1e999"), 0},
@@ -186,9 +182,7 @@ TEST_F(OutputHistoryStoreTest, PrunesByCalendarDaysAndKeepsTheNewestFirst) {
     for (const Timestamp day : {first, local(2026, 3, 10), local(2026, 4, 9), local(2026, 4, 10)}) {
         store.saveSnapshot(snapshotOf(day, 1), now);
     }
-    EXPECT_THAT(storedDays(),
-                ElementsAre(local(2026, 4, 10).secondsSinceReferenceDate, local(2026, 4, 9).secondsSinceReferenceDate,
-                            first.secondsSinceReferenceDate));
+    EXPECT_THAT(storedDays(), ElementsAre(local(2026, 4, 10), local(2026, 4, 9), first));
 
     OutputHistoryStore shortLived = folder.store(-3); // counts as 1
     shortLived.saveSnapshot(snapshotOf(local(2026, 4, 10), 2), now);
@@ -202,13 +196,13 @@ TEST_F(OutputHistoryStoreTest, PrunesByCalendarDaysAndKeepsTheNewestFirst) {
 }
 
 TEST_F(OutputHistoryStoreTest, RemovesOneDayWithoutPruningAndDeletesAFileWithNothingLeft) {
-    const Timestamp long_ago = local(2020, 1, 1);
-    const Timestamp later = local(2020, 1, 2);
-    store.saveSnapshot(snapshotOf(long_ago, 1), long_ago);
-    store.saveSnapshot(snapshotOf(later, 2), later);
+    const Timestamp days[] = {local(2020, 1, 1), local(2020, 1, 2)};
+    for (const Timestamp day : days) {
+        store.saveSnapshot(snapshotOf(day, 1), day);
+    }
     store.removeSnapshot(local(2020, 1, 2, 15), account + QLatin1Char(' '), station);
-    EXPECT_THAT(storedDays(), ElementsAre(long_ago.secondsSinceReferenceDate));
-    store.removeSnapshot(long_ago, account, station);
+    EXPECT_THAT(storedDays(), ElementsAre(days[0]));
+    store.removeSnapshot(days[0], account, station);
     EXPECT_FALSE(QFile::exists(store.filePath()));
     store.clear();
 }
@@ -223,11 +217,6 @@ TEST_F(OutputHistoryStoreTest, ANumberThatIsNotFiniteLeavesTheOldFile) {
         store.saveSnapshot({day, account, station, {{Timestamp{wild}, 1}}}, day);
     }
     EXPECT_EQ(folder.content(), before);
-}
-
-TEST(OutputHistoryStore, WithoutADataFolderTheFileStandsInTheTemporaryFolder) {
-    EXPECT_EQ(OutputHistoryStore(QString(), QStringLiteral("com.varnel.menubar")).filePath(),
-              QDir::tempPath() + QStringLiteral("/com.varnel.menubar/output-history.json"));
 }
 
 } // namespace

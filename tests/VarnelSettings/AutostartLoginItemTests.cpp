@@ -29,14 +29,6 @@ protected:
         QFile file(entryPath);
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     }
-    static int run(const QString& program, const QStringList& arguments) {
-        QProcess process;
-        process.setProcessChannelMode(QProcess::ForwardedChannels);
-        process.start(program, arguments);
-        process.waitForFinished();
-        return process.error() == QProcess::UnknownError ? process.exitCode() : -1;
-    }
-
     QTemporaryDir folder;
     QString autostart = folder.filePath(QStringLiteral("config/autostart"));
     QString entryPath = autostart + QStringLiteral("/com.example.solar.desktop");
@@ -49,6 +41,7 @@ TEST_F(AutostartLoginItemTest, TogglingTwiceMakesNoFurtherChange) {
     EXPECT_EQ(item.status(), LoginItemStatus::notRegistered);
     ASSERT_TRUE(manager.setEnabled(true));
     EXPECT_EQ(item.status(), LoginItemStatus::enabled);
+    EXPECT_TRUE(manager.isEnabledForUI());
     const QByteArray written = entry();
     const QDateTime writtenAt = QFileInfo(entryPath).lastModified();
     ASSERT_TRUE(manager.setEnabled(true));
@@ -62,8 +55,8 @@ TEST_F(AutostartLoginItemTest, TogglingTwiceMakesNoFurtherChange) {
 
 TEST_F(AutostartLoginItemTest, TheEntryIsValidAndStartsTheProgramWhateverItsPath) {
     ASSERT_TRUE(item.registerItem());
-    EXPECT_EQ(run(QStringLiteral("desktop-file-validate"), {entryPath}), 0);
-    EXPECT_EQ(run(QStringLiteral("gio"), {QStringLiteral("launch"), entryPath}), 0);
+    EXPECT_EQ(QProcess::execute(QStringLiteral("desktop-file-validate"), {entryPath}), 0);
+    EXPECT_EQ(QProcess::execute(QStringLiteral("gio"), {QStringLiteral("launch"), entryPath}), 0);
     const QString trace = QFileInfo(executable).path() + QStringLiteral("/started");
     EXPECT_TRUE(Testing::waitUntil([&] { return QFile::exists(trace); })) << entry().toStdString();
 
@@ -105,14 +98,21 @@ TEST_F(AutostartLoginItemTest, AnEntryThatStartsNothingIsWrittenAnew) {
 TEST_F(AutostartLoginItemTest, FailuresCarryTheSystemsMessage) {
     write(autostart, "a file where the folder would be");
     EXPECT_EQ(item.status(), LoginItemStatus::notFound);
-    const Result<void> blocked = manager.setEnabled(true);
-    ASSERT_FALSE(blocked);
-    EXPECT_EQ(blocked.error().localizedDescription(), QStringLiteral("Launch at login update failed: Not a directory"));
+    EXPECT_FALSE(manager.isEnabledForUI());
+    EXPECT_EQ(manager.setEnabled(true).error().localizedDescription(),
+              QStringLiteral("Launch at login update failed: Not a directory"));
 
     ASSERT_TRUE(QFile::remove(autostart));
     ASSERT_TRUE(QDir().mkpath(entryPath)); // a folder where the entry would be
     EXPECT_FALSE(manager.setEnabled(true));
     EXPECT_TRUE(QFileInfo(entryPath).isDir());
+}
+
+TEST_F(AutostartLoginItemTest, NeedsABundledApp) {
+    LaunchAtLoginManager unbundled(item, std::nullopt);
+    EXPECT_EQ(unbundled.setEnabled(true).error().localizedDescription(),
+              QStringLiteral("Launch at login requires running as a bundled app."));
+    EXPECT_EQ(entry(), QByteArray());
 }
 
 } // namespace
