@@ -59,6 +59,14 @@ void ControllerBench::launchConnected() {
     }
 }
 
+void ControllerBench::failRequests(Simulator::FaultKind kind, std::optional<int> status, const char* path) {
+    Simulator::Fault fault;
+    fault.kind = kind;
+    fault.status = status;
+    fault.path = QLatin1String(path);
+    simulator.behaviour().faults = {fault};
+}
+
 bool ControllerBench::waitForTitle(const char* title) {
     return waitUntil([&] { return item->title == QLatin1String(title); });
 }
@@ -87,7 +95,7 @@ AppSettings ControllerBench::storedSettings() {
     return AppSettingsStore(userDefaults).load();
 }
 
-PreferencesDraft ControllerBench::draft() const {
+PreferencesDraft ControllerBench::currentDraft() const {
     const AppSettings& settings = controller->settings();
     PreferencesDraft draft;
     draft.baseURL = simulator.baseURL().toString();

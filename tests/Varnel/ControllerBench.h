@@ -32,6 +32,9 @@ public:
     /// Launches with a stored account and waits for the first reading.
     void launchConnected();
 
+    /// Every request to the path meets the fault from now on.
+    void failRequests(Simulator::FaultKind kind, std::optional<int> status = std::nullopt, const char* path = "*");
+
     bool waitForTitle(const char* title);
     bool waitForError(const char* line);
     bool waitForRequests(std::size_t count);
@@ -41,7 +44,7 @@ public:
     std::size_t requestCount() { return simulator.log().requests().size(); }
     int requestsTo(const char* pathPiece);
     AppSettings storedSettings();
-    PreferencesDraft draft() const;
+    PreferencesDraft currentDraft() const;
 
     HandTurnedTime time;
     Simulator::SEMSSimulator simulator;

@@ -7,78 +7,74 @@
 namespace Varnel {
 namespace {
 
-using Testing::ControllerBench;
 using Testing::waitUntil;
 
-TEST(Day, TodaysSamplesComeBackAfterARestart) {
-    ControllerBench bench;
-    bench.launchConnected();
-    const auto samples = bench.controller->todayOutputSamples();
+class DayTest : public testing::Test, protected Testing::ControllerBench {};
+
+TEST_F(DayTest, TodaysSamplesComeBackAfterARestart) {
+    launchConnected();
+    const auto samples = controller->todayOutputSamples();
     ASSERT_FALSE(samples.empty());
-    bench.time.advance(Seconds(60));
-    bench.launch();
-    EXPECT_EQ(bench.controller->todayOutputSamples(), samples);
+    time.advance(Seconds(60));
+    launch();
+    EXPECT_EQ(controller->todayOutputSamples(), samples);
 }
 
-TEST(Day, TheDisplayEmptiesByItselfAtLocalMidnightAndOnlyOnce) {
-    ControllerBench bench;
-    bench.launchConnected();
-    bench.simulator.behaviour().faults = {Simulator::Fault()}; // no reading arrives any more
-    const Timestamp midnight = Calendar::startOfNextDay(bench.time.now()).value();
-    bench.time.advance(midnight - bench.time.now() - Seconds(1));
-    EXPECT_EQ(bench.controller->presentation().outputChartValues.size(), 1U);
-    bench.time.advance(Seconds(1));
-    EXPECT_TRUE(bench.controller->presentation().outputChartValues.empty());
-    EXPECT_EQ(bench.controller->outputSamplesDayStart(), midnight);
-    OutputHistoryStore store(bench.dataFolder.path(), QStringLiteral("com.varnel.menubar"));
-    EXPECT_EQ(store.loadAllSnapshots(QStringLiteral("demo@example.com"), bench.controller->settings().stationID).size(),
+TEST_F(DayTest, TheDisplayEmptiesByItselfAtLocalMidnightAndOnlyOnce) {
+    launchConnected();
+    simulator.behaviour().faults = {Simulator::Fault()}; // no reading arrives any more
+    const Timestamp midnight = Calendar::startOfNextDay(time.now()).value();
+    time.advance(midnight - time.now() - Seconds(1));
+    EXPECT_EQ(controller->presentation().outputChartValues.size(), 1U);
+    time.advance(Seconds(1));
+    EXPECT_TRUE(controller->presentation().outputChartValues.empty());
+    EXPECT_EQ(controller->outputSamplesDayStart(), midnight);
+    OutputHistoryStore store(dataFolder.path(), QStringLiteral("com.varnel.menubar"));
+    EXPECT_EQ(store.loadAllSnapshots(QStringLiteral("demo@example.com"), controller->settings().stationID).size(),
               1U); // yesterday; an empty day is never written
 }
 
-TEST(Day, AThreeDaySleepCatchesUpOnceTheNetworkIsThere) {
-    ControllerBench bench;
-    bench.launchConnected();
-    bench.simulator.behaviour().powerScript = {0.25};
-    bench.time.jumpTo(bench.time.now() + Seconds(3 * 86400.0));
-    bench.systemEvents.isReachable = false;
-    bench.systemEvents.resume();
-    EXPECT_TRUE(bench.controller->todayOutputSamples().empty());
+TEST_F(DayTest, AThreeDaySleepCatchesUpOnceTheNetworkIsThere) {
+    launchConnected();
+    simulator.behaviour().powerScript = {0.25};
+    time.jumpTo(time.now() + Seconds(3 * 86400.0));
+    systemEvents.isReachable = false;
+    systemEvents.resume();
+    EXPECT_TRUE(controller->todayOutputSamples().empty());
     Testing::settle();
-    EXPECT_EQ(bench.title(), QStringLiteral("3.42 kW"));
-    bench.systemEvents.isReachable = true;
-    bench.systemEvents.networkReachable();
-    EXPECT_TRUE(bench.waitForTitle("0.25 kW"));
-    EXPECT_EQ(bench.controller->todayOutputSamples().size(), 1U);
+    EXPECT_EQ(title(), QStringLiteral("3.42 kW"));
+    systemEvents.isReachable = true;
+    systemEvents.networkReachable();
+    EXPECT_TRUE(waitForTitle("0.25 kW"));
+    EXPECT_EQ(controller->todayOutputSamples().size(), 1U);
 }
 
-TEST(Day, WhereNobodyAnnouncesTheNetworkASleepCatchesUpAfterFifteenSeconds) {
-    ControllerBench bench;
-    bench.launchConnected();
-    bench.simulator.behaviour().powerScript = {0.25};
-    bench.time.jumpTo(bench.time.now() + Seconds(400));
-    bench.systemEvents.isReachable = false;
-    bench.systemEvents.resume();
-    bench.time.advance(Seconds(15));
-    EXPECT_TRUE(bench.waitForTitle("0.25 kW"));
+TEST_F(DayTest, WhereNobodyAnnouncesTheNetworkASleepCatchesUpAfterFifteenSeconds) {
+    launchConnected();
+    simulator.behaviour().powerScript = {0.25};
+    time.jumpTo(time.now() + Seconds(400));
+    systemEvents.isReachable = false;
+    systemEvents.resume();
+    time.advance(Seconds(15));
+    EXPECT_TRUE(waitForTitle("0.25 kW"));
 }
 
-TEST(Day, ProductionIsAnnouncedByItsOwnSwitchAlone) {
-    ControllerBench bench;
-    bench.storeAccount();
-    AppSettings settings = bench.storedSettings();
+TEST_F(DayTest, ProductionIsAnnouncedByItsOwnSwitchAlone) {
+    storeAccount();
+    AppSettings settings = storedSettings();
     settings.notifyOnProductionStart = true;
     settings.notifyOnProductionEnd = true;
-    AppSettingsStore(bench.userDefaults).save(settings);
-    bench.simulator.behaviour().powerScript = {0.0, 1.5, -0.01, -0.01};
-    bench.launch();
+    AppSettingsStore(userDefaults).save(settings);
+    simulator.behaviour().powerScript = {0.0, 1.5, -0.01, -0.01};
+    launch();
     for (const char* title : {"0 W", "1.50 kW", "0 W"}) {
-        EXPECT_TRUE(bench.waitForTitle(title));
+        EXPECT_TRUE(waitForTitle(title));
         Testing::settle();
-        bench.time.advance(Seconds(300));
+        time.advance(Seconds(300));
     }
-    EXPECT_TRUE(waitUntil([&] { return bench.notificationCenter->added.size() == 2; }));
-    EXPECT_EQ(bench.notificationCenter->added.front().title, QStringLiteral("Production Started"));
-    EXPECT_EQ(bench.notificationCenter->added.back().title, QStringLiteral("Production Ended"));
+    EXPECT_TRUE(waitUntil([&] { return notificationCenter->added.size() == 2; }));
+    EXPECT_EQ(notificationCenter->added.front().title, QStringLiteral("Production Started"));
+    EXPECT_EQ(notificationCenter->added.back().title, QStringLiteral("Production Ended"));
 }
 
 } // namespace

@@ -5,86 +5,71 @@
 namespace Varnel {
 namespace {
 
-using Simulator::Fault;
 using Simulator::FaultKind;
-using Testing::ControllerBench;
-
-Fault status(int code) {
-    Fault fault;
-    fault.status = code;
-    return fault;
-}
-
-Fault kind(FaultKind kind) {
-    Fault fault;
-    fault.kind = kind;
-    return fault;
-}
-
-struct Row {
-    const char* name;
-    Fault fault;
-    const char* line;
-};
+using Testing::waitUntil;
 
 constexpr char unavailable[] = "SEMS service is temporarily unavailable. Try again shortly.";
 constexpr char rateLimit[] = "SEMS rate limit reached. Please wait a moment and retry.";
+constexpr char offline[] = "Offline. Check your internet connection and try Refresh.";
+constexpr char credentials[] = "Sign-in failed. Check email/password in Profile and reconnect.";
 
-TEST(ErrorLines, WhilePollingEachFaultOfTheServiceHasItsLine) {
-    const Row rows[] = {
-        {"401 also for the renewal", status(401),
-         "Session expired or credentials changed. Open Settings and reconnect."},
-        {"404", status(404), "SEMS request failed (HTTP 404)."},
-        {"429", status(429), rateLimit},
-        {"500", status(500), unavailable},
-        {"closed", kind(FaultKind::close), "Offline. Check your internet connection and try Refresh."},
-        {"cut", kind(FaultKind::cut), "Offline. Check your internet connection and try Refresh."},
-        {"no power", kind(FaultKind::emptyData), "Could not find instantaneous power in SEMS response."},
-        {"service failure", kind(FaultKind::envelope), "SEMS API error."},
+class ErrorLinesTest : public testing::Test, protected Testing::ControllerBench {};
+
+TEST_F(ErrorLinesTest, WhilePollingEachFaultHasItsLineBesideTheLastValueUntilTheNextReading) {
+    const struct {
+        FaultKind kind;
+        std::optional<int> status;
+        const char* line;
+    } rows[] = {
+        {FaultKind::status, 404, "SEMS request failed (HTTP 404)."},
+        {FaultKind::status, 429, rateLimit},
+        {FaultKind::status, 500, unavailable},
+        {FaultKind::close, {}, offline},
+        {FaultKind::cut, {}, offline},
+        {FaultKind::emptyData, {}, "Could not find instantaneous power in SEMS response."},
+        {FaultKind::envelope, {}, "SEMS API error."},
+        // It meets the renewal of the session too.
+        {FaultKind::status, 401, "Session expired or credentials changed. Open Settings and reconnect."},
     };
-    for (const Row& row : rows) {
-        SCOPED_TRACE(row.name);
-        ControllerBench bench;
-        bench.launchConnected();
-        bench.simulator.behaviour().faults = {row.fault};
-        bench.time.advance(Seconds(300));
-        EXPECT_TRUE(bench.waitForError(row.line))
-            << qPrintable(bench.controller->lastErrorMessage().value_or(QString()));
-        EXPECT_EQ(bench.title(), QStringLiteral("3.42 kW"));
-        EXPECT_EQ(bench.controller->presentation().errorLine, bench.controller->lastErrorMessage());
+    launchConnected();
+    for (const auto& row : rows) {
+        failRequests(row.kind, row.status);
+        item->choose(StatusMenuCommand::refresh);
+        EXPECT_TRUE(waitForError(row.line)) << qPrintable(controller->lastErrorMessage().value_or(QString()));
+        EXPECT_EQ(title(), QStringLiteral("3.42 kW"));
+        EXPECT_EQ(controller->presentation().errorLine, controller->lastErrorMessage());
+        simulator.behaviour().faults.clear();
+        item->choose(StatusMenuCommand::refresh);
+        EXPECT_TRUE(waitUntil([this] { return !controller->lastErrorMessage(); })) << row.line;
     }
 }
 
-TEST(ErrorLines, WhileSigningInTheStationListHasItsOwn) {
-    const Row rows[] = {
-        {"404", status(404), "SEMS request failed (HTTP 404)."},
-        {"429", status(429), rateLimit},
-        {"503", status(503), unavailable},
-        {"401", status(401), "Sign-in failed. Check email/password in Profile and reconnect."},
-        {"no station", kind(FaultKind::emptyList),
+TEST_F(ErrorLinesTest, WhileSigningInTheStationListHasItsOwnAndAllElseIsOneLine) {
+    const struct {
+        const char* path;
+        FaultKind kind;
+        std::optional<int> status;
+        const char* line;
+    } rows[] = {
+        {"*PowerStation*", FaultKind::status, 404, "SEMS request failed (HTTP 404)."},
+        {"*PowerStation*", FaultKind::status, 429, rateLimit},
+        {"*PowerStation*", FaultKind::status, 503, unavailable},
+        {"*PowerStation*", FaultKind::status, 401, credentials},
+        {"*PowerStation*",
+         FaultKind::emptyList,
+         {},
          "No power station found. Verify account access or set Station ID in Profile."},
+        {"*", FaultKind::status, 500, credentials},
+        {"*", FaultKind::status, 429, credentials},
+        {"*", FaultKind::close, {}, credentials},
+        {"*", FaultKind::notJSON, {}, credentials},
     };
-    for (const Row& row : rows) {
-        SCOPED_TRACE(row.name);
-        ControllerBench bench;
-        bench.storeAccount();
-        Fault fault = row.fault;
-        fault.path = QStringLiteral("*PowerStation*");
-        bench.simulator.behaviour().faults = {fault};
-        bench.launch();
-        EXPECT_TRUE(bench.waitForError(row.line))
-            << qPrintable(bench.controller->lastErrorMessage().value_or(QString()));
-        EXPECT_FALSE(bench.controller->semsSession().has_value());
-    }
-}
-
-TEST(ErrorLines, WhileSigningInEveryFailureOfBothFamiliesIsOneLine) {
-    for (const Fault& fault : {status(500), status(429), kind(FaultKind::close), kind(FaultKind::notJSON)}) {
-        ControllerBench bench;
-        bench.storeAccount();
-        bench.simulator.behaviour().faults = {fault};
-        bench.launch();
-        EXPECT_TRUE(bench.waitForError("Sign-in failed. Check email/password in Profile and reconnect."));
+    storeAccount();
+    for (const auto& row : rows) {
+        failRequests(row.kind, row.status, row.path);
+        launch();
+        EXPECT_TRUE(waitForError(row.line)) << qPrintable(controller->lastErrorMessage().value_or(QString()));
+        EXPECT_FALSE(controller->semsSession().has_value());
     }
 }
 

@@ -72,14 +72,13 @@ public:
     void setReopenHandler(std::function<void()> handler) override { reopen = std::move(handler); }
     void setApplicationIcon(const QString& imagePath) override { icon = imagePath; }
     void activate() override {}
-    void hide() override { ++hides; }
+    void hide() override {}
     void terminate() override { ++terminations; }
 
     ActivationPolicy policy = ActivationPolicy::accessory;
     bool isRefusing = false;
     std::function<void()> reopen;
     QString icon;
-    int hides = 0;
     int terminations = 0;
 };
 
@@ -96,33 +95,26 @@ public:
 
 class RecordingStatusItem final : public StatusItem {
 public:
-    void setTitle(const QString& text) override {
-        title = text;
-        if (shownBy) {
-            shownBy->setTitle(text);
-        }
-    }
-    void setToolTip(const QString& text) override {
-        toolTip = text;
-        if (shownBy) {
-            shownBy->setToolTip(text);
-        }
-    }
-    void setMenu(const StatusMenu& entries) override {
-        menu = entries;
-        if (shownBy) {
-            shownBy->setMenu(entries);
-        }
-    }
+    void setTitle(const QString& text) override { take(&StatusItem::setTitle, title, text); }
+    void setToolTip(const QString& text) override { take(&StatusItem::setToolTip, toolTip, text); }
+    void setMenu(const StatusMenu& entries) override { take(&StatusItem::setMenu, menu, entries); }
     void setCommandHandler(std::function<void(StatusMenuCommand)> handler) override { choose = std::move(handler); }
-    void showWindow() override { ++windowsShown; }
+    void showWindow() override {}
 
     std::unique_ptr<StatusItem> shownBy; ///< a real item that is told the same, where one is wished for
     QString title;
     QString toolTip;
     StatusMenu menu;
     std::function<void(StatusMenuCommand)> choose;
-    int windowsShown = 0;
+
+private:
+    template <typename Value>
+    void take(void (StatusItem::*setter)(const Value&), Value& kept, const Value& value) {
+        kept = value;
+        if (shownBy) {
+            (shownBy.get()->*setter)(value);
+        }
+    }
 };
 
 } // namespace Varnel::Testing
