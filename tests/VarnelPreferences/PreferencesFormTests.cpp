@@ -21,14 +21,14 @@ protected:
 
     Testing::HandTurnedTime time;
     Testing::RecordingOwner owner;
-    std::unique_ptr<PreferencesForm> form = std::make_unique<PreferencesForm>(openedWith(), owner.handlers(), time);
+    PreferencesForm form{openedWith(), owner.handlers(), time};
     const AccountFields newAccount{QStringLiteral("https://example.com/api/"), QStringLiteral("new@example.com"),
                                    QStringLiteral("new secret"), QStringLiteral("7")};
 };
 
 TEST_F(PreferencesFormTest, AnEditIsHandedOnOnceAndLeavesTheOtherFieldsAlone) {
-    form->edit(&PreferencesDraft::showOutputChart, false);
-    form->edit(&PreferencesDraft::showOutputChart, false);
+    form.edit(&PreferencesDraft::showOutputChart, false);
+    form.edit(&PreferencesDraft::showOutputChart, false);
     PreferencesDraft expected = openedWith();
     expected.showOutputChart = false;
     EXPECT_EQ(owner.autoSaved, std::vector{expected}) << "also the interval between two steps stays";
@@ -36,25 +36,25 @@ TEST_F(PreferencesFormTest, AnEditIsHandedOnOnceAndLeavesTheOtherFieldsAlone) {
 
 TEST_F(PreferencesFormTest, ARowOfIntervalChangesIsOneChangeAfterItsPause) {
     for (const int minutes : {6, 7, 8}) {
-        form->editPollInterval(minutes);
+        form.editPollInterval(minutes);
         time.advance(Seconds(0.4));
     }
     EXPECT_TRUE(owner.autoSaved.empty());
     time.advance(Seconds(0.2));
     ASSERT_EQ(owner.autoSaved.size(), 1U);
     EXPECT_EQ(owner.autoSaved.front().pollIntervalSeconds, 480);
-    form->handOn();
+    form.handOn();
     time.advance(Seconds(10));
     EXPECT_EQ(owner.autoSaved.size(), 1U);
 }
 
 TEST_F(PreferencesFormTest, APendingIntervalGoesWithTheNextEditOrSaveAndNotASecondTime) {
-    form->editPollInterval(10);
-    form->edit(&PreferencesDraft::showDockIcon, true);
+    form.editPollInterval(10);
+    form.edit(&PreferencesDraft::showDockIcon, true);
     ASSERT_EQ(owner.autoSaved.size(), 1U);
     EXPECT_EQ(owner.autoSaved.front().pollIntervalSeconds, 600);
-    form->editPollInterval(20);
-    form->save(newAccount);
+    form.editPollInterval(20);
+    form.save(newAccount);
     ASSERT_EQ(owner.saved.size(), 1U);
     EXPECT_EQ(owner.saved.front().pollIntervalSeconds, 1200);
     time.advance(Seconds(10));
@@ -62,81 +62,52 @@ TEST_F(PreferencesFormTest, APendingIntervalGoesWithTheNextEditOrSaveAndNotASeco
 }
 
 TEST_F(PreferencesFormTest, NothingIsHandedOnAfterDetaching) {
-    form->editPollInterval(10);
-    form->detach();
-    form->handOn();
-    form->edit(&PreferencesDraft::showDockIcon, true);
-    form->save(newAccount);
-    form->signOut();
-    form->reportClosed();
+    form.editPollInterval(10);
+    form.detach();
+    form.handOn();
+    form.edit(&PreferencesDraft::showDockIcon, true);
+    form.save(newAccount);
+    form.signOut();
+    form.reportClosed();
     time.advance(Seconds(10));
     EXPECT_TRUE(owner.autoSaved.empty() && owner.saved.empty());
     EXPECT_EQ(owner.signOuts + owner.closings, 0);
 }
 
 TEST_F(PreferencesFormTest, ASaveIsOneAtATimeAndItsOutcomeIsTheConnection) {
-    struct Row {
+    const ConnectionState noRoute{false, true, true, QStringLiteral("No route.")};
+    const struct {
         const char* name;
         bool outcome;
         std::optional<ConnectionState> reported; ///< by the owner, while the save goes on
         ConnectionState::Kind kind;
-        QString text;
+        const char* text;
+    } rows[] = {
+        {"connects", true, {}, ConnectionState::Kind::connected, "Connected"},
+        {"fails without a reason", false, {}, ConnectionState::Kind::error, "Connection error"},
+        {"fails with a reason", false, noRoute, ConnectionState::Kind::error, "Connection error: No route."},
+        {"connects, first poll fails", true, noRoute, ConnectionState::Kind::error, "Connection error: No route."},
     };
-    const Row rows[] = {
-        {"connects", true, {}, ConnectionState::Kind::connected, QStringLiteral("Connected")},
-        {"fails without a reason", false, {}, ConnectionState::Kind::error, QStringLiteral("Connection error")},
-        {"fails with a reason", false, ConnectionState{false, false, true, QStringLiteral("No route.")},
-         ConnectionState::Kind::error, QStringLiteral("Connection error: No route.")},
-        {"connects, first poll fails", true, ConnectionState{false, true, true, QStringLiteral("No route.")},
-         ConnectionState::Kind::error, QStringLiteral("Connection error: No route.")},
-    };
-    for (const Row& row : rows) {
+    for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
         owner.saved.clear();
-        form->updateConnection(true, true, QStringLiteral("An old error."));
-        form->save(newAccount);
-        form->save(newAccount);
+        form.updateConnection(true, true, QStringLiteral("An old error."));
+        form.save(newAccount);
+        form.save(newAccount);
         ASSERT_EQ(owner.saved.size(), 1U);
         EXPECT_EQ(owner.saved.front().account, newAccount.account);
         if (row.reported) {
-            form->updateConnection(row.reported->isConnected, row.reported->hasError, row.reported->errorMessage);
+            form.updateConnection(row.reported->isConnected, row.reported->hasError, row.reported->errorMessage);
         }
         Testing::settle();
-        EXPECT_EQ(connectionKind(form->connection()), ConnectionState::Kind::connecting);
-        EXPECT_FALSE(form->canSignOut());
+        EXPECT_EQ(connectionKind(form.connection()), ConnectionState::Kind::connecting);
+        EXPECT_FALSE(form.canSignOut());
         owner.endSave(row.outcome);
         Testing::settle();
-        EXPECT_EQ(connectionKind(form->connection()), row.kind);
-        EXPECT_EQ(connectionText(form->connection()), row.text);
-        EXPECT_EQ(form->connection().isConnected, row.outcome);
+        EXPECT_EQ(connectionKind(form.connection()), row.kind);
+        EXPECT_EQ(connectionText(form.connection()), QString::fromLatin1(row.text));
+        EXPECT_EQ(form.connection().isConnected, row.outcome);
     }
-}
-
-TEST_F(PreferencesFormTest, ASaveOutlivesItsForm) {
-    form->save(newAccount);
-    form.reset();
-    Testing::settle();
-    owner.endSave(true);
-    Testing::settle();
-    EXPECT_EQ(owner.saved.size(), 1U);
-}
-
-TEST_F(PreferencesFormTest, ARefusedLaunchAtLoginIsNoEdit) {
-    owner.onAutoSave = [this] { form->refuseLaunchAtLogin(QStringLiteral("No."), false); };
-    form->edit(&PreferencesDraft::launchAtLogin, true);
-    EXPECT_FALSE(form->draft().launchAtLogin);
-    form->handOn();
-    ASSERT_EQ(owner.autoSaved.size(), 1U);
-    EXPECT_TRUE(owner.autoSaved.front().launchAtLogin);
-}
-
-TEST_F(PreferencesFormTest, SigningOutForgetsThePassword) {
-    EXPECT_TRUE(form->canSignOut());
-    form->signOut();
-    EXPECT_EQ(owner.signOuts, 1);
-    EXPECT_EQ(form->draft().password, QString());
-    EXPECT_FALSE(form->canSignOut());
-    EXPECT_TRUE(owner.autoSaved.empty());
 }
 
 } // namespace

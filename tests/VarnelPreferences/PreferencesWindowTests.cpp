@@ -140,35 +140,27 @@ TEST_F(PreferencesWindowTest, TheWindowFollowsThePaneInHeightAlone) {
 TEST_F(PreferencesWindowTest, EverySwitchAndPickerEditsItsOwnField) {
     open(PreferencesInitialTab::general);
     PreferencesDraft expected;
-    const auto expectOneEdit = [&](std::size_t count) {
-        ASSERT_EQ(owner.autoSaved.size(), count);
-        EXPECT_EQ(owner.autoSaved.back(), expected) << "edit " << count;
-    };
     named<QComboBox>(QStringLiteral("Chart scale"))->setFocus();
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Down);
     expected.chartScaleMode = ChartScaleMode::fixed;
-    expectOneEdit(1);
-    button("Show output chart")->click();
-    expected.showOutputChart = false;
-    expectOneEdit(2);
-    button("Show dock icon")->click();
-    expected.showDockIcon = true;
-    expectOneEdit(3);
+    EXPECT_EQ(owner.autoSaved, std::vector{expected});
     named<QComboBox>(QStringLiteral("Icon appearance"))->setCurrentIndex(2);
     expected.iconAppearanceMode = IconAppearanceMode::dark;
-    expectOneEdit(4);
-    button("Launch at login")->click();
-    expected.launchAtLogin = true;
-    expectOneEdit(5);
-    button("Production starts")->click();
-    expected.notifyOnProductionStart = true;
-    expectOneEdit(6);
-    button("Production ends")->click();
-    expected.notifyOnProductionEnd = true;
-    expectOneEdit(7);
-    button("Output rises above 1 kW")->click();
-    expected.notifyOnProductionRiseAboveOneKilowatt = true;
-    expectOneEdit(8);
+    EXPECT_EQ(owner.autoSaved.back(), expected);
+    const std::pair<const char*, bool PreferencesDraft::*> switches[] = {
+        {"Show output chart", &PreferencesDraft::showOutputChart},
+        {"Show dock icon", &PreferencesDraft::showDockIcon},
+        {"Launch at login", &PreferencesDraft::launchAtLogin},
+        {"Production starts", &PreferencesDraft::notifyOnProductionStart},
+        {"Production ends", &PreferencesDraft::notifyOnProductionEnd},
+        {"Output rises above 1 kW", &PreferencesDraft::notifyOnProductionRiseAboveOneKilowatt},
+    };
+    for (const auto& [name, field] : switches) {
+        button(name)->click();
+        expected.*field = !(expected.*field);
+        EXPECT_EQ(owner.autoSaved.back(), expected) << name;
+    }
+    EXPECT_EQ(owner.autoSaved.size(), 2 + std::size(switches));
 }
 
 TEST_F(PreferencesWindowTest, ATypedIntervalIsHandedOnByReturnLeavingAndClosing) {
@@ -197,11 +189,6 @@ TEST_F(PreferencesWindowTest, ATypedIntervalIsHandedOnByReturnLeavingAndClosing)
 }
 
 TEST_F(PreferencesWindowTest, TheOwnerMayDropTheWindowWithinItsHandlers) {
-    open(PreferencesInitialTab::general);
-    owner.onClosed = [this] { controller.reset(); };
-    QTest::keyClick(window(), Qt::Key_Escape);
-    EXPECT_FALSE(controller);
-    Testing::settle();
     open(PreferencesInitialTab::general);
     owner.onAutoSave = [this] { controller.reset(); };
     button("Show dock icon")->click();
@@ -272,7 +259,7 @@ TEST_F(PreferencesWindowTest, ARefusedLaunchAtLoginPutsTheSwitchBackAndSaysWhyUn
     EXPECT_EQ(owner.autoSaved.size(), 1U);
     EXPECT_TRUE(named<QLabel>(why)->isVisible());
     QLabel* line = named<QLabel>(why);
-    owner.onAutoSave = {};
+    owner.onAutoSave = [] {};
     button("Launch at login")->click();
     EXPECT_FALSE(line->isVisible());
 }

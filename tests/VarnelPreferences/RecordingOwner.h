@@ -43,17 +43,13 @@ public:
                 .autoSave =
                     [this](const PreferencesDraft& draft) {
                         autoSaved.push_back(draft);
-                        if (onAutoSave) {
-                            onAutoSave();
-                        }
+                        onAutoSave();
                     },
                 .signOut = [this] { ++signOuts; },
                 .closed =
                     [this] {
                         ++closings;
-                        if (onClosed) {
-                            onClosed();
-                        }
+                        onClosed();
                     }};
     }
 
@@ -65,8 +61,8 @@ public:
 
     std::vector<PreferencesDraft> saved;
     std::vector<PreferencesDraft> autoSaved;
-    std::function<void()> onAutoSave;
-    std::function<void()> onClosed;
+    std::function<void()> onAutoSave = [] {};
+    std::function<void()> onClosed = [] {};
     int signOuts = 0;
     int closings = 0;
 
