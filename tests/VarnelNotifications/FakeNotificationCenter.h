@@ -9,14 +9,9 @@
 
 namespace Varnel::Testing {
 
-/// Answers from the event loop, as a real centre does, and records what it was asked.
+/// Answers from the event loop, as a real centre does, and records what it was asked; every request fails.
 class FakeNotificationCenter final : public NotificationCenter {
 public:
-    NotificationAuthorizationStatus status = NotificationAuthorizationStatus::authorized;
-    NotificationAuthorizationStatus statusAfterRequest = NotificationAuthorizationStatus::authorized;
-    std::vector<NotificationAuthorizationOptions> asked;
-    std::vector<NotificationRequest> added;
-
     QCoro::Task<NotificationAuthorizationStatus> authorizationStatus() override {
         co_await QCoro::sleepFor(std::chrono::milliseconds(0));
         co_return status;
@@ -29,10 +24,14 @@ public:
     }
     QCoro::Task<Result<void>> add(NotificationRequest request) override {
         added.push_back(std::move(request));
-        co_await QCoro::sleepFor(std::chrono::milliseconds(0));
         co_return failure(Refusal{});
     }
     void setActivationHandler(std::function<void()>) override {}
+
+    NotificationAuthorizationStatus status = NotificationAuthorizationStatus::authorized;
+    NotificationAuthorizationStatus statusAfterRequest = NotificationAuthorizationStatus::authorized;
+    std::vector<NotificationAuthorizationOptions> asked;
+    std::vector<NotificationRequest> added;
 
 private:
     struct Refusal {

@@ -18,11 +18,6 @@ namespace {
 using Testing::FakeKeychainServices;
 const KeychainQuery query{QStringLiteral("service"), QStringLiteral("account")};
 
-TEST(KeychainServices, TheFakeKeepsTheContract) {
-    FakeKeychainServices fake;
-    Testing::expectKeychainContract(fake);
-}
-
 class FileKeychainTest : public testing::Test {
 protected:
     QByteArray read(const QString& name) const {
@@ -70,57 +65,48 @@ TEST_F(FileKeychainTest, WhatCannotBeReadOrWrittenIsAnInputOutputError) {
     EXPECT_EQ(keychain.deleteMatching(query), keychainInputOutputError);
 }
 
-/// What the combination does for one state of the service, with an item in the file.
-struct Case {
-    KeychainStatus service;
-    KeychainMatch read;
-    bool movedByReading;
-    KeychainStatus added;
-    bool addedToFile;
-    KeychainStatus deleted;
+class DesktopKeychainTest : public testing::Test {
+protected:
+    FakeKeychainServices service;
+    FakeKeychainServices file;
+    DesktopKeychain keychain{service, file};
 };
 
-TEST(DesktopKeychain, UsesTheFileForNewItemsOnlyWhereThereIsNoService) {
-    const KeychainMatch filed{keychainSuccess, "filed"};
-    const Case cases[] = {
-        {keychainSuccess, filed, true, keychainSuccess, false, keychainSuccess},
-        {keychainNotAvailable, filed, false, keychainSuccess, true, keychainSuccess},
-        {keychainInteractionNotAllowed, filed, false, keychainInteractionNotAllowed, false,
-         keychainInteractionNotAllowed},
-        {keychainServiceNotResponding, filed, false, keychainServiceNotResponding, false, keychainServiceNotResponding},
+TEST_F(DesktopKeychainTest, UsesTheFileForNewItemsOnlyWhereThereIsNoService) {
+    const struct {
+        KeychainStatus service;
+        bool movesWhatItReads;
+        bool addsToTheFile;
+        KeychainStatus nothingFiled; ///< what reading gives with nothing in the file
+        KeychainStatus changed;      ///< what adding and deleting give
+    } rows[] = {
+        {keychainSuccess, true, false, keychainItemNotFound, keychainSuccess},
+        {keychainNotAvailable, false, true, keychainItemNotFound, keychainSuccess},
+        {keychainInteractionNotAllowed, false, false, keychainInteractionNotAllowed, keychainInteractionNotAllowed},
+        {keychainServiceNotResponding, false, false, keychainServiceNotResponding, keychainServiceNotResponding},
     };
     const std::pair key{query.service, query.account};
-    for (const Case& expected : cases) {
-        SCOPED_TRACE(expected.service);
-        FakeKeychainServices service;
-        service.status = expected.service;
-        FakeKeychainServices file;
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.service);
+        service.status = row.service;
         file.items[key] = "filed";
-        DesktopKeychain keychain(service, file);
-        EXPECT_EQ(keychain.copyMatching(query), expected.read);
-        EXPECT_EQ(service.items.contains(key), expected.movedByReading);
-        EXPECT_EQ(service.calls.contains(QStringLiteral("add")), expected.movedByReading);
-        EXPECT_EQ(file.items.contains(key), !expected.movedByReading);
+        EXPECT_EQ(keychain.copyMatching(query), (KeychainMatch{keychainSuccess, "filed"}));
+        EXPECT_EQ(service.items.contains(key), row.movesWhatItReads);
+        EXPECT_EQ(file.items.contains(key), !row.movesWhatItReads);
 
         file.items.clear();
-        const bool nothingThere = expected.service == keychainNotAvailable;
         service.items.clear();
-        EXPECT_EQ(keychain.copyMatching(query).status,
-                  nothingThere || !expected.service ? keychainItemNotFound : expected.service);
-
-        EXPECT_EQ(keychain.add(query, "new"), expected.added);
-        EXPECT_EQ(file.items.contains(key), expected.addedToFile);
+        EXPECT_EQ(keychain.copyMatching(query).status, row.nothingFiled);
+        EXPECT_EQ(keychain.add(query, "new"), row.changed);
+        EXPECT_EQ(file.items.contains(key), row.addsToTheFile);
         file.items[key] = "filed";
-        EXPECT_EQ(keychain.deleteMatching(query), expected.deleted);
+        EXPECT_EQ(keychain.deleteMatching(query), row.changed);
         EXPECT_TRUE(file.items.isEmpty() && service.items.isEmpty()) << "deleted in both";
     }
 }
 
-TEST(DesktopKeychain, TheServiceIsReadFirstAndTheUserAskedOnlyForIt) {
-    FakeKeychainServices service;
-    FakeKeychainServices file;
-    DesktopKeychain keychain(service, file);
-    EXPECT_EQ(keychain.deleteMatching(query), keychainItemNotFound);
+TEST_F(DesktopKeychainTest, TheServiceIsReadFirstAndTheUserAskedOnlyForIt) {
+    Testing::expectKeychainContract(keychain);
     file.add(query, "old");
     EXPECT_TRUE(Testing::await(keychain.unlock(query, KeychainAccess::reading)));
     EXPECT_FALSE(service.calls.contains(QStringLiteral("unlock")));

@@ -64,7 +64,29 @@ struct SessionStatusItemTest : testing::Test {
         }
         return nullptr;
     }
-    static bool isWindowOpen() { return window() != nullptr; }
+
+    /// In brackets where the item is shown: p in the panel of the protocol, l in the legacy tray, w in a window.
+    QString whereShown() const {
+        return u'[' + QStringLiteral("p").repeated(protocol->isShown) + QStringLiteral("l").repeated(legacy->isShown) +
+               QStringLiteral("w").repeated(window() != nullptr) + u']';
+    }
+
+    /// "p+" the panel of the protocol comes, "l-" the legacy tray goes, "show" the window is asked for, a number of
+    /// seconds passes; brackets are what `whereShown` must give then.
+    void play(const QString& script) {
+        for (const QString& step : script.split(u' ')) {
+            if (step.startsWith(u'[')) {
+                EXPECT_EQ(whereShown(), step);
+            } else if (step == QLatin1String("show")) {
+                item->showWindow();
+            } else if (step.endsWith(u'+') || step.endsWith(u'-')) {
+                FakeBackEnd* changing = step.startsWith(u'p') ? protocol : legacy;
+                changing->become(step.endsWith(u'+') ? Availability::available : Availability::unavailable);
+            } else {
+                time.advance(Seconds(step.toDouble()));
+            }
+        }
+    }
 
     HandTurnedTime time;
     StatusItemHandlers handlers;
@@ -75,105 +97,50 @@ struct SessionStatusItemTest : testing::Test {
 
 } // namespace
 
-TEST_F(SessionStatusItemTest, WaitsForTheBetterPanelToAnswer) {
-    start(Availability::unknown, Availability::available);
-    EXPECT_FALSE(legacy->isShown);
-    protocol->become(Availability::available);
-    EXPECT_TRUE(protocol->isShown);
-    EXPECT_FALSE(legacy->isShown);
-    time.advance(Seconds(60));
-    EXPECT_FALSE(isWindowOpen());
-}
-
-TEST_F(SessionStatusItemTest, TakesTheLegacyTrayAtOnceAtTheStart) {
-    start(Availability::unknown, Availability::available);
-    protocol->become(Availability::unavailable);
-    EXPECT_TRUE(legacy->isShown);
-    protocol->become(Availability::available);
-    EXPECT_TRUE(protocol->isShown);
-    EXPECT_FALSE(legacy->isShown);
-}
-
-TEST_F(SessionStatusItemTest, LetsAStartingPanelSettle) {
-    start(Availability::available, Availability::available);
-    protocol->become(Availability::unavailable);
-    EXPECT_FALSE(protocol->isShown);
-    time.advance(Seconds(0.5));
-    EXPECT_FALSE(legacy->isShown);
-    protocol->become(Availability::available);
-    time.advance(Seconds(5));
-    EXPECT_TRUE(protocol->isShown);
-    EXPECT_FALSE(legacy->isShown);
-    protocol->become(Availability::unavailable);
-    time.advance(Seconds(1.5));
-    EXPECT_TRUE(legacy->isShown);
-}
-
-TEST_F(SessionStatusItemTest, OpensAWindowAfterTenSecondsWithoutAPanel) {
-    start(Availability::unavailable, Availability::unavailable);
-    time.advance(Seconds(9.5));
-    EXPECT_FALSE(isWindowOpen());
-    time.advance(Seconds(1));
-    EXPECT_TRUE(isWindowOpen());
-    protocol->become(Availability::available);
-    EXPECT_TRUE(protocol->isShown);
-    EXPECT_FALSE(isWindowOpen());
-
-    protocol->become(Availability::unavailable);
-    time.advance(Seconds(9.5));
-    EXPECT_FALSE(isWindowOpen());
-    time.advance(Seconds(1));
-    EXPECT_TRUE(isWindowOpen());
+TEST_F(SessionStatusItemTest, IsShownInTheBestPanelThatIsThereElseInAWindow) {
+    const struct {
+        const char* name;
+        Availability ofProtocol;
+        Availability ofLegacy;
+        const char* script;
+    } rows[] = {
+        {"waits for the better panel", Availability::unknown, Availability::available, "[] p+ [p] 60 [p]"},
+        {"legacy tray at once at the start", Availability::unknown, Availability::available, "p- [l] p+ [p]"},
+        {"lets a starting panel settle", Availability::available, Availability::available,
+         "[p] p- [] 0.5 [] p+ 5 [p] p- 1.5 [l]"},
+        {"window after ten seconds", Availability::unavailable, Availability::unavailable,
+         "9.5 [] 1 [w] p+ [p] p- 9.5 [] 1 [w] l+ 2 [l]"},
+        {"no window while panels restart", Availability::available, Availability::unavailable,
+         "p- 8 p+ [p] p- 8 p+ [p] p- 8 p+ 60 [p]"},
+        {"window that was asked for", Availability::unavailable, Availability::unavailable, "show 20 [w] p+ [pw]"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        start(row.ofProtocol, row.ofLegacy);
+        play(QString::fromLatin1(row.script));
+    }
 }
 
 TEST_F(SessionStatusItemTest, AWindowClosedByHandStaysInTheTaskbarUntilAPanelComes) {
     start(Availability::unavailable, Availability::unavailable);
-    time.advance(Seconds(10));
-    ASSERT_TRUE(isWindowOpen());
+    play(QStringLiteral("10 [w]"));
     window()->close();
     settle();
-    ASSERT_TRUE(isWindowOpen());
+    ASSERT_TRUE(window());
     EXPECT_TRUE(window()->isMinimized());
     protocol->become(Availability::available);
     settle();
-    EXPECT_FALSE(isWindowOpen());
+    EXPECT_FALSE(window());
 }
 
-TEST_F(SessionStatusItemTest, OpensNoWindowForAPanelThatRestarts) {
+TEST_F(SessionStatusItemTest, EveryPanelHasTheContentAndTheHandlerOfTheMoment) {
     start(Availability::available, Availability::unavailable);
-    for (int restart = 0; restart < 5; ++restart) {
-        protocol->become(Availability::unavailable);
-        time.advance(Seconds(8));
-        protocol->become(Availability::available);
-        EXPECT_TRUE(protocol->isShown);
-    }
-    time.advance(Seconds(60));
-    EXPECT_FALSE(isWindowOpen());
-}
-
-TEST_F(SessionStatusItemTest, LeavesAWindowOpenThatWasAskedFor) {
-    start(Availability::unavailable, Availability::unavailable);
-    item->showWindow();
-    time.advance(Seconds(20));
-    protocol->become(Availability::available);
-    EXPECT_TRUE(isWindowOpen());
-}
-
-TEST_F(SessionStatusItemTest, KeepsTheContentForThePanelThatComes) {
-    start(Availability::unavailable, Availability::unavailable);
     const StatusMenu menu = statusMenu(StatusPresentation::initial());
     item->setToolTip(QStringLiteral("tip"));
     item->setMenu(menu);
-    legacy->become(Availability::available);
-    time.advance(Seconds(2));
-    ASSERT_TRUE(legacy->isShown);
     const StatusItemContent expected{QStringLiteral("1.00 kW"), QStringLiteral("tip"), exportedMenu(menu)};
     EXPECT_EQ(legacy->content, expected);
     EXPECT_EQ(protocol->content, expected);
-}
-
-TEST_F(SessionStatusItemTest, HandsEachChoiceToTheHandlerOfTheMoment) {
-    start(Availability::available, Availability::unavailable);
     handlers.choose(StatusMenuCommand::refresh); // nobody to tell yet
     std::vector<StatusMenuCommand> chosen;
     item->setCommandHandler([&chosen](StatusMenuCommand command) { chosen.push_back(command); });

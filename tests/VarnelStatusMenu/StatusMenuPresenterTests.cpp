@@ -19,12 +19,16 @@ using Varnel::Testing::settle;
 
 namespace {
 
-StatusPresentation connected(const QString& output = QStringLiteral("3.50 kW")) {
+using Commands = std::vector<StatusMenuCommand>;
+using Keys = std::vector<QKeyCombination>;
+
+StatusMenu connected(const QString& output = QStringLiteral("3.50 kW"), bool canRefresh = true) {
     StatusPresentation presentation;
     presentation.outputValue = output;
     presentation.outputChartValues = {1, 2, 3};
-    presentation.showOutputChart = presentation.isSignedIn = presentation.canRefresh = true;
-    return presentation;
+    presentation.showOutputChart = presentation.isSignedIn = true;
+    presentation.canRefresh = canRefresh;
+    return statusMenu(presentation);
 }
 
 template <typename Widget>
@@ -39,10 +43,11 @@ Widget* shown() {
 }
 
 /// To the window's focused widget, as the window system delivers keys.
-void press(QWidget* window, int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
-    QWidget* target = window->focusWidget() != nullptr ? window->focusWidget() : window;
-    QKeyEvent event(QEvent::KeyPress, key, modifiers);
-    QApplication::sendEvent(target, &event);
+void press(QWidget* window, const Keys& keys) {
+    for (const QKeyCombination key : keys) {
+        QKeyEvent event(QEvent::KeyPress, key.key(), key.keyboardModifiers());
+        QApplication::sendEvent(window->focusWidget() != nullptr ? window->focusWidget() : window, &event);
+    }
 }
 
 /// A step of a click or drag with the left button.
@@ -64,7 +69,7 @@ QStringList rowsOf(const QWidget* window) {
 class StatusMenuPresenterTest : public testing::Test {
 protected:
     StatusMenuPresenterTest() {
-        presenter.setMenu(statusMenu(connected()));
+        presenter.setMenu(connected());
         presenter.setCommandHandler([this](StatusMenuCommand command) {
             chosen.push_back(command);
             wasOpenWhenChosen = presenter.isMenuOpen();
@@ -77,11 +82,9 @@ protected:
     }
 
     StatusMenuPresenter presenter;
-    std::vector<StatusMenuCommand> chosen;
+    Commands chosen;
     bool wasOpenWhenChosen = false;
 };
-
-using Commands = std::vector<StatusMenuCommand>;
 
 } // namespace
 
@@ -97,46 +100,40 @@ TEST_F(StatusMenuPresenterTest, PopupHasTheStatedSizes) {
 TEST_F(StatusMenuPresenterTest, KeysChooseOnceAfterThePopupHasClosed) {
     const struct {
         const char* name;
-        std::vector<QKeyCombination> keys;
+        Keys keys;
         Commands chosen;
-        bool isOpen;
-    } cases[] = {
-        {"Ctrl+R", {Qt::CTRL | Qt::Key_R}, {StatusMenuCommand::refresh}, false},
-        {"Ctrl+comma", {Qt::CTRL | Qt::Key_Comma}, {StatusMenuCommand::preferences}, false},
-        {"second entry", {Qt::Key_Down, Qt::Key_Down, Qt::Key_Return}, {StatusMenuCommand::preferences}, false},
-        {"from below", {Qt::Key_Up, Qt::Key_Return}, {StatusMenuCommand::signOut}, false},
-        {"Escape", {Qt::Key_Escape}, {}, false},
+        bool isOpen = false;
+        bool canRefresh = true;
+    } rows[] = {
+        {"Ctrl+R", {Qt::CTRL | Qt::Key_R}, {StatusMenuCommand::refresh}},
+        {"Ctrl+R, disabled", {Qt::CTRL | Qt::Key_R}, {}, true, false},
+        {"Ctrl+comma", {Qt::CTRL | Qt::Key_Comma}, {StatusMenuCommand::preferences}},
+        {"second entry", {Qt::Key_Down, Qt::Key_Down, Qt::Key_Return}, {StatusMenuCommand::preferences}},
+        {"from below", {Qt::Key_Up, Qt::Key_Return}, {StatusMenuCommand::signOut}},
+        {"Escape", {Qt::Key_Escape}, {}},
         {"without modifier", {Qt::Key_Comma}, {}, true},
     };
-    for (const auto& [name, keys, expected, isOpen] : cases) {
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
         chosen.clear();
-        StatusPopupMenu* popup = openPopup();
-        ASSERT_TRUE(popup) << name;
-        for (const QKeyCombination key : keys) {
-            press(popup, key.key(), key.keyboardModifiers());
-        }
-        EXPECT_TRUE(chosen.empty()) << name << ": before the menu has closed";
+        presenter.setMenu(connected({}, row.canRefresh));
+        press(openPopup(), row.keys);
+        EXPECT_TRUE(chosen.empty()) << "before the menu has closed";
         settle();
-        EXPECT_EQ(chosen, expected) << name;
-        EXPECT_FALSE(wasOpenWhenChosen) << name;
-        EXPECT_EQ(presenter.isMenuOpen(), isOpen) << name;
+        EXPECT_EQ(chosen, row.chosen);
+        EXPECT_FALSE(wasOpenWhenChosen);
+        EXPECT_EQ(presenter.isMenuOpen(), row.isOpen);
+        if (row.isOpen) {
+            presenter.toggleMenu();
+            settle();
+        }
     }
-}
-
-TEST_F(StatusMenuPresenterTest, DisabledCommandHasNoKey) {
-    StatusPresentation presentation = connected();
-    presentation.canRefresh = false;
-    presenter.setMenu(statusMenu(presentation));
-    press(openPopup(), Qt::Key_R, Qt::ControlModifier);
-    settle();
-    EXPECT_TRUE(chosen.empty());
-    EXPECT_TRUE(presenter.isMenuOpen());
 }
 
 TEST_F(StatusMenuPresenterTest, OpenPopupStaysAsItIsAndIsFreedWhenItCloses) {
     const QPointer<StatusPopupMenu> popup = openPopup();
     const QStringList before = rowsOf(popup);
-    presenter.setMenu(statusMenu(connected(QStringLiteral("9 W"))));
+    presenter.setMenu(connected(QStringLiteral("9 W")));
     EXPECT_EQ(rowsOf(popup), before);
     presenter.toggleMenu();
     EXPECT_FALSE(presenter.isMenuOpen());
@@ -172,13 +169,11 @@ TEST_F(StatusMenuPresenterTest, WindowFollowsTheMenuAndKeepsTheFocusedCommand) {
     presenter.showWindow(QStringLiteral("3.50 kW"));
     auto* window = shown<StatusMenuWindow>();
     ASSERT_TRUE(window);
-    press(window, Qt::Key_Down);
-    press(window, Qt::Key_Down);
-    presenter.setMenu(statusMenu(connected(QStringLiteral("9 W"))));
+    press(window, {Qt::Key_Down, Qt::Key_Down});
+    presenter.setMenu(connected(QStringLiteral("9 W")));
     settle();
     EXPECT_EQ(rowsOf(window).first().toStdString(), "Current Output: 9 W");
-    press(window, Qt::Key_Return);
-    press(window, Qt::Key_R, Qt::ControlModifier);
+    press(window, {Qt::Key_Return, Qt::CTRL | Qt::Key_R});
     settle();
     EXPECT_EQ(chosen, (Commands{StatusMenuCommand::preferences, StatusMenuCommand::refresh}));
     EXPECT_TRUE(presenter.isWindowOpen());
@@ -188,35 +183,26 @@ TEST_F(StatusMenuPresenterTest, WindowFollowsTheMenuAndKeepsTheFocusedCommand) {
 
 TEST(StatusPopupWindow, ClosesBeforeACommandOnEscapeAndWithoutFocus) {
     const struct {
-        const char* name;
-        std::function<void(StatusPopupWindow&)> act;
-        std::string outcome;
-    } cases[] = {
-        {"Ctrl+R", [](auto& popup) { press(&popup, Qt::Key_R, Qt::ControlModifier); }, "closed chosen "},
-        {"Up and Return",
-         [](auto& popup) {
-             press(&popup, Qt::Key_Up);
-             press(&popup, Qt::Key_Return);
-         },
-         "closed chosen "},
-        {"Escape", [](auto& popup) { press(&popup, Qt::Key_Escape); }, "closed "},
-        {"other window",
-         [](auto& popup) {
-             QEvent event(QEvent::WindowDeactivate);
-             QApplication::sendEvent(&popup, &event);
-         },
-         "closed dismissed "},
+        Keys keys; ///< none: another window becomes the active one
+        const char* outcome;
+    } rows[] = {
+        {{Qt::CTRL | Qt::Key_R}, "closed chosen "},
+        {{Qt::Key_Up, Qt::Key_Return}, "closed chosen "},
+        {{Qt::Key_Escape}, "closed "},
+        {{}, "closed dismissed "},
     };
-    for (const auto& [name, act, expected] : cases) {
-        StatusPopupWindow popup(statusMenu(connected()));
+    for (const auto& [keys, expected] : rows) {
+        StatusPopupWindow popup(connected());
         std::string outcome;
         QObject::connect(&popup, &StatusPopupWindow::closed, [&] { outcome += "closed "; });
         QObject::connect(&popup, &StatusPopupWindow::commandChosen, [&] { outcome += "chosen "; });
         QObject::connect(&popup, &StatusPopupWindow::dismissed, [&] { outcome += "dismissed "; });
         popup.show();
         settle();
-        act(popup);
-        EXPECT_EQ(outcome, expected) << name;
-        EXPECT_FALSE(popup.isVisible()) << name;
+        press(&popup, keys);
+        QEvent deactivation(QEvent::WindowDeactivate);
+        QApplication::sendEvent(&popup, &deactivation);
+        EXPECT_EQ(outcome, expected);
+        EXPECT_FALSE(popup.isVisible());
     }
 }

@@ -14,12 +14,6 @@ StatusPresentation signedIn() {
     return presentation;
 }
 
-StatusPresentation withError(const QString& line) {
-    StatusPresentation presentation;
-    presentation.errorLine = line;
-    return presentation;
-}
-
 /// One line per entry, for comparing whole menus; a disabled command stands in parentheses.
 struct Outline {
     QString operator()(const StatusMenuChart& chart) const {
@@ -43,8 +37,10 @@ std::string outline(const StatusMenu& menu) {
     return lines.join(QLatin1Char('\n')).toStdString();
 }
 
-std::optional<StatusMenuError> errorOf(const StatusMenu& menu) {
-    for (const StatusMenuEntry& entry : menu) {
+std::optional<StatusMenuError> errorFor(const QString& line) {
+    StatusPresentation presentation;
+    presentation.errorLine = line;
+    for (const StatusMenuEntry& entry : statusMenu(presentation)) {
         if (const auto* error = std::get_if<StatusMenuError>(&entry)) {
             return *error;
         }
@@ -84,12 +80,12 @@ TEST(StatusMenu, CutsTheErrorAfter72CharactersAndKeepsTheWhole) {
         {"combined at the cut", QString(64, QLatin1Char('x')) + sun + sun, QString(64, QLatin1Char('x')) + sun},
     };
     for (const auto& [name, line, shown] : cases) {
-        const auto error = errorOf(statusMenu(withError(line)));
+        const auto error = errorFor(line);
         ASSERT_TRUE(error) << name;
         EXPECT_EQ(error->text.toStdString(), "Error: " + shown.toStdString()) << name;
         EXPECT_EQ(error->wholeText.toStdString(), "Error: " + line.toStdString()) << name;
     }
-    EXPECT_FALSE(errorOf(statusMenu(withError(QString()))));
+    EXPECT_FALSE(errorFor({}));
 }
 
 TEST(StatusMenu, ExportsTheSameEntriesAsText) {

@@ -1,0 +1,186 @@
+#include <VarnelStatusMenu/Linux/ExportedStatusItem.h>
+
+#include "../Support/EventLoop.h"
+#include "../Support/PrivateBus.h"
+
+#include <VarnelStatusMenu/Linux/DBusMenuTypes.h>
+#include <VarnelStatusMenu/Linux/ItemProtocolTypes.h>
+
+#include <gmock/gmock.h>
+
+using namespace Varnel;
+using namespace Varnel::Testing;
+using testing::ElementsAre;
+
+namespace {
+
+class SignalSpy final : public QObject {
+    Q_OBJECT
+
+public:
+    std::vector<QDBusMessage> messages;
+
+    /// The names of what was received, in order.
+    std::string members() const {
+        QStringList names;
+        for (const QDBusMessage& message : messages) {
+            names << message.member();
+        }
+        return names.join(u' ').toStdString();
+    }
+
+public Q_SLOTS:
+    void receive(const QDBusMessage& message) { messages.push_back(message); }
+};
+
+StatusItemContent content(const QString& title, bool hasChart = true) {
+    StatusPresentation presentation;
+    presentation.outputValue = title;
+    presentation.showOutputChart = hasChart;
+    presentation.isSignedIn = true;
+    return {title, QStringLiteral("Current Output: ") + title, exportedMenu(statusMenu(presentation))};
+}
+
+const QString clicked = QStringLiteral("clicked");
+const QVariant noData = QVariant::fromValue(QDBusVariant(QString()));
+constexpr int showChartId = 1;
+constexpr int refreshId = 10;
+constexpr int preferencesId = 11;
+constexpr int signOutId = 13;
+constexpr int outputRowId = 102;
+constexpr int unknownId = 999;
+
+/// What a panel sees and does: each call goes over the bus.
+struct ExportedStatusItemTest : testing::Test {
+    ExportedStatusItemTest() {
+        for (const auto& [object, spy] : {std::pair(&itemObject, &itemSpy), {&menuObject, &menuSpy}}) {
+            panel.connect(object->service, object->path, object->interface, {}, spy, SLOT(receive(QDBusMessage)));
+        }
+    }
+
+    QVariantMap itemProperties() {
+        const BusObject properties{itemObject.service, itemObject.path,
+                                   QStringLiteral("org.freedesktop.DBus.Properties")};
+        const QDBusMessage reply = PrivateBus::ask(panel, properties, "GetAll", {itemObject.interface});
+        return qdbus_cast<QVariantMap>(reply.arguments().value(0));
+    }
+    QDBusMessage call(const char* method, const QVariantList& arguments) {
+        const QDBusMessage reply = PrivateBus::ask(panel, menuObject, method, arguments);
+        settle();
+        return reply;
+    }
+    QDBusMessage click(int id) { return call("Event", {id, clicked, noData, 0U}); }
+
+    PrivateBus bus;
+    QDBusConnection program = bus.connect();
+    QDBusConnection panel = bus.connect();
+    const BusObject itemObject{program.baseService(), QStringLiteral("/StatusNotifierItem"),
+                               QStringLiteral("org.kde.StatusNotifierItem")};
+    const BusObject menuObject{program.baseService(), QStringLiteral("/MenuBar"),
+                               QStringLiteral("com.canonical.dbusmenu")};
+    SignalSpy itemSpy;
+    SignalSpy menuSpy;
+    int menusOpened = 0;
+    std::vector<StatusMenuCommand> chosen;
+    ExportedStatusItem item{
+        program,
+        QStringLiteral("com.varnel.menubar"),
+        {[this] { ++menusOpened; }, [this](StatusMenuCommand command) { chosen.push_back(command); }}};
+};
+
+} // namespace
+
+TEST_F(ExportedStatusItemTest, HasTheProtocolsPropertiesAndALabelOnlyInTheFormOfALabel) {
+    item.setForm(TitleForm::square);
+    EXPECT_FALSE(itemProperties().contains(QStringLiteral("XAyatanaLabel")));
+    EXPECT_FALSE(qdbus_cast<QList<ItemPixmap>>(itemProperties().value(QStringLiteral("IconPixmap"))).isEmpty());
+    item.setForm(TitleForm::label);
+    item.setContent(content(QStringLiteral("2.00 kW")));
+    const QVariantMap properties = itemProperties();
+    EXPECT_EQ(properties.value(QStringLiteral("XAyatanaLabel")), QStringLiteral("2.00 kW"));
+    EXPECT_EQ(properties.value(QStringLiteral("Title")), QStringLiteral("2.00 kW"));
+    EXPECT_EQ(properties.value(QStringLiteral("Status")), QStringLiteral("Active"));
+    EXPECT_EQ(properties.value(QStringLiteral("Menu")).value<QDBusObjectPath>().path(), menuObject.path);
+    EXPECT_EQ(qdbus_cast<ItemToolTip>(properties.value(QStringLiteral("ToolTip"))).title,
+              QStringLiteral("Current Output: 2.00 kW"));
+    EXPECT_EQ(itemSpy.members(), "NewTitle NewToolTip XAyatanaNewLabel");
+}
+
+TEST_F(ExportedStatusItemTest, TellsOnlyWhatChanged) {
+    item.setContent(content(QStringLiteral("1.00 kW")));
+    item.setForm(TitleForm::square);
+    StatusItemContent next = content(QStringLiteral("1.00 kW"));
+    item.setContent(next);
+    next.toolTip = QStringLiteral("another");
+    item.setContent(next);
+    next.title = QStringLiteral("1.00  kW"); // the picture is the same
+    item.setContent(next);
+    item.setContent(content(QStringLiteral("2.00 kW")));
+    itemProperties(); // the signals come before this reply
+    settle();
+    EXPECT_EQ(itemSpy.members(), "NewToolTip NewTitle NewTitle NewIcon NewToolTip");
+}
+
+TEST_F(ExportedStatusItemTest, ShowsRowsAndCommandsAsTextInOrder) {
+    item.setContent(content(QStringLiteral("1_2 kW")));
+    const auto layout = qdbus_cast<DBusMenuLayoutItem>(call("GetLayout", {0, -1, QStringList()}).arguments().value(1));
+    QString rows;
+    for (const DBusMenuLayoutItem& row : layout.children) {
+        const QVariant type = row.properties.value(QStringLiteral("type"));
+        const bool isEnabled = row.properties.value(QStringLiteral("enabled"), true).toBool();
+        rows += row.properties.value(QStringLiteral("label"), type).toString() + (isEnabled ? u'\n' : u'-');
+    }
+    EXPECT_EQ(rows.toStdString(), "Show Chart\nseparator\nCurrent Output: 1__2 kW-Daily Output: ---Last Updated: ---"
+                                  "separator\nRefresh-Settings…\nseparator\nDisconnect\n");
+    const QVariant shortcut = layout.children.at(7).properties.value(QStringLiteral("shortcut"));
+    EXPECT_EQ(qdbus_cast<QList<QStringList>>(shortcut),
+              QList<QStringList>{QStringList({QStringLiteral("Control"), QStringLiteral("comma")})});
+}
+
+TEST_F(ExportedStatusItemTest, CallsTheHandlerOncePerChoiceOfAnEnabledRow) {
+    item.setContent(content(QStringLiteral("1 kW")));
+    click(refreshId); // not enabled
+    click(outputRowId);
+    call("Event", {preferencesId, QStringLiteral("hovered"), noData, 0U});
+    EXPECT_TRUE(chosen.empty());
+    click(preferencesId);
+    click(showChartId);
+    EXPECT_EQ(menusOpened, 1);
+    const QList<DBusMenuEvent> events{{signOutId, clicked, QDBusVariant(QString()), 0},
+                                      {unknownId, clicked, QDBusVariant(QString()), 0}};
+    const QDBusMessage reply = call("EventGroup", {QVariant::fromValue(events)});
+    EXPECT_EQ(qdbus_cast<QList<int>>(reply.arguments().value(0)), QList<int>{unknownId});
+    EXPECT_THAT(chosen, ElementsAre(StatusMenuCommand::preferences, StatusMenuCommand::signOut));
+}
+
+TEST_F(ExportedStatusItemTest, AnswersForTheRowsItHasAndRefusesOthers) {
+    item.setContent(content(QStringLiteral("1 kW")));
+    const QString label = QStringLiteral("label");
+    const auto ids = QVariant::fromValue(QList<int>{preferencesId, unknownId});
+    const QDBusMessage properties = call("GetGroupProperties", {ids, QStringList(label)});
+    EXPECT_EQ(qdbus_cast<QList<DBusMenuItem>>(properties.arguments().value(0)),
+              (QList<DBusMenuItem>{{preferencesId, {{label, QStringLiteral("Settings…")}}}}));
+    const QVariantList aboutToShow = call("AboutToShowGroup", {ids}).arguments();
+    EXPECT_EQ(qdbus_cast<QList<int>>(aboutToShow.value(0)), QList<int>());
+    EXPECT_EQ(qdbus_cast<QList<int>>(aboutToShow.value(1)), QList<int>{unknownId});
+    EXPECT_EQ(call("AboutToShow", {0}).arguments().value(0), QVariant(false));
+    EXPECT_EQ(call("GetProperty", {preferencesId, label}).arguments().value(0).value<QDBusVariant>().variant(),
+              QVariant(QStringLiteral("Settings…")));
+    EXPECT_EQ(call("GetProperty", {unknownId, label}).type(), QDBusMessage::ErrorMessage);
+    EXPECT_EQ(call("GetLayout", {unknownId, -1, QStringList()}).type(), QDBusMessage::ErrorMessage);
+    EXPECT_EQ(click(unknownId).type(), QDBusMessage::ErrorMessage);
+}
+
+TEST_F(ExportedStatusItemTest, AnnouncesTextsWhenTheRowsAreTheSameAndTheLayoutOtherwise) {
+    item.setContent(content(QStringLiteral("1 kW")));
+    item.setContent(content(QStringLiteral("2 kW")));
+    item.setContent(content(QStringLiteral("2 kW")));
+    item.setContent(content(QStringLiteral("2 kW"), false));
+    // The choice of a person who still sees the rows of before means the same.
+    click(preferencesId);
+    EXPECT_THAT(chosen, ElementsAre(StatusMenuCommand::preferences));
+    ASSERT_EQ(menuSpy.members(), "LayoutUpdated ItemsPropertiesUpdated LayoutUpdated");
+    EXPECT_EQ(qdbus_cast<QList<DBusMenuItem>>(menuSpy.messages[1].arguments().value(0)).size(), 1);
+}
+
+#include "ExportedStatusItemTests.moc"
