@@ -16,6 +16,7 @@ void EndToEndTest::SetUp() {
     ASSERT_TRUE(simulator.listen(0));
     simulator.behaviour().password = password;
     endpoints.defaultBase = base(QStringLiteral("default"));
+    endpoints.regionalFragment = QStringLiteral("127.0.0.1");
     endpoints.alternateBase = base(QStringLiteral("alternate"));
     client = std::make_shared<SEMSAPIClient>(simulator.baseURL(), http, time, endpoints);
 }
@@ -61,27 +62,14 @@ EndToEndTest::Lines EndToEndTest::asked() {
     return lines;
 }
 
-EndToEndTest::Lines EndToEndTest::inPasses(const Lines& paths, const char* first, const char* second,
-                                           const std::string& query) {
-    Lines lines;
-    for (const std::string& path : paths) {
-        lines.push_back(first + path);
-    }
-    for (const std::string& path : paths) {
-        lines.push_back(second + path + query);
-    }
-    return lines;
-}
-
-std::string EndToEndTest::sent(std::size_t index) {
-    const Simulator::ServiceRequest& request = simulator.log().requests().at(index);
-    QByteArray text;
+std::string EndToEndTest::sent(const Simulator::ServiceRequest& request) {
+    std::string text;
     for (const char* name : {"Accept", "Content-Type", "Token", "Authorization", "User-Agent"}) {
         const QByteArray value = request.header(name);
         const bool isOurs = !value.isEmpty() && !value.startsWith("Mozilla/"); // which Qt sends of its own accord
-        text += !isOurs ? QByteArray() : name + QByteArray(": ") + value + '\n';
+        text += isOurs ? (QByteArray("    ") + name + ": " + value + '\n').toStdString() : "";
     }
-    return (text + request.body).toStdString();
+    return text + (request.body.isEmpty() ? "" : "    " + request.body.toStdString() + '\n');
 }
 
 } // namespace Varnel

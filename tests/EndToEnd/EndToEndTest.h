@@ -61,11 +61,9 @@ protected:
     /// "METHOD target" of each request so far, in order.
     Lines asked();
 
-    /// What such a list holds when every path is asked for by the first method and then every path by the second.
-    static Lines inPasses(const Lines& paths, const char* first, const char* second, const std::string& query = {});
-
-    /// What a request says beside its target: a line for each header that matters to the service, then the body.
-    std::string sent(std::size_t index);
+    /// What a request says beside its target: an indented line for each header that matters to the
+    /// service and one for the body.
+    static std::string sent(const Simulator::ServiceRequest& request);
 
     static inline const QString stationID = QStringLiteral("6f1c2a34-58be-4d0e-9a57-2b8c41d7e001");
     const QString account = QStringLiteral("demo@example.com");

@@ -2,9 +2,8 @@
 
 #include <VarnelAppSupport/OutputHistoryStore.h>
 
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
+#include "../Support/Files.h"
+
 #include <QTemporaryDir>
 
 namespace Varnel::Testing {
@@ -19,20 +18,8 @@ public:
         return {dataFolder(), QStringLiteral("com.varnel.menubar"), retentionDays};
     }
 
-    /// The bytes of the history file; a null array when there is none.
-    QByteArray content() const {
-        QFile file(store().filePath());
-        return file.open(QFile::ReadOnly) ? file.readAll() : QByteArray();
-    }
-
-    /// Puts a file by other hands in the place of the history file.
-    void put(const QByteArray& content) const {
-        QDir().mkpath(QFileInfo(store().filePath()).absolutePath());
-        QFile file(store().filePath());
-        if (!file.open(QFile::WriteOnly) || file.write(content) != content.size()) {
-            qFatal("The test's history file cannot be written");
-        }
-    }
+    QByteArray content() const { return contentOf(store().filePath()); }
+    void put(const QByteArray& content) const { putFile(store().filePath(), content); }
 
 private:
     QTemporaryDir m_root;

@@ -4,10 +4,7 @@
 
 #include <gmock/gmock.h>
 
-#include <QTimeZone>
-
 #include <cmath>
-#include <cstdlib>
 #include <ctime>
 #include <limits>
 
@@ -20,11 +17,6 @@ using Testing::HistoryFolder;
 const QString account = QStringLiteral("me@example.org");
 const QString station = QStringLiteral("S1");
 
-void setZone(const char* zone) {
-    setenv("TZ", zone, 1);
-    tzset();
-}
-
 Timestamp local(int year, int month, int day, int hour = 0, int minute = 0) {
     return Timestamp::fromDateTime(QDateTime(QDate(year, month, day), QTime(hour, minute)));
 }
@@ -33,12 +25,8 @@ OutputHistorySnapshot snapshotOf(Timestamp dayStart, double kilowatts, const QSt
     return {dayStart, account, stationID, {{dayStart + Seconds(36000), kilowatts}}};
 }
 
-/// A store in a folder of its own, in the zone of Berlin.
 class OutputHistoryStoreTest : public testing::Test {
 protected:
-    void SetUp() override { setZone("Europe/Berlin"); }
-    void TearDown() override { setZone("Europe/Berlin"); }
-
     std::vector<Timestamp> storedDays() {
         std::vector<Timestamp> days;
         for (const OutputHistorySnapshot& snapshot : store.loadAllSnapshots(account, station)) {
@@ -153,9 +141,13 @@ TEST_F(OutputHistoryStoreTest, FindsASnapshotByItsCalendarDayInTheZoneOfTheMomen
     store.clear();
     const OutputHistorySnapshot june2 = snapshotOf(local(2026, 6, 2), 1);
     store.saveSnapshot(june2, june2.dayStart);
-    setZone("America/New_York"); // where midnight in Berlin belongs to the day before
+    const QByteArray zone = qgetenv("TZ");
+    qputenv("TZ", "America/New_York"); // where midnight in Berlin belongs to the day before
+    tzset();
     EXPECT_EQ(store.loadSnapshot(local(2026, 6, 2), account, station), std::nullopt);
     EXPECT_EQ(store.loadSnapshot(local(2026, 6, 1), account, station), june2);
+    qputenv("TZ", zone);
+    tzset();
 }
 
 TEST_F(OutputHistoryStoreTest, KeepsAccountsAndStationsApartAndTrimsOnlyWhatIsAskedFor) {

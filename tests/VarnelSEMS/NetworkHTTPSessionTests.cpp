@@ -1,12 +1,12 @@
 #include <VarnelSEMS/Linux/NetworkHTTPSession.h>
 
 #include "../Support/EventLoop.h"
+#include "../Support/Files.h"
 #include "LoopbackServer.h"
 
 #include <VarnelSEMS/Linux/NetworkErrorMapping.h>
 #include <VarnelShared/URLError.h>
 
-#include <QFile>
 #include <QSslCertificate>
 #include <QSslConfiguration>
 #include <QSslKey>
@@ -195,12 +195,10 @@ TEST(NetworkHTTPSession, DestructionEndsWhatIsInFlight) {
 }
 
 TEST(NetworkHTTPSession, ASelfSignedCertificateIsRefused) {
-    QFile pem(QStringLiteral(VARNEL_TESTS_FOLDER "/VarnelSEMS/self-signed.pem"));
-    ASSERT_TRUE(pem.open(QFile::ReadOnly));
-    const QByteArray text = pem.readAll();
+    const QByteArray pem = Testing::contentOf(QStringLiteral(VARNEL_TESTS_FOLDER "/VarnelSEMS/self-signed.pem"));
     QSslConfiguration configuration = QSslConfiguration::defaultConfiguration();
-    configuration.setPrivateKey(QSslKey(text, QSsl::Ec));
-    configuration.setLocalCertificate(QSslCertificate(text));
+    configuration.setPrivateKey(QSslKey(pem, QSsl::Ec));
+    configuration.setLocalCertificate(QSslCertificate(pem));
     auto secure = std::make_unique<QSslServer>();
     secure->setSslConfiguration(configuration);
     LoopbackServer server([](QTcpSocket& socket, auto&) { socket.write(httpReply(200, "{}")); }, std::move(secure));

@@ -1,31 +1,27 @@
 #include <VarnelSEMS/SEMSJSONSearch.h>
 
-#include <QDir>
-#include <QFile>
+#include "../Support/Files.h"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cmath>
-
-// Every reply of the replies folder against the reading beside it: REPLY.json and REPLY.expected.json. An expectation
-// names only what it is about; null stands for "nothing found".
 
 namespace Varnel {
 namespace {
 
-const QString folder = QStringLiteral(VARNEL_TESTS_FOLDER "/replies");
-const QString expectedSuffix = QStringLiteral(".expected.json");
+const QDir folder(QStringLiteral(VARNEL_TESTS_FOLDER "/replies"));
 
 JSON contentOf(const QString& fileName) {
-    QFile file(folder + QLatin1Char('/') + fileName);
-    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << fileName.toStdString();
-    return parseJSON(file.readAll()).value();
+    return parseJSON(Testing::contentOf(folder.filePath(fileName))).value();
 }
 
-/// Everything that is read from a reply; `day` is of use to the replies of day calls alone.
-JSON readingOf(const JSON& reply, const QString& day) {
-    const auto orNull = [](const auto& found) { return found ? JSON(*found) : JSON(); };
+/// Without the digits that a division by 1000 leaves behind; null for "nothing found".
+template <typename Found>
+JSON number(const Found& found) {
+    return found ? JSON(std::round(*found * 1e9) / 1e9) : JSON();
+}
+
+JSON stationsOf(const JSON& reply) {
     JSON stations = JSON::array();
     for (const PowerStation& station : SEMSJSONSearch::extractStations(reply)) {
         JSON& entry = stations.emplace_back(JSON{{"id", toUtf8(station.id)}});
@@ -33,32 +29,51 @@ JSON readingOf(const JSON& reply, const QString& day) {
             entry["name"] = toUtf8(*station.name);
         }
         if (station.capacityKW) {
-            entry["capacityKW"] = *station.capacityKW;
+            entry["capacityKW"] = number(station.capacityKW);
         }
     }
-    auto series = SEMSJSONSearch::extractTodayPowerSeriesKW(reply);
-    if (series) {
-        // A division by 1000 leaves digits of its own behind.
-        std::for_each(series->begin(), series->end(), [](double& power) { power = std::round(power * 1e6) / 1e6; });
-    }
-    const QDate date = QDate::fromString(day, Qt::ISODate);
-    return {{"day", toUtf8(day)},
-            {"kilowatts", orNull(SEMSJSONSearch::extractInstantPowerKW(reply))},
-            {"todayOutputKWh", orNull(SEMSJSONSearch::extractTodayOutputKWh(reply))},
-            {"dayOutputKWh", orNull(SEMSJSONSearch::extractDayOutputKWh(reply, date))},
-            {"seriesKW", orNull(series)},
-            {"stations", stations}};
+    return stations;
 }
 
+/// Expects of each named value of a case what the search finds in the reply; a case names only what it is about.
+void expectReading(const std::string& name, const JSON& expected, const JSON& reply) {
+    JSON series;
+    for (const double power : SEMSJSONSearch::extractTodayPowerSeriesKW(reply).value_or(std::vector<double>())) {
+        series.push_back(number(std::optional(power)));
+    }
+    const QString day = textOf(expected.value("day", JSON()));
+    const QDate date = QDate::fromString(day, Qt::ISODate);
+    const JSON reading = {{"kilowatts", number(SEMSJSONSearch::extractInstantPowerKW(reply))},
+                          {"todayOutputKWh", number(SEMSJSONSearch::extractTodayOutputKWh(reply))},
+                          {"dayOutputKWh", number(SEMSJSONSearch::extractDayOutputKWh(reply, date))},
+                          {"seriesKW", series},
+                          {"stations", stationsOf(reply)},
+                          {"day", toUtf8(day)},
+                          {"name", expected.value("name", JSON())},
+                          {"reply", reply}};
+    for (const auto& [key, value] : expected.items()) {
+        EXPECT_EQ(reading.value(key, JSON("no such value")), value) << name << ": " << key;
+    }
+}
+
+// REPLY.json is a whole reply and REPLY.expected.json what is read from it.
 TEST(SEMSReplies, ReadAsExpected) {
-    const QStringList names = QDir(folder).entryList({QLatin1Char('*') + expectedSuffix}, QDir::Files, QDir::Name);
-    ASSERT_FALSE(names.isEmpty()) << folder.toStdString();
+    const QString suffix = QStringLiteral(".expected.json");
+    const QStringList names = folder.entryList({QLatin1Char('*') + suffix}, QDir::Files);
+    ASSERT_FALSE(names.isEmpty());
     for (const QString& name : names) {
-        const JSON expected = contentOf(name);
-        const JSON reply = contentOf(name.chopped(expectedSuffix.size()) + QStringLiteral(".json"));
-        const JSON reading = readingOf(reply, textOf(expected.value("day", JSON())));
-        for (const auto& [key, value] : expected.items()) {
-            EXPECT_EQ(reading.value(key, JSON("no such value")), value) << name.toStdString() << ": " << key;
+        const JSON reply = contentOf(name.chopped(suffix.size()) + QStringLiteral(".json"));
+        expectReading(name.toStdString(), contentOf(name), reply);
+    }
+}
+
+// Every rule of the search with the smallest reply that shows it.
+TEST(SEMSReplies, FollowTheRulesOfTheSearch) {
+    for (const char* topic : {"power", "energy", "series", "stations"}) {
+        const JSON cases = contentOf(QStringLiteral("rules/%1.json").arg(QLatin1String(topic)));
+        ASSERT_FALSE(cases.empty());
+        for (const JSON& each : cases) {
+            expectReading(topic + (": " + each.at("name").get<std::string>()), each, each.at("reply"));
         }
     }
 }

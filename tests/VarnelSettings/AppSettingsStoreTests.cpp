@@ -1,14 +1,17 @@
 #include <VarnelSettings/AppSettingsStore.h>
 #include <VarnelSettings/Linux/IniUserDefaults.h>
 
-#include <gmock/gmock.h>
+#include "../Support/Files.h"
 
-#include <QFile>
-#include <QFileInfo>
 #include <QTemporaryDir>
+
+#include <gmock/gmock.h>
 
 namespace Varnel {
 namespace {
+
+using Testing::contentOf;
+using Testing::putFile;
 
 const QString key = QStringLiteral("varnel.settings.v1");
 
@@ -24,17 +27,6 @@ AppSettings unusualSettings() {
 
 class IniUserDefaultsTest : public testing::Test {
 protected:
-    void write(const QByteArray& content) {
-        QDir().mkpath(QFileInfo(path).path());
-        QFile file(path);
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(content);
-    }
-    QByteArray read() const {
-        QFile file(path);
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    }
-
     QTemporaryDir folder;
     QString path = folder.filePath(QStringLiteral("a/b/defaults.ini"));
 };
@@ -46,7 +38,7 @@ TEST_F(IniUserDefaultsTest, WritesTheRecordAtOnceIntoAPrivateFolder) {
     EXPECT_FALSE(QFile::exists(path));
     store.save(AppSettings::defaults());
     EXPECT_THAT(
-        read().toStdString(),
+        contentOf(path).toStdString(),
         testing::HasSubstr(R"(varnel.settings.v1="@ByteArray({\"baseURL\":\"https://www.semsportal.com/api/\")"));
     const QFileDevice::Permissions others(0x0077);
     for (const char* made : {"a", "a/b"}) {
@@ -73,12 +65,12 @@ TEST_F(IniUserDefaultsTest, AForeignRecordYieldsTheDefaultsAndIsKeptUntilTheNext
 TEST_F(IniUserDefaultsTest, OtherKindsOfValueCountAsAbsentAndStay) {
     for (const char* value : {R"("{\"pollIntervalSeconds\": 30}")", "42", "a, b", "@Variant(broken"}) {
         const QByteArray content = QByteArray("[General]\nvarnel.settings.v1=") + value + "\nother=kept\n";
-        write(content);
+        putFile(path, content);
         IniUserDefaults defaults(path);
         EXPECT_EQ(AppSettingsStore(defaults).load(), AppSettings::defaults()) << value;
-        EXPECT_EQ(read(), content);
+        EXPECT_EQ(contentOf(path), content);
     }
-    write("\x00\xff not an INI file at all \n[");
+    putFile(path, "\x00\xff not an INI file at all \n[");
     IniUserDefaults defaults(path);
     AppSettingsStore(defaults).save(unusualSettings());
     IniUserDefaults reopened(path);
@@ -87,7 +79,7 @@ TEST_F(IniUserDefaultsTest, OtherKindsOfValueCountAsAbsentAndStay) {
 
 TEST_F(IniUserDefaultsTest, AFileThatCannotBeWrittenKeepsTheValueForThisRun) {
     const QString blocker = folder.filePath(QStringLiteral("a"));
-    ASSERT_TRUE(QFile(blocker).open(QIODevice::WriteOnly)); // a file where the folder would be
+    putFile(blocker, "a file where the folder would be");
     IniUserDefaults unwritable(path);
     AppSettingsStore store(unwritable);
     store.save(unusualSettings());

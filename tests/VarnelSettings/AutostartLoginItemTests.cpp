@@ -2,14 +2,12 @@
 #include <VarnelSettings/Linux/AutostartLoginItem.h>
 
 #include "../Support/EventLoop.h"
+#include "../Support/Files.h"
 
-#include <gtest/gtest.h>
-
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
 #include <QProcess>
 #include <QTemporaryDir>
+
+#include <gtest/gtest.h>
 
 namespace Varnel {
 namespace {
@@ -19,16 +17,11 @@ protected:
     void SetUp() override { write(executable, "#!/bin/sh\ntouch \"$(dirname \"$0\")/started\"\n"); }
 
     static void write(const QString& path, const QByteArray& content) {
-        ASSERT_TRUE(QDir().mkpath(QFileInfo(path).path()));
-        QFile file(path);
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(content);
-        file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
+        Testing::putFile(path, content);
+        QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     }
-    QByteArray entry() const {
-        QFile file(entryPath);
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    }
+    QByteArray entry() const { return Testing::contentOf(entryPath); }
+
     QTemporaryDir folder;
     QString autostart = folder.filePath(QStringLiteral("config/autostart"));
     QString entryPath = autostart + QStringLiteral("/com.example.solar.desktop");

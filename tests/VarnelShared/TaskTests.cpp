@@ -10,33 +10,24 @@
 namespace Varnel {
 namespace {
 
-QCoro::Task<void> setFlag(std::shared_ptr<bool> flag) {
-    *flag = true;
-    co_return;
-}
-
-QCoro::Task<void> fail() {
+QCoro::Task<void> fail(std::shared_ptr<bool> hasRun) {
+    *hasRun = true;
     throw std::runtime_error("broken");
     co_return;
 }
 
-TEST(Task, RunsFromTheEventLoopAndKeepsItsCapturesUntilThen) {
-    const auto flag = std::make_shared<bool>(false);
-    startTask("test", [flag] { return setFlag(flag); });
-    EXPECT_FALSE(*flag);
-    EXPECT_EQ(flag.use_count(), 2);
-    Testing::settle();
-    EXPECT_TRUE(*flag);
-    EXPECT_EQ(flag.use_count(), 1);
-}
-
-TEST(Task, AnEscapingExceptionIsLoggedWithTheNameOfTheTask) {
+TEST(Task, RunsFromTheEventLoopAndLogsAnEscapingExceptionWithItsName) {
     static QString logged;
     const auto previous =
         qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString& message) { logged += message; });
-    startTask("poll", [] { return fail(); });
+    const auto hasRun = std::make_shared<bool>(false);
+    startTask("poll", [hasRun] { return fail(hasRun); });
+    EXPECT_FALSE(*hasRun);
+    EXPECT_EQ(hasRun.use_count(), 2) << "the captures are kept until then";
     Testing::settle();
     qInstallMessageHandler(previous);
+    EXPECT_TRUE(*hasRun);
+    EXPECT_EQ(hasRun.use_count(), 1);
     EXPECT_EQ(logged, QStringLiteral("Task poll ended with an exception: broken"));
 }
 

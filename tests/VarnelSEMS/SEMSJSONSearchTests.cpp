@@ -1,4 +1,5 @@
 #include <VarnelSEMS/SEMSJSONSearch.h>
+#include <VarnelSEMS/SEMSSeriesIndex.h>
 
 #include <gtest/gtest.h>
 
@@ -74,44 +75,54 @@ TEST(SEMSJSONSearch, FindsDictionariesAndPaths) {
     EXPECT_EQ(SEMSJSONSearch::firstDictionary(reply, {u"result.data.pac"_s}), nullptr);
 }
 
-TEST(SEMSJSONSearch, ExtractsStationsOfBothFamilies) {
+TEST(SEMSJSONSearch, PassesOverADigitStringThatNoDoubleHolds) {
+    const JSON reply = {{"pac", std::string(400, '9')}, {"ppv", 2}};
+    EXPECT_EQ(SEMSJSONSearch::extractInstantPowerKW(reply).value(), 2);
+}
+
+/// One value per five minutes of a day.
+JSON day(double (*power)(double hour)) {
+    JSON values = JSON::array();
+    for (int i = 0; i < 288; ++i) {
+        values.push_back(power(i / 12.0));
+    }
+    return values;
+}
+
+double sun(double hour) {
+    return hour > 6 && hour < 20 ? 3.0 * (hour - 6) * (20 - hour) / 49 : 0;
+}
+
+TEST(SEMSJSONSearch, PrefersTheCurveThatTheSunDraws) {
+    const JSON sunDay = day(sun);
     const struct {
         const char* name;
-        const char* reply;
-        std::vector<PowerStation> expected;
+        JSON other;
     } rows[] = {
-        {"portal",
-         R"({"data":{"record":2,"list":[
-             {"powerstation_id":" a-1 ","stationname":"Home","capacity":5.2,"pac_kw":0.4,"pac_unit":"W",
-              "weather":{"name":"Rain","unit":"°C"}},
-             {"powerstation_id":"a-2","stationname":"Barn","capacity":5200,"currency":"EUR"}]}})",
-         {{u"a-1"_s, u"Home"_s, 5.2}, {u"a-2"_s, u"Barn"_s, 5.2}}},
-        {"token",
-         R"({"data":[{"powerStationId":7,"stationName":"Roof","capacity":"6,5 kWp"},{"pwId":"p","pwName":"Shed",
-             "pw_capacity":800,"pwCapacityUnit":"W"}]})",
-         {{u"7"_s, u"Roof"_s, 6.5}, {u"p"_s, u"Shed"_s, 0.8}}},
-        {"a bare id needs company",
-         R"([{"id":"plain"},{"id":"named","name":""},{"id":3,"installedCapacity":4}])",
-         {{u"named"_s, std::nullopt, std::nullopt}, {u"3"_s, std::nullopt, 4}}},
-        {"outer before inner, the same once, empty ids never",
-         R"({"list":[{"pwId":"in"}],"powerStationId":"out","x":{"pwId":"out","pwName":"again"},"y":{"pwId":""},
-             "z":{"power_station_id":null,"pwId":"last"}})",
-         {{u"out"_s, std::nullopt, std::nullopt},
-          {u"in"_s, std::nullopt, std::nullopt},
-          {u"last"_s, std::nullopt, std::nullopt}}},
-        {"units of the capacity",
-         R"([{"pwId":"1","capacity":5,"capacity_unit":"kWp"},{"pwId":"2","capacity":5000,"unit":"Wp"},
-             {"pwId":"3","capacity":9,"unit":"kWh","systemCapacity":"4 kW"},{"pwId":"4","capacity":"--"},
-             {"pwId":"5","capacity":1000}])",
-         {{u"1"_s, std::nullopt, 5},
-          {u"2"_s, std::nullopt, 5},
-          {u"3"_s, std::nullopt, 4},
-          {u"4"_s, std::nullopt, std::nullopt},
-          {u"5"_s, std::nullopt, 1000}}},
-        {"none", R"({"data":{"list":[]}})", {}},
+        {"output before dawn", day([](double hour) { return 1.0 + 0.01 * hour; })},
+        {"jumps", day([](double hour) { return hour > 4 && int(hour * 12) % 2 ? 3.0 : 0.0; })},
+        {"mostly negative", day([](double hour) { return sun(hour) * 1.2 - 2.5; })},
+        {"nothing at all", day([](double) { return 0.0; })},
     };
     for (const auto& row : rows) {
-        EXPECT_EQ(SEMSJSONSearch::extractStations(parsed(row.reply)), row.expected) << row.name;
+        const JSON reply = {{"power", {{"a", row.other}, {"b", sunDay}}}};
+        EXPECT_EQ(SEMSJSONSearch::extractTodayPowerSeriesKW(reply), sunDay.get<std::vector<double>>()) << row.name;
+    }
+}
+
+TEST(SEMSSeriesIndex, ReadsTimesAndIndexes) {
+    const auto order = [](const char* text) {
+        const auto index = parsedSeriesIndex(QLatin1String(text));
+        return index ? std::optional(index->order) : std::nullopt;
+    };
+    EXPECT_EQ(order("12:05"), 12 * 3600 + 300);
+    EXPECT_EQ(order(" 7 "), 7);
+    EXPECT_EQ(order("t_0935"), 935);
+    EXPECT_LT(order("12/31/2024 23:59:00"), order("01/01/2025 00:00:00"));
+    EXPECT_LT(order("06/ 9/2025  9:05:59"), order("06/09/2025 09:06:00"));
+    EXPECT_LT(order("2025-06-21T12:05"), order("2025-06-22T00:00"));
+    for (const char* text : {"", "pac", "vpv1", "25:00", "12:60", "2025-06-21", "-1", "1.5", "999999999999999999999"}) {
+        EXPECT_EQ(order(text), std::nullopt) << text;
     }
 }
 

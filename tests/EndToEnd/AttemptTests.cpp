@@ -1,0 +1,61 @@
+#include "EndToEndTest.h"
+
+#include "../Support/Files.h"
+
+namespace Varnel {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+class AttemptsEndToEnd : public EndToEndTest {
+protected:
+    /// The log as the files of the attempts folder hold it: a line for each request, below it what else it says when
+    /// that is not what the request before said. What differs from session to session is named.
+    QByteArray attempts(const SEMSSession& session) {
+        std::string text;
+        std::string before;
+        for (const Simulator::ServiceRequest& request : simulator.log().requests()) {
+            const std::string more = sent(request);
+            text += (request.method + ' ' + request.target + '\n').toStdString() + (more == before ? "" : more);
+            before = more;
+        }
+        return QByteArray::fromStdString(text)
+            .replace(session.legacyTokenHeader.value_or(u"none"_s).toUtf8(), "<session>")
+            .replace(session.token.toUtf8(), "<token>");
+    }
+};
+
+TEST_F(AttemptsEndToEnd, WhatFailsEverywhereWasTriedInThisOrderAndTheLastErrorCounts) {
+    const auto own = std::make_shared<SEMSAPIClient>(base(u"own"_s), http, time, endpoints);
+    using Call = std::function<std::string(const SEMSSession&)>;
+    const Call signIn = [&](auto&) { return errorOf(await(own->signIn(account, password))); };
+    const Call stations = [&](auto& session) { return errorOf(await(client->fetchPowerStations(session))); };
+    const Call detail = [&](auto& session) { return errorOf(reading(session, u" s&1/é "_s)); };
+    const Call day = [&](auto& session) { return errorOf(await(client->fetchTodayOutputSeries(session, u"s&1"_s))); };
+    const struct {
+        const char* name;
+        SEMSAuthMode mode;
+        Call call;
+    } rows[] = {
+        {"sign-in", SEMSAuthMode::openAPI, signIn},
+        {"stations-token", SEMSAuthMode::openAPI, stations},
+        {"stations-portal", SEMSAuthMode::legacyPortal, stations},
+        {"detail-token", SEMSAuthMode::openAPI, detail},
+        {"detail-portal", SEMSAuthMode::legacyPortal, detail},
+        {"day-token", SEMSAuthMode::openAPI, day},
+        {"day-portal", SEMSAuthMode::legacyPortal, day},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        simulator.behaviour().faults.clear();
+        const SEMSSession session = signedIn(row.mode);
+        answer(u"*"_s, 404, {}, u"json"_s);
+        answer(u"*"_s, 401);
+        EXPECT_THAT(row.call(session), testing::HasSubstr("Authentication failed."));
+        const QString file = QStringLiteral(VARNEL_ATTEMPTS_FOLDER "/%1.txt").arg(QLatin1String(row.name));
+        EXPECT_EQ(attempts(session).toStdString(), Testing::contentOf(file).toStdString());
+    }
+}
+
+} // namespace
+} // namespace Varnel
