@@ -99,7 +99,7 @@ void AppDelegate::handlePollResult(Result<PowerReading> result) {
     if (result) {
         takeReading(*result);
     } else {
-        qCWarning(lcApp, "Poll failed: %s", qUtf8Printable(result.error().localizedDescription()));
+        qCWarning(lcApp, "Poll failed: %s", qUtf8Printable(logText(result.error())));
         m_lastErrorMessage = AppErrorMapper::userFacingMessage(result.error(), AppErrorContext::polling);
     }
     updateStatusBar();

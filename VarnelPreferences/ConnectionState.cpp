@@ -1,6 +1,12 @@
 #include <VarnelPreferences/ConnectionState.h>
 
+#include <VarnelShared/Text.h>
+
 namespace Varnel {
+
+namespace {
+constexpr int longestErrorMessage = 300; ///< it may be the page of a gateway, and the pane grows with it
+}
 
 ConnectionState::Kind connectionKind(const ConnectionState& state) {
     if (state.isConnecting) {
@@ -21,8 +27,9 @@ QString connectionText(const ConnectionState& state) {
     case ConnectionState::Kind::connected:
         return QStringLiteral("Connected");
     case ConnectionState::Kind::error:
-        return state.errorMessage.isEmpty() ? QStringLiteral("Connection error")
-                                            : QStringLiteral("Connection error: %1").arg(state.errorMessage);
+        return state.errorMessage.isEmpty()
+                   ? QStringLiteral("Connection error")
+                   : QStringLiteral("Connection error: ") + firstCharacters(state.errorMessage, longestErrorMessage);
     }
     return {};
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <VarnelShared/Error.h>
+
 #include <QLoggingCategory>
 
 namespace Varnel {
@@ -9,5 +11,8 @@ Q_DECLARE_LOGGING_CATEGORY(lcApp)
 
 /// "Varnel.SEMSAPI": the SEMS client. Attempts at debug. Passwords, tokens and header values are never logged.
 Q_DECLARE_LOGGING_CATEGORY(lcSEMSAPI)
+
+/// The error's description for a log line, cut to a thousand characters: it may hold a whole reply, once per poll.
+QString logText(const Error& error);
 
 } // namespace Varnel

@@ -10,4 +10,7 @@ inline QString trimmed(const QString& text) {
     return text.trimmed();
 }
 
+/// The first `count` characters as a person counts them: neither a surrogate pair nor a letter and its accent is split.
+QString firstCharacters(const QString& text, int count);
+
 } // namespace Varnel

@@ -1,23 +1,12 @@
 #include <VarnelStatusMenu/StatusMenu.h>
 
-#include <QTextBoundaryFinder>
+#include <VarnelShared/Text.h>
 
 namespace Varnel {
 
 namespace {
 
 constexpr int longestErrorText = 72;
-
-/// The first `count` characters as a person counts them: neither a surrogate pair nor a letter and its accent is split.
-QString firstCharacters(const QString& text, int count) {
-    QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text);
-    for (int found = 0; found < count; ++found) {
-        if (finder.toNextBoundary() < 0) {
-            return text;
-        }
-    }
-    return text.left(finder.position());
-}
 
 StatusMenuError errorRow(const QString& line) {
     const QString wholeText = QStringLiteral("Error: ") + line;
