@@ -52,6 +52,7 @@ AccountPane::AccountPane(PreferencesForm& form)
     layout->addWidget(m_state);
     layout->addStretch();
     layout->addLayout(buildButtons());
+    connect(m_account, &QLineEdit::textEdited, this, &AccountPane::followAccount);
     connect(&form, &PreferencesForm::connectionChanged, this, &AccountPane::showConnection);
     connect(&form, &PreferencesForm::signedOut, this, &AccountPane::handleSignedOut);
     setAdvancedShown(false);
@@ -135,6 +136,12 @@ void AccountPane::setPasswordShown(bool isShown) {
     // Shown or not, no input method is to learn it.
     m_password->setInputMethodHints(m_password->inputMethodHints() | Qt::ImhSensitiveData | Qt::ImhNoPredictiveText |
                                     Qt::ImhNoAutoUppercase);
+}
+
+void AccountPane::followAccount(const QString& account) {
+    if (!m_stationID->isModified()) { // a station that the user has typed stays
+        m_stationID->setText(m_form.stationIDFor(account));
+    }
 }
 
 void AccountPane::handleSave() {

@@ -34,6 +34,7 @@ private:
     QLineEdit* makeField(const QString& text, const QString& placeholder);
     void setAdvancedShown(bool isShown);
     void setPasswordShown(bool isShown);
+    void followAccount(const QString& account);
     void handleSave();
     void handleSignedOut();
     void showConnection();

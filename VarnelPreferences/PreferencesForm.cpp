@@ -1,6 +1,7 @@
 #include <VarnelPreferences/PreferencesForm.h>
 
 #include <VarnelShared/Task.h>
+#include <VarnelShared/Text.h>
 
 #include <utility>
 
@@ -62,6 +63,11 @@ void PreferencesForm::saveEnded(bool isConnected) {
     ended.isConnected = isConnected;
     ended.hasError = ended.hasError || !isConnected;
     setConnection(ended);
+}
+
+QString PreferencesForm::stationIDFor(const QString& account) const {
+    const bool isSameAccount = trimmed(account).compare(trimmed(m_draft.account), Qt::CaseInsensitive) == 0;
+    return isSameAccount ? m_draft.stationID : QString();
 }
 
 void PreferencesForm::signOut() {

@@ -58,6 +58,9 @@ public:
     /// Hands everything to the save handler, a pending poll interval with it. Does nothing while a save is going on.
     void save(const AccountFields& fields);
 
+    /// The station of the draft for the draft's account; another account has stations of its own, to be found anew.
+    QString stationIDFor(const QString& account) const;
+
     /// Forgets the password, then asks for the sign-out.
     void signOut();
 
