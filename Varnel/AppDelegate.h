@@ -111,7 +111,8 @@ private:
     /// Names one connection: the client it was made with and the account it belongs to.
     using Client = std::shared_ptr<SEMSAPIClient>;
     enum class BootstrapMode { openPreferencesIfNeeded, silent };
-    enum class LaunchAtLoginReport { log, show };
+    /// Who asks: the start, which only adds a missing entry and logs a failure, or a save of the user's.
+    enum class LaunchAtLoginRequest { start, save };
 
     // Lifecycle
     void clampStoredInterval();
@@ -159,7 +160,6 @@ private:
     void wireMenuActions();
     void configureApplicationMenu();
     void handleApplicationCommand(ApplicationCommand command);
-    void observeAppearanceChanges();
     void showConnectionState();
     PreferencesDraft currentDraft();
     PreferencesHandlers preferencesHandlers();
@@ -168,9 +168,12 @@ private:
     QCoro::Task<void> showNotificationAuthorizationTask();
     QCoro::Task<void> askForNotificationPermission();
     void showAboutPanel();
+
+    // Desktop
+    void observeAppearanceChanges();
     void applyDockIconPreference();
     void applyApplicationIconIfAvailable();
-    void applyLaunchAtLoginPreference(LaunchAtLoginReport report);
+    void applyLaunchAtLoginPreference(LaunchAtLoginRequest request);
 
     PlatformServices m_platform;
     AppSettingsStore m_settingsStore;
@@ -198,12 +201,12 @@ private:
 
     std::unique_ptr<QMenu> m_applicationMenu;
     std::unique_ptr<OneShotTimer> m_midnightTimer;
-    std::optional<Timestamp> m_nextMidnight;
     std::unique_ptr<OneShotTimer> m_catchUpTimer; ///< set while a wake-up waits for the network
     int m_latestSave = 0;                         ///< the number of the newest explicit save
     int m_latestSignIn = 0;                       ///< the number of the newest sign-in attempt
     bool m_isSigningIn = false;                   ///< the newest attempt has not ended
     bool m_bootstrapAgain = false;                ///< the network came while an attempt was under way
+    bool m_isSignedOutByUser = false;             ///< until the user asks for a sign-in; no event brings one back
     bool m_isTerminated = false;
 };
 

@@ -30,6 +30,9 @@ std::optional<QString> AppDelegate::storedPassword() {
 }
 
 void AppDelegate::storePassword(const QString& password) {
+    if (storedPassword() == password) {
+        return; // a save deletes first: a keychain that then refuses the new item would lose what it has
+    }
     // A keychain that cannot keep it costs a question at the next start, not this connection.
     if (const Result<void> saved = m_keychain.saveSecret(password, keychainAccount()); !saved) {
         qCWarning(lcApp, "The password could not be stored: %s", qUtf8Printable(saved.error().localizedDescription()));
@@ -55,6 +58,8 @@ QCoro::Task<void> AppDelegate::signIn(Client client, QString account, QString pa
     const auto self = shared_from_this();
     const int attempt = ++m_latestSignIn;
     m_isSigningIn = true;
+    m_bootstrapAgain = false;
+    m_isSignedOutByUser = false;
     Result<SEMSSession> session = co_await client->signIn(account, password);
     if (!isCurrentSignIn(attempt, account)) {
         co_return;
@@ -101,7 +106,7 @@ void AppDelegate::rejectSignIn(const QString& message) {
 }
 
 void AppDelegate::failSignIn(const Error& error) {
-    qCCritical(lcApp, "Sign in failed: %s", qUtf8Printable(error.localizedDescription()));
+    qCCritical(lcApp, "Sign in failed: %s", qUtf8Printable(logText(error)));
     m_isSigningIn = false;
     dropConnection();
     m_lastErrorMessage = AppErrorMapper::userFacingMessage(error, AppErrorContext::signIn);
@@ -113,6 +118,7 @@ void AppDelegate::failSignIn(const Error& error) {
 
 QCoro::Task<Result<void>> AppDelegate::settleStationAndSize(Client client, SEMSSession session) {
     const auto self = shared_from_this();
+    const int save = m_latestSave;
     if (!trimmedStationID()) {
         const Result<PowerStation> station = co_await client->discoverDefaultPowerStation(session);
         if (!station) {
@@ -121,15 +127,17 @@ QCoro::Task<Result<void>> AppDelegate::settleStationAndSize(Client client, SEMSS
         if (m_apiClient != client || m_isTerminated) {
             co_return Result<void>();
         }
-        adoptStation(station->id);
-        m_settingsStore.save(m_settings);
+        if (save == m_latestSave) { // else the user has saved a station, or another server, meanwhile
+            adoptStation(station->id);
+            m_settingsStore.save(m_settings);
+        }
     }
     const Result<std::optional<double>> size = co_await client->fetchSystemSizeKW(session, trimmedStationID());
     if (m_apiClient != client || m_isTerminated) {
         co_return Result<void>();
     }
     if (!size) {
-        qCCritical(lcApp, "System size fetch failed: %s", qUtf8Printable(size.error().localizedDescription()));
+        qCCritical(lcApp, "System size fetch failed: %s", qUtf8Printable(logText(size.error())));
     }
     m_systemSizeKW = size.value_or(std::nullopt);
     co_return Result<void>();
@@ -141,12 +149,13 @@ QCoro::Task<void> AppDelegate::refreshSystemSizeIfPossible() {
     if (!client || !m_semsSession) {
         co_return;
     }
-    const Result<std::optional<double>> size = co_await client->fetchSystemSizeKW(*m_semsSession, trimmedStationID());
-    if (m_apiClient != client || m_isTerminated) {
+    const std::optional<QString> stationID = trimmedStationID();
+    const Result<std::optional<double>> size = co_await client->fetchSystemSizeKW(*m_semsSession, stationID);
+    if (m_apiClient != client || trimmedStationID() != stationID || m_isTerminated) {
         co_return;
     }
     if (!size) {
-        qCCritical(lcApp, "System size refresh failed: %s", qUtf8Printable(size.error().localizedDescription()));
+        qCCritical(lcApp, "System size refresh failed: %s", qUtf8Printable(logText(size.error())));
         co_return;
     }
     m_systemSizeKW = *size;
@@ -159,6 +168,7 @@ void AppDelegate::adoptStation(const QString& stationID) {
 }
 
 void AppDelegate::signOut(bool clearStoredPassword) {
+    m_isSignedOutByUser = true;
     forgetAccount();
     m_lastErrorMessage.reset();
     if (clearStoredPassword && !trimmedAccount().isEmpty()) {

@@ -41,7 +41,7 @@ void AppDelegate::applicationDidFinishLaunching() {
     clampStoredInterval();
     applyDockIconPreference();
     applyApplicationIconIfAvailable();
-    applyLaunchAtLoginPreference(LaunchAtLoginReport::log);
+    applyLaunchAtLoginPreference(LaunchAtLoginRequest::start);
     wireMenuActions();
     observeSystemEvents();
     restoreOutputHistoryIfAvailable();
@@ -83,6 +83,9 @@ QCoro::Task<void> AppDelegate::bootstrapIn(BootstrapMode mode) {
         m_productionNotificationEvaluator.reset();
     }
     const bool isSilent = mode == BootstrapMode::silent;
+    if (isSilent && m_isSignedOutByUser) {
+        co_return; // the password may still be there: a locked keyring deletes nothing
+    }
     const int save = m_latestSave;
     // A repeated attempt asks for nothing: the prompt to unlock belongs to the start and to the preferences.
     if (!trimmedAccount().isEmpty() && !isSilent) {
@@ -149,13 +152,12 @@ void AppDelegate::catchUpAfterSleep() {
 
 void AppDelegate::scheduleMidnightUpdate(Timestamp now) {
     const std::optional<Timestamp> midnight = Calendar::startOfNextDay(now);
-    if (midnight == m_nextMidnight || !midnight) {
+    if (!midnight) {
         return;
     }
-    m_nextMidnight = midnight;
+    // Anew each time, also for the same midnight: the clock may have been set since.
     m_midnightTimer = m_platform.timers.schedule(*midnight - now, [weak = weak_from_this()] {
         if (const auto self = weak.lock()) {
-            self->m_nextMidnight.reset();
             self->updateStatusBar();
         }
     });

@@ -1,8 +1,5 @@
 #include <Varnel/AppDelegate.h>
 
-#include <Varnel/ApplicationIcon.h>
-
-#include <VarnelShared/Logging.h>
 #include <VarnelShared/Task.h>
 #include <VarnelShared/Text.h>
 
@@ -25,15 +22,11 @@ void copySharedFields(const From& from, To& to) {
     to.notifyOnProductionRiseAboveOneKilowatt = from.notifyOnProductionRiseAboveOneKilowatt;
 }
 
-const char* policyName(ActivationPolicy policy) {
-    return policy == ActivationPolicy::regular ? "regular" : "accessory";
-}
-
 /// A bundled program that may not notify and was not refused has nobody to ask: no service is there.
 NotificationPermission permissionToShow(NotificationAuthorizationState state, bool isBundled) {
     switch (state) {
     case NotificationAuthorizationState::notDetermined:
-        return isBundled ? NotificationPermission::noService : NotificationPermission::notDetermined;
+        return isBundled ? NotificationPermission::noService : NotificationPermission::notInstalled;
     case NotificationAuthorizationState::denied:
         return NotificationPermission::denied;
     case NotificationAuthorizationState::authorized:
@@ -119,7 +112,7 @@ QCoro::Task<bool> AppDelegate::applyPreferences(PreferencesDraft draft) {
     takeAccountSettings(draft);
     applyDockIconPreference();
     applyApplicationIconIfAvailable();
-    applyLaunchAtLoginPreference(LaunchAtLoginReport::show);
+    applyLaunchAtLoginPreference(LaunchAtLoginRequest::save);
     co_await synchronizeNotificationAuthorizationIfNeeded(true);
     showNotificationAuthorization();
     if (save != m_latestSave || m_isTerminated) {
@@ -179,7 +172,7 @@ void AppDelegate::applyAutoSavedPreferences(const PreferencesDraft& draft) {
         applyDockIconPreference();
     }
     applyApplicationIconIfAvailable();
-    applyLaunchAtLoginPreference(LaunchAtLoginReport::show);
+    applyLaunchAtLoginPreference(LaunchAtLoginRequest::save);
     if (!before.hasEnabledProductionNotifications() && m_settings.hasEnabledProductionNotifications()) {
         startTask("notification permission", [weak = weak_from_this()] {
             const auto self = weak.lock();
@@ -211,54 +204,6 @@ QCoro::Task<void> AppDelegate::showNotificationAuthorizationTask() {
     if (PreferencesWindowController* window = m_preferencesCoordinator.window()) {
         window->setNotificationPermission(permissionToShow(state, m_platform.bundle.identifier.has_value()));
     }
-}
-
-void AppDelegate::applyLaunchAtLoginPreference(LaunchAtLoginReport report) {
-    if (m_settings.launchAtLogin == m_launchAtLoginManager.isEnabledForUI()) {
-        return; // an unbundled program would be told otherwise that it cannot have what nobody wants
-    }
-    const Result<void> changed = m_launchAtLoginManager.setEnabled(m_settings.launchAtLogin);
-    if (changed) {
-        return;
-    }
-    const QString description = changed.error().localizedDescription();
-    qCWarning(lcApp, "%s", qUtf8Printable(description));
-    if (report == LaunchAtLoginReport::log) {
-        return;
-    }
-    m_settings.launchAtLogin = m_launchAtLoginManager.isEnabledForUI();
-    m_settingsStore.save(m_settings);
-    if (PreferencesWindowController* window = m_preferencesCoordinator.window()) {
-        window->showLaunchAtLoginError(description, m_settings.launchAtLogin);
-    }
-}
-
-void AppDelegate::applyDockIconPreference() {
-    const ActivationPolicy policy = m_settings.showDockIcon ? ActivationPolicy::regular : ActivationPolicy::accessory;
-    if (m_platform.shell.activationPolicy() == policy) {
-        return;
-    }
-    if (!m_platform.shell.setActivationPolicy(policy)) {
-        qCWarning(lcApp, "Failed to set activation policy to %s", policyName(policy));
-        return;
-    }
-    applyApplicationIconIfAvailable();
-    if (m_preferencesCoordinator.window()) {
-        bringPreferencesToFront();
-    }
-}
-
-void AppDelegate::applyApplicationIconIfAvailable() {
-    m_platform.shell.setApplicationIcon(applicationIconPath(
-        m_platform.bundle.resourcesPath, m_settings.iconAppearanceMode, m_platform.appearance.isDark()));
-}
-
-void AppDelegate::observeAppearanceChanges() {
-    m_appearanceObservation = m_platform.appearance.observe([weak = weak_from_this()] {
-        if (const auto self = weak.lock()) {
-            self->applyApplicationIconIfAvailable();
-        }
-    });
 }
 
 } // namespace Varnel

@@ -4,8 +4,8 @@ namespace Varnel {
 
 QString notificationPermissionText(NotificationPermission permission) {
     switch (permission) {
-    case NotificationPermission::notDetermined:
-        return QStringLiteral("Varnel asks for permission when the first of these is switched on.");
+    case NotificationPermission::notInstalled:
+        return QStringLiteral("Varnel shows notifications once it is installed.");
     case NotificationPermission::noService:
         return QStringLiteral("No notification service is running, so nothing can be shown. Start the notification "
                               "service of your desktop, or install one.");

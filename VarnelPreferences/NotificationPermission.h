@@ -6,8 +6,8 @@ namespace Varnel {
 
 /// What stands between the notification switches and a notification on the screen.
 enum class NotificationPermission {
-    notDetermined, ///< nobody has been asked yet
-    noService,     ///< the desktop runs no notification service
+    notInstalled, ///< only the installed application has a name to notify under
+    noService,    ///< the desktop runs no notification service
     denied,
     authorized,
 };

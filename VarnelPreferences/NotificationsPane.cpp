@@ -10,7 +10,7 @@ namespace Varnel {
 namespace {
 StateLine::Sign signOf(NotificationPermission permission) {
     switch (permission) {
-    case NotificationPermission::notDetermined:
+    case NotificationPermission::notInstalled:
         return StateLine::Sign::off;
     case NotificationPermission::noService:
     case NotificationPermission::denied:
