@@ -37,6 +37,7 @@ TEST_F(ConnectionTest, AStoredAccountConnectsPollsAndKeepsItsStation) {
     EXPECT_EQ(controller->todayOutputSamples().size(), 1U);
     EXPECT_TRUE(controller->presentation().showOutputChart);
     EXPECT_EQ(simulator.log().maximumInFlight(), 1);
+    EXPECT_FALSE(keychain.calls.contains(QLatin1String("deleteMatching"))) << "the password did not change";
 }
 
 TEST_F(ConnectionTest, AStoredIntervalOutOfRangeIsSavedClamped) {
@@ -143,6 +144,30 @@ TEST_F(ConnectionTest, ConnectsByItselfOnceThereIsANetwork) {
     EXPECT_TRUE(waitForTitle("3.42 kW"));
     EXPECT_EQ(controller->lastErrorMessage(), std::nullopt);
     EXPECT_EQ(controller->preferencesCoordinator().window(), nullptr);
+}
+
+TEST_F(ConnectionTest, ADisconnectHoldsWhereTheKeyringKeepsThePassword) {
+    launchConnected();
+    keychain.status = keychainInteractionNotAllowed;
+    item->choose(StatusMenuCommand::signOut);
+    keychain.status = keychainSuccess;
+    systemEvents.networkReachable();
+    EXPECT_FALSE(waitUntil([&] { return controller->isPolling(); }, 300));
+    EXPECT_FALSE(keychain.items.isEmpty());
+}
+
+TEST_F(ConnectionTest, ALateDiscoveryLeavesTheStationThatWasSavedMeanwhile) {
+    storeAccount();
+    failRequests(FaultKind::delay, std::nullopt, "*GetUserPowerStation");
+    simulator.behaviour().faults.front().delay = std::chrono::milliseconds(200);
+    launch();
+    EXPECT_TRUE(waitUntil([&] { return requestsTo("GetUserPowerStation") == 1; }));
+    simulator.behaviour().faults.front().path = QStringLiteral("*GetToken");
+    simulator.behaviour().faults.front().delay = std::chrono::milliseconds(400);
+    PreferencesDraft edited = currentDraft();
+    edited.stationID = simulator.behaviour().stations.back().id;
+    EXPECT_TRUE(Testing::await(controller->applyPreferences(edited)));
+    EXPECT_EQ(storedSettings().stationID, edited.stationID);
 }
 
 TEST_F(ConnectionTest, NoPasswordReachesTheLog) {

@@ -140,7 +140,10 @@ TEST_F(PreferencesTest, ThePermissionIsAskedForWithTheFirstSwitchOnly) {
 }
 
 TEST_F(PreferencesTest, AFailedLaunchAtLoginGoesBackToWhatTheSystemReports) {
+    loginItem.isRegistered = true;
     launch();
+    EXPECT_TRUE(loginItem.isRegistered) << "the start takes no entry away";
+    loginItem.isRegistered = false;
     loginItem.isBroken = true;
     PreferencesDraft draft = currentDraft();
     draft.launchAtLogin = true;

@@ -56,6 +56,21 @@ protected:
     std::unique_ptr<PreferencesWindowController> controller;
 };
 
+TEST_F(PreferencesWindowTest, AnotherAccountHasAnotherStationUnlessOneIsTyped) {
+    PreferencesDraft draft;
+    draft.account = QStringLiteral("me");
+    draft.stationID = QStringLiteral("1");
+    open(PreferencesInitialTab::account, draft);
+    button("Advanced")->click();
+    QTest::keyClicks(field("Account"), QStringLiteral("2"));
+    EXPECT_EQ(field("Station ID")->text(), QString());
+    QTest::keyClick(field("Account"), Qt::Key_Backspace);
+    EXPECT_EQ(field("Station ID")->text(), QStringLiteral("1"));
+    QTest::keyClicks(field("Station ID"), QStringLiteral("7"));
+    QTest::keyClicks(field("Account"), QStringLiteral("2"));
+    EXPECT_EQ(field("Station ID")->text(), QStringLiteral("17"));
+}
+
 TEST_F(PreferencesWindowTest, EveryControlIsReachedByTabAndHasAName) {
     for (const auto tab :
          {PreferencesInitialTab::general, PreferencesInitialTab::account, PreferencesInitialTab::notifications}) {
