@@ -54,7 +54,7 @@ void ControllerBench::storeAccount() {
 void ControllerBench::launchConnected() {
     storeAccount();
     launch();
-    if (!waitUntilConnected() || !waitForTitle("3.42 kW")) {
+    if (!waitForTitle("3.42 kW")) {
         qFatal("The controller does not connect to the simulator");
     }
 }
@@ -77,10 +77,6 @@ bool ControllerBench::waitForError(const char* line) {
 
 bool ControllerBench::waitForRequests(std::size_t count) {
     return waitUntil([&] { return requestCount() >= count; });
-}
-
-bool ControllerBench::waitUntilConnected() {
-    return waitUntil([&] { return controller->isPolling(); });
 }
 
 int ControllerBench::requestsTo(const char* pathPiece) {

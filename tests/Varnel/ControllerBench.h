@@ -38,7 +38,6 @@ public:
     bool waitForTitle(const char* title);
     bool waitForError(const char* line);
     bool waitForRequests(std::size_t count);
-    bool waitUntilConnected();
 
     QString title() const { return item->title; }
     std::size_t requestCount() { return simulator.log().requests().size(); }

@@ -45,17 +45,6 @@ TEST(TodayOutputSamples, KeepsTheNewest1440) {
     EXPECT_EQ(today.samples().size(), 1440U);
 }
 
-TEST(TodayOutputSamples, EmptiesAtLocalMidnightAndOnlyThen) {
-    TodayOutputSamples today;
-    today.record(1.0, at(1, 23, 59));
-    today.resetIfNeeded(at(1, 23, 59, 59.9));
-    EXPECT_EQ(today.samples().size(), 1U);
-    EXPECT_TRUE(today.visible(at(2, 0, 1)).empty());
-    today.resetIfNeeded(at(2, 0, 0));
-    EXPECT_TRUE(today.samples().empty());
-    EXPECT_EQ(today.dayStart(), at(2, 0, 0));
-}
-
 TEST(TodayOutputSamples, AChangeOfTheZoneKeepsWhatIsStillToday) {
     TodayOutputSamples today;
     today.record(1.0, at(1, 0, 30));

@@ -52,14 +52,10 @@ public:
 
 class FakeAppearance final : public Appearance {
 public:
-    bool isDark() const override { return dark; }
-    std::unique_ptr<Observation> observe(std::function<void()> onChange) override {
-        change = std::move(onChange);
+    bool isDark() const override { return false; }
+    std::unique_ptr<Observation> observe(std::function<void()> /*onChange*/) override {
         return std::make_unique<Observation>();
     }
-
-    bool dark = false;
-    std::function<void()> change;
 };
 
 class FakeApplicationShell final : public ApplicationShell {
@@ -69,16 +65,14 @@ public:
         policy = isRefusing ? policy : wanted;
         return !isRefusing;
     }
-    void setReopenHandler(std::function<void()> handler) override { reopen = std::move(handler); }
-    void setApplicationIcon(const QString& imagePath) override { icon = imagePath; }
+    void setReopenHandler(std::function<void()> /*handler*/) override {}
+    void setApplicationIcon(const QString& /*imagePath*/) override {}
     void activate() override {}
     void hide() override {}
     void terminate() override { ++terminations; }
 
     ActivationPolicy policy = ActivationPolicy::accessory;
     bool isRefusing = false;
-    std::function<void()> reopen;
-    QString icon;
     int terminations = 0;
 };
 

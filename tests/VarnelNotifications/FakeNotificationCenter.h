@@ -1,6 +1,7 @@
 #pragma once
 
 #include <VarnelNotifications/NotificationCenter.h>
+#include <VarnelShared/URLError.h>
 
 #include <QCoroTimer>
 
@@ -20,11 +21,11 @@ public:
         asked.push_back(options);
         co_await QCoro::sleepFor(std::chrono::milliseconds(0));
         status = statusAfterRequest;
-        co_return failure(Refusal{});
+        co_return failure(URLError{});
     }
     QCoro::Task<Result<void>> add(NotificationRequest request) override {
         added.push_back(std::move(request));
-        co_return failure(Refusal{});
+        co_return failure(URLError{});
     }
     void setActivationHandler(std::function<void()>) override {}
 
@@ -32,11 +33,6 @@ public:
     NotificationAuthorizationStatus statusAfterRequest = NotificationAuthorizationStatus::authorized;
     std::vector<NotificationAuthorizationOptions> asked;
     std::vector<NotificationRequest> added;
-
-private:
-    struct Refusal {
-        QString localizedDescription() const { return QStringLiteral("refused"); }
-    };
 };
 
 } // namespace Varnel::Testing

@@ -105,28 +105,10 @@ private:
     QDBusConnection m_connection = sessionBus().connect();
 };
 
-/// Each test ends with nothing logged as a warning or worse.
-class FreedesktopNotificationCenterTest : public testing::Test {
-protected:
-    void SetUp() override {
-        s_logged.clear();
-        m_previous = qInstallMessageHandler([](QtMsgType type, const QMessageLogContext&, const QString& message) {
-            s_logged += type != QtDebugMsg && type != QtInfoMsg ? message : QString();
-        });
-        sessionBus();
-        center = std::make_shared<FreedesktopNotificationCenter>(
-            NotificationSender{QStringLiteral("Varnel"), QStringLiteral("com.varnel.menubar"), QStringLiteral("sun")});
-    }
-    void TearDown() override {
-        qInstallMessageHandler(m_previous);
-        EXPECT_EQ(s_logged, QString());
-    }
-
-    std::shared_ptr<FreedesktopNotificationCenter> center;
-
-private:
-    static inline QString s_logged;
-    QtMessageHandler m_previous = nullptr;
+struct FreedesktopNotificationCenterTest : testing::Test {
+    PrivateBus& bus = sessionBus(); ///< before the centre, which connects to it
+    std::shared_ptr<FreedesktopNotificationCenter> center = std::make_shared<FreedesktopNotificationCenter>(
+        NotificationSender{QStringLiteral("Varnel"), QStringLiteral("com.varnel.menubar"), QStringLiteral("sun")});
 };
 
 TEST_F(FreedesktopNotificationCenterTest, ARealServerShowsEachDeliveryOfEachKind) {
@@ -195,9 +177,9 @@ TEST_F(FreedesktopNotificationCenterTest, WithoutAServerNothingIsShownUntilOneCa
     ASSERT_FALSE(added.has_value());
     EXPECT_FALSE(added.error().as<NotificationServerError>()->description.isEmpty());
 
-    sessionBus().setStartable(server.service, QStringLiteral("/bin/false"));
+    bus.setStartable(server.service, QStringLiteral("/bin/false"));
     EXPECT_EQ(await(center->authorizationStatus()), NotificationAuthorizationStatus::authorized);
-    sessionBus().setStartable(server.service, {});
+    bus.setStartable(server.service, {});
 }
 
 TEST_F(FreedesktopNotificationCenterTest, AServerThatNeverAnswersHoldsNothingUp) {

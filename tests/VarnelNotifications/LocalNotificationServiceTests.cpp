@@ -16,8 +16,7 @@ using Status = NotificationAuthorizationStatus;
 using Testing::await;
 using Testing::FakeNotificationCenter;
 
-class LocalNotificationServiceTest : public testing::Test {
-protected:
+struct LocalNotificationServiceTest : testing::Test {
     std::shared_ptr<FakeNotificationCenter> center = std::make_shared<FakeNotificationCenter>();
 };
 

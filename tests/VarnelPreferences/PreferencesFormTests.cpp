@@ -26,14 +26,6 @@ protected:
                                    QStringLiteral("new secret"), QStringLiteral("7")};
 };
 
-TEST_F(PreferencesFormTest, AnEditIsHandedOnOnceAndLeavesTheOtherFieldsAlone) {
-    form.edit(&PreferencesDraft::showOutputChart, false);
-    form.edit(&PreferencesDraft::showOutputChart, false);
-    PreferencesDraft expected = openedWith();
-    expected.showOutputChart = false;
-    EXPECT_EQ(owner.autoSaved, std::vector{expected}) << "also the interval between two steps stays";
-}
-
 TEST_F(PreferencesFormTest, ARowOfIntervalChangesIsOneChangeAfterItsPause) {
     for (const int minutes : {6, 7, 8}) {
         form.editPollInterval(minutes);

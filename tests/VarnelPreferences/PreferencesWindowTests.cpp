@@ -153,8 +153,9 @@ TEST_F(PreferencesWindowTest, TheWindowFollowsThePaneInHeightAlone) {
 }
 
 TEST_F(PreferencesWindowTest, EverySwitchAndPickerEditsItsOwnField) {
-    open(PreferencesInitialTab::general);
     PreferencesDraft expected;
+    expected.pollIntervalSeconds = 330; // between two steps, where it stays
+    open(PreferencesInitialTab::general, expected);
     named<QComboBox>(QStringLiteral("Chart scale"))->setFocus();
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Down);
     expected.chartScaleMode = ChartScaleMode::fixed;

@@ -38,6 +38,7 @@ StatusItemContent content(const QString& title, bool hasChart = true) {
     presentation.outputValue = title;
     presentation.showOutputChart = hasChart;
     presentation.isSignedIn = true;
+    presentation.errorLine = QStringLiteral("Offline");
     return {title, QStringLiteral("Current Output: ") + title, exportedMenu(statusMenu(presentation))};
 }
 
@@ -130,9 +131,10 @@ TEST_F(ExportedStatusItemTest, ShowsRowsAndCommandsAsTextInOrder) {
         const bool isEnabled = row.properties.value(QStringLiteral("enabled"), true).toBool();
         rows += row.properties.value(QStringLiteral("label"), type).toString() + (isEnabled ? u'\n' : u'-');
     }
-    EXPECT_EQ(rows.toStdString(), "Show Chart\nseparator\nCurrent Output: 1__2 kW-Daily Output: ---Last Updated: ---"
-                                  "separator\nRefresh-Settings…\nseparator\nDisconnect\n");
-    const QVariant shortcut = layout.children.at(7).properties.value(QStringLiteral("shortcut"));
+    EXPECT_EQ(rows.toStdString(),
+              "Show Chart\nseparator\nCurrent Output: 1__2 kW-Daily Output: ---Last Updated: ---Error: Offline-"
+              "separator\nRefresh-Settings…\nseparator\nDisconnect\n");
+    const QVariant shortcut = layout.children.at(8).properties.value(QStringLiteral("shortcut"));
     EXPECT_EQ(qdbus_cast<QList<QStringList>>(shortcut),
               QList<QStringList>{QStringList({QStringLiteral("Control"), QStringLiteral("comma")})});
 }

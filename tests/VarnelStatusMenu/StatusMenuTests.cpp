@@ -87,17 +87,3 @@ TEST(StatusMenu, CutsTheErrorAfter72CharactersAndKeepsTheWhole) {
     }
     EXPECT_FALSE(errorFor({}));
 }
-
-TEST(StatusMenu, ExportsTheSameEntriesAsText) {
-    StatusPresentation presentation = signedIn();
-    presentation.canRefresh = false;
-    presentation.errorLine = QStringLiteral("Network error");
-    QStringList lines;
-    for (const ExportedMenuItem& item : exportedMenu(statusMenu(presentation))) {
-        const QString title = item.kind == ExportedMenuItem::Kind::separator ? QStringLiteral("-") : item.title;
-        lines << (item.isEnabled ? title : QStringLiteral("(%1)").arg(title));
-    }
-    EXPECT_EQ(lines.join(QLatin1Char('\n')).toStdString(),
-              "Show Chart\n(-)\n(Current Output: 3.50 kW)\n(Daily Output: --)\n(Last Updated: --)\n"
-              "(Error: Network error)\n(-)\n(Refresh)\nSettings…\n(-)\nDisconnect");
-}
