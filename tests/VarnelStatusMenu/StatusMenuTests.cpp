@@ -6,14 +6,6 @@ using namespace Varnel;
 
 namespace {
 
-StatusPresentation signedIn() {
-    StatusPresentation presentation;
-    presentation.outputValue = QStringLiteral("3.50 kW");
-    presentation.outputChartValues = {1, 2};
-    presentation.showOutputChart = presentation.isSignedIn = presentation.canRefresh = true;
-    return presentation;
-}
-
 /// One line per entry, for comparing whole menus; a disabled command stands in parentheses.
 struct Outline {
     QString operator()(const StatusMenuChart& chart) const {
@@ -37,17 +29,6 @@ std::string outline(const StatusMenu& menu) {
     return lines.join(QLatin1Char('\n')).toStdString();
 }
 
-std::optional<StatusMenuError> errorFor(const QString& line) {
-    StatusPresentation presentation;
-    presentation.errorLine = line;
-    for (const StatusMenuEntry& entry : statusMenu(presentation)) {
-        if (const auto* error = std::get_if<StatusMenuError>(&entry)) {
-            return *error;
-        }
-    }
-    return std::nullopt;
-}
-
 } // namespace
 
 TEST(StatusMenu, OffersToConnectBeforeAnyUpdate) {
@@ -57,7 +38,10 @@ TEST(StatusMenu, OffersToConnectBeforeAnyUpdate) {
 }
 
 TEST(StatusMenu, ShowsChartErrorAndDisconnectWhenSignedIn) {
-    StatusPresentation presentation = signedIn();
+    StatusPresentation presentation;
+    presentation.outputValue = QStringLiteral("3.50 kW");
+    presentation.outputChartValues = {1, 2};
+    presentation.showOutputChart = presentation.isSignedIn = presentation.canRefresh = true;
     presentation.errorLine = QStringLiteral("Network error");
     EXPECT_EQ(
         outline(statusMenu(presentation)),
@@ -79,11 +63,15 @@ TEST(StatusMenu, CutsTheErrorAfter72CharactersAndKeepsTheWhole) {
         {"surrogates at the cut", QString(64, QLatin1Char('x')) + star + star, QString(64, QLatin1Char('x')) + star},
         {"combined at the cut", QString(64, QLatin1Char('x')) + sun + sun, QString(64, QLatin1Char('x')) + sun},
     };
+    const auto belowTheRows = [](const QString& errorLine) {
+        StatusPresentation presentation;
+        presentation.errorLine = errorLine;
+        return statusMenu(presentation).at(3);
+    };
     for (const auto& [name, line, shown] : cases) {
-        const auto error = errorFor(line);
-        ASSERT_TRUE(error) << name;
-        EXPECT_EQ(error->text.toStdString(), "Error: " + shown.toStdString()) << name;
-        EXPECT_EQ(error->wholeText.toStdString(), "Error: " + line.toStdString()) << name;
+        const auto error = std::get<StatusMenuError>(belowTheRows(line));
+        EXPECT_EQ(error.text.toStdString(), "Error: " + shown.toStdString()) << name;
+        EXPECT_EQ(error.wholeText.toStdString(), "Error: " + line.toStdString()) << name;
     }
-    EXPECT_FALSE(errorFor({}));
+    EXPECT_TRUE(std::holds_alternative<StatusMenuSpacer>(belowTheRows({})));
 }
