@@ -76,14 +76,14 @@ TEST_F(DesktopKeychainTest, UsesTheFileForNewItemsOnlyWhereThereIsNoService) {
     const struct {
         KeychainStatus service;
         bool movesWhatItReads;
-        bool addsToTheFile;
+        QByteArray filedAfterAdding; ///< where an older secret was filed; empty: nothing
         KeychainStatus nothingFiled; ///< what reading gives with nothing in the file
         KeychainStatus changed;      ///< what adding and deleting give
     } rows[] = {
-        {keychainSuccess, true, false, keychainItemNotFound, keychainSuccess},
-        {keychainNotAvailable, false, true, keychainItemNotFound, keychainSuccess},
-        {keychainInteractionNotAllowed, false, false, keychainInteractionNotAllowed, keychainInteractionNotAllowed},
-        {keychainServiceNotResponding, false, false, keychainServiceNotResponding, keychainServiceNotResponding},
+        {keychainSuccess, true, "", keychainItemNotFound, keychainSuccess},
+        {keychainNotAvailable, false, "new", keychainItemNotFound, keychainSuccess},
+        {keychainInteractionNotAllowed, false, "older", keychainInteractionNotAllowed, keychainInteractionNotAllowed},
+        {keychainServiceNotResponding, false, "older", keychainServiceNotResponding, keychainServiceNotResponding},
     };
     const std::pair key{query.service, query.account};
     for (const auto& row : rows) {
@@ -97,8 +97,9 @@ TEST_F(DesktopKeychainTest, UsesTheFileForNewItemsOnlyWhereThereIsNoService) {
         file.items.clear();
         service.items.clear();
         EXPECT_EQ(keychain.copyMatching(query).status, row.nothingFiled);
+        file.items[key] = "older";
         EXPECT_EQ(keychain.add(query, "new"), row.changed);
-        EXPECT_EQ(file.items.contains(key), row.addsToTheFile);
+        EXPECT_EQ(file.copyMatching(query).data.value_or(""), row.filedAfterAdding);
         file.items[key] = "filed";
         EXPECT_EQ(keychain.deleteMatching(query), row.changed);
         EXPECT_TRUE(file.items.isEmpty() && service.items.isEmpty()) << "deleted in both";
