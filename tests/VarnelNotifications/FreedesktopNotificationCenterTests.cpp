@@ -160,8 +160,8 @@ TEST_F(FreedesktopNotificationCenterTest, OnlyAClickOnOneOfOurOwnIsReported) {
     EXPECT_TRUE(waitUntil([&clicks] { return clicks == 2; }));
 }
 
-TEST_F(FreedesktopNotificationCenterTest, AServerWithoutCapabilitiesGetsPlainTextAndNoAction) {
-    const ScriptedServer plain(QStringList{});
+TEST_F(FreedesktopNotificationCenterTest, AServerWithoutMarkupAndActionsGetsPlainTextAndNoAction) {
+    const ScriptedServer plain(QStringList{QStringLiteral("body")});
     ASSERT_TRUE(await(center->add(request)).has_value());
     const QVariantList arguments = plain.notified.at(0).arguments();
     EXPECT_EQ(arguments.at(4), QVariant(request.body));

@@ -108,6 +108,7 @@ TEST_F(StatusMenuPresenterTest, KeysChooseOnceAfterThePopupHasClosed) {
         {"Ctrl+R", {Qt::CTRL | Qt::Key_R}, {StatusMenuCommand::refresh}},
         {"Ctrl+R, disabled", {Qt::CTRL | Qt::Key_R}, {}, true, false},
         {"Ctrl+comma", {Qt::CTRL | Qt::Key_Comma}, {StatusMenuCommand::preferences}},
+        {"first entry that is enabled", {Qt::Key_Down, Qt::Key_Return}, {StatusMenuCommand::preferences}, false, false},
         {"second entry", {Qt::Key_Down, Qt::Key_Down, Qt::Key_Return}, {StatusMenuCommand::preferences}},
         {"from below", {Qt::Key_Up, Qt::Key_Return}, {StatusMenuCommand::signOut}},
         {"Escape", {Qt::Key_Escape}, {}},
