@@ -1,4 +1,5 @@
 #include <VarnelSEMS/SEMSJSONSearch.h>
+#include <VarnelSEMS/SEMSReply.h>
 
 #include "../Support/Files.h"
 
@@ -35,6 +36,11 @@ JSON stationsOf(const JSON& reply) {
     return stations;
 }
 
+JSON failureOf(const JSON& reply) {
+    const auto verdict = validateEnvelope(reply);
+    return verdict ? JSON() : JSON(toUtf8(verdict.error().localizedDescription()));
+}
+
 /// Expects of each named value of a case what the search finds in the reply; a case names only what it is about.
 void expectReading(const std::string& name, const JSON& expected, const JSON& reply) {
     JSON series;
@@ -48,6 +54,7 @@ void expectReading(const std::string& name, const JSON& expected, const JSON& re
                           {"dayOutputKWh", number(SEMSJSONSearch::extractDayOutputKWh(reply, date))},
                           {"seriesKW", series},
                           {"stations", stationsOf(reply)},
+                          {"failure", failureOf(reply)},
                           {"day", toUtf8(day)},
                           {"name", expected.value("name", JSON())},
                           {"reply", reply}};
@@ -67,9 +74,9 @@ TEST(SEMSReplies, ReadAsExpected) {
     }
 }
 
-// Every rule of the search with the smallest reply that shows it.
-TEST(SEMSReplies, FollowTheRulesOfTheSearch) {
-    for (const char* topic : {"power", "energy", "series", "stations"}) {
+// Every rule of the envelope and of the search with the smallest reply that shows it.
+TEST(SEMSReplies, FollowTheRules) {
+    for (const char* topic : {"envelope", "power", "energy", "series", "stations"}) {
         const JSON cases = contentOf(QStringLiteral("rules/%1.json").arg(QLatin1String(topic)));
         ASSERT_FALSE(cases.empty());
         for (const JSON& each : cases) {
