@@ -22,9 +22,6 @@ struct HTTPRequest {
     std::chrono::milliseconds timeout{60000}; ///< the total time from sending to the last byte of the body
 
     void setHeader(const QByteArray& name, const QByteArray& value);
-
-    /// The value set for the name in any case; empty when there is none.
-    QByteArray header(const QByteArray& name) const;
 };
 
 /// What came back, whatever its status.

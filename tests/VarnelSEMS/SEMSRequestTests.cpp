@@ -58,6 +58,7 @@ TEST(LegacyTokenHeader, ExtraValuesNeverReplaceTheSixOwnOnes) {
 TEST(LegacyBase, NormalisesToTheFirstAPIFolder) {
     const std::pair<const char*, const char*> rows[] = {
         {"https://h/", "https://h/api/"},
+        {"https://h/api", "https://h/api/"},
         {"https://h/API/v2/x", "https://h/API/"},
         {"https://h/x/api/y/api/z", "https://h/x/api/"},
         {"https://h/api/v2/Common/CrossLogin", "https://h/api/"},

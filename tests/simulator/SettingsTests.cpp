@@ -1,7 +1,4 @@
-#include <simulator/SEMSSimulator.h>
 #include <simulator/Settings.h>
-
-#include "../Support/HandTurnedTime.h"
 
 #include <gtest/gtest.h>
 
@@ -28,13 +25,6 @@ TEST(Settings, ApplyWhatTheyName) {
     EXPECT_EQ(change->behaviour.faults[0].kind, FaultKind::cut);
     EXPECT_EQ(change->behaviour.faults[0].count, 2);
     EXPECT_TRUE(change->expireSessions);
-}
-
-TEST(Settings, ApplyAllOrNotAtAll) {
-    Testing::HandTurnedTime time;
-    SEMSSimulator simulator(time);
-    EXPECT_FALSE(simulator.change({{"account", "other"}, {"password", 5}}));
-    EXPECT_EQ(simulator.behaviour().account, QStringLiteral("demo@example.com"));
 }
 
 TEST(Settings, AWrongOneIsNamed) {
