@@ -7,6 +7,7 @@
 
 #include <VarnelNotifications/Linux/FreedesktopNotificationCenter.h>
 #include <VarnelSEMS/Linux/NetworkHTTPSession.h>
+#include <VarnelSEMS/Linux/SystemProxies.h>
 #include <VarnelSecurity/Linux/DesktopKeychain.h>
 #include <VarnelSecurity/Linux/FileKeychain.h>
 #include <VarnelSecurity/Linux/SecretServiceKeychain.h>
@@ -18,6 +19,8 @@
 
 #include <QApplication>
 #include <QSessionManager>
+
+#include <cstdlib>
 
 // The composition root: the one place that knows every adapter.
 
@@ -72,11 +75,7 @@ int run(SingleInstance& instance) {
     return status;
 }
 
-} // namespace
-} // namespace Varnel
-
-int main(int argc, char** argv) {
-    using namespace Varnel;
+int launch(int argc, char** argv) {
     nameApplication();
     QApplication application(argc, argv);
     stayOutOfSavedSessions(application);
@@ -85,4 +84,15 @@ int main(int argc, char** argv) {
         return 0;
     }
     return run(instance);
+}
+
+} // namespace
+} // namespace Varnel
+
+int main(int argc, char** argv) {
+    const int status = Varnel::launch(argc, argv);
+    if (Varnel::SystemProxies::isLookingUp()) {
+        std::_Exit(status); // the libraries' own destructors would wait for the lookup
+    }
+    return status;
 }

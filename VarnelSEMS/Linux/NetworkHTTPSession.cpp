@@ -1,10 +1,14 @@
 #include <VarnelSEMS/Linux/NetworkHTTPSession.h>
 
 #include <VarnelSEMS/Linux/NetworkTransfer.h>
+#include <VarnelSEMS/WebURL.h>
 #include <VarnelShared/URLError.h>
 
+#include <QCoreApplication>
 #include <QCoroNetworkReply>
+#include <QCoroSignal>
 #include <QNetworkAccessManager>
+#include <QTimer>
 
 #include <algorithm>
 #include <chrono>
@@ -15,26 +19,17 @@ namespace Varnel {
 namespace {
 constexpr int maximumRedirects = 5;
 
-bool isWebAddress(const QUrl& url) {
-    return url.isValid() && !url.host().isEmpty() &&
-           (url.scheme() == QLatin1String("http") || url.scheme() == QLatin1String("https"));
-}
-
 bool isControl(char byte) {
     return static_cast<unsigned char>(byte) < 0x20 || byte == 0x7f;
 }
 
 /// Qt sends header values byte for byte: a line break in one would end the header and begin another.
 bool isSendable(const HTTPRequest& request) {
-    return isWebAddress(request.url) &&
+    return isWebURL(request.url) &&
            std::none_of(request.headers.begin(), request.headers.end(), [](const auto& header) {
                return std::any_of(header.first.begin(), header.first.end(), isControl) ||
                       std::any_of(header.second.begin(), header.second.end(), isControl);
            });
-}
-
-int portOf(const QUrl& url) {
-    return url.port(url.scheme() == QLatin1String("https") ? 443 : 80);
 }
 
 bool isSameOrigin(const QUrl& one, const QUrl& other) {
@@ -53,7 +48,7 @@ std::optional<QUrl> redirectTarget(const QUrl& asked, const HTTPResponse& respon
         return std::nullopt;
     }
     const QUrl target = asked.resolved(QUrl::fromEncoded(location->second));
-    return isWebAddress(target) && isSameOrigin(asked, target) ? std::optional(target) : std::nullopt;
+    return isWebURL(target) && isSameOrigin(asked, target) ? std::optional(target) : std::nullopt;
 }
 
 void redirect(HTTPRequest& request, const QUrl& target, int status) {
@@ -66,14 +61,31 @@ void redirect(HTTPRequest& request, const QUrl& target, int status) {
         });
     }
 }
+
+/// The network access with its proxies from elsewhere: left to itself it asks the system for them, however long the
+/// answer takes, on the main thread and before the deadline of the request begins to count.
+std::unique_ptr<QNetworkAccessManager> makeManager(const SystemProxies& proxies) {
+    auto manager = std::make_unique<QNetworkAccessManager>();
+    manager->setProxyFactory(proxies.factory().release());
+    return manager;
+}
+
+struct DeleteLater {
+    void operator()(QObject* object) const { object->deleteLater(); }
+};
 } // namespace
 
 NetworkHTTPSession::NetworkHTTPSession()
-    : m_manager(std::make_unique<QNetworkAccessManager>()) {}
+    : m_manager(makeManager(m_proxies)) {}
 
 NetworkHTTPSession::~NetworkHTTPSession() {
     // A reply that is deleted instead never wakes its coroutine. What wakes up may send again: that is refused.
     m_isEnding = true;
+    const auto lookups = m_lookups;
+    for (QFutureWatcherBase* lookup : lookups) {
+        Q_EMIT lookup->finished();
+        QCoreApplication::sendPostedEvents(lookup, QEvent::MetaCall); // which is how that wakes its coroutine
+    }
     const auto inFlight = m_inFlight;
     for (QNetworkReply* reply : inFlight) {
         reply->abort();
@@ -99,6 +111,7 @@ QCoro::Task<Result<HTTPResponse>> NetworkHTTPSession::send(HTTPRequest request) 
 }
 
 QCoro::Task<Result<HTTPResponse>> NetworkHTTPSession::exchange(HTTPRequest request, QDeadlineTimer deadline) {
+    co_await settleProxies(request.url, deadline);
     if (m_isEnding) {
         co_return failure(URLError{URLError::Code::cancelled, {}});
     }
@@ -114,8 +127,30 @@ QCoro::Task<Result<HTTPResponse>> NetworkHTTPSession::exchange(HTTPRequest reque
     co_return transfer.outcome();
 }
 
+/// Ends with the lookup, at the deadline or when the session ends, whichever comes first.
+QCoro::Task<void> NetworkHTTPSession::settleProxies(QUrl url, QDeadlineTimer deadline) {
+    if (m_isEnding) {
+        co_return;
+    }
+    const auto lookup = m_proxies.lookUp(url);
+    if (!lookup.isFinished()) {
+        // The signal that resumes this coroutine may be the watcher's own: it is deleted when that has returned.
+        const std::unique_ptr<QFutureWatcher<QList<QNetworkProxy>>, DeleteLater> watcher(
+            new QFutureWatcher<QList<QNetworkProxy>>);
+        watcher->setFuture(lookup);
+        QTimer::singleShot(std::chrono::milliseconds(deadline.remainingTime()), Qt::PreciseTimer, watcher.get(),
+                           &QFutureWatcherBase::finished);
+        m_lookups.push_back(watcher.get());
+        co_await qCoro(static_cast<QFutureWatcherBase*>(watcher.get()), &QFutureWatcherBase::finished);
+        std::erase(m_lookups, watcher.get());
+    }
+    if (lookup.isFinished()) {
+        m_proxies.use(url, lookup.result());
+    }
+}
+
 void NetworkHTTPSession::reset() {
-    QNetworkAccessManager* retired = std::exchange(m_manager, std::make_unique<QNetworkAccessManager>()).release();
+    QNetworkAccessManager* retired = std::exchange(m_manager, makeManager(m_proxies)).release();
     retired->setParent(&m_retired);
     releaseIfUnused(retired);
 }

@@ -1,8 +1,10 @@
 #pragma once
 
 #include <VarnelSEMS/HTTPSession.h>
+#include <VarnelSEMS/Linux/SystemProxies.h>
 
 #include <QDeadlineTimer>
+#include <QFutureWatcher>
 #include <QObject>
 
 #include <memory>
@@ -17,6 +19,7 @@ namespace Varnel {
 /// - Follows redirects within the same scheme, host and port, at most five of them, with the same headers; 303 turns
 ///   into a GET, every other one repeats method and body. Any other redirect is handed back with its 3xx status.
 /// - A compressed body that is broken, or that unpacks out of all proportion, is `unknown`.
+/// - Goes through the proxies of the system's settings. Finding them counts towards the request's total time.
 /// - Certificates that do not verify are `secureConnectionFailed`, always.
 /// - Destroying it ends the requests in flight with `cancelled`, before it returns.
 class NetworkHTTPSession final : public HTTPSession {
@@ -31,10 +34,13 @@ public:
 
 private:
     QCoro::Task<Result<HTTPResponse>> exchange(HTTPRequest request, QDeadlineTimer deadline);
+    QCoro::Task<void> settleProxies(QUrl url, QDeadlineTimer deadline);
     void releaseIfUnused(QNetworkAccessManager* manager);
 
+    SystemProxies m_proxies;
     QObject m_retired; // parent of the managers from before a reset that still have a request in flight
     std::unique_ptr<QNetworkAccessManager> m_manager;
+    std::vector<QFutureWatcherBase*> m_lookups; // what requests in flight wait for
     std::vector<QNetworkReply*> m_inFlight;
     bool m_isEnding = false;
 };

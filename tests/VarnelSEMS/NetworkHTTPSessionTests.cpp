@@ -214,6 +214,36 @@ TEST(NetworkHTTPSession, DestructionEndsWhatIsInFlight) {
     EXPECT_EQ(codeOf(await(std::move(afterReset))), Code::cancelled);
 }
 
+TEST(NetworkHTTPSession, GoesThroughTheSystemsProxyAndWaitsForItNoLongerThanForAReply) {
+    LoopbackServer proxy([](QTcpSocket& socket, auto&) { socket.write(httpReply(200, "from the proxy")); });
+    QTcpSocket* asked = nullptr;
+    LoopbackServer silent([&asked](QTcpSocket& socket, auto&) { asked = &socket; });
+    HTTPRequest outside = request(QUrl(u"http://varnel.invalid/path"_s));
+
+    qputenv("http_proxy", "pac+" + silent.url(u"/proxy.pac"_s).toEncoded());
+    int ticks = 0;
+    QTimer ticking;
+    QObject::connect(&ticking, &QTimer::timeout, [&ticks] { ++ticks; });
+    ticking.start(10);
+    outside.timeout = std::chrono::milliseconds(300);
+    EXPECT_EQ(codeOf(sent(outside)), Code::timedOut);
+    EXPECT_GT(ticks, 10);
+    std::vector<std::optional<Code>> codes;
+    auto session = std::make_unique<NetworkHTTPSession>();
+    auto ended = sendTwice(session.get(), outside, &codes);
+    session.reset();
+    EXPECT_EQ(codes, std::vector<std::optional<Code>>(2, Code::cancelled));
+    EXPECT_TRUE(SystemProxies::isLookingUp());
+    asked->disconnectFromHost();
+
+    qputenv("http_proxy", proxy.url().toEncoded());
+    outside.timeout = std::chrono::seconds(10);
+    EXPECT_EQ(sent(outside).value().body, "from the proxy");
+    EXPECT_TRUE(proxy.requests.value(0).startsWith("GET http://varnel.invalid/path HTTP/1.1"));
+    qunsetenv("http_proxy");
+    EXPECT_TRUE(Testing::waitUntil([] { return !SystemProxies::isLookingUp(); }));
+}
+
 TEST(NetworkHTTPSession, ASelfSignedCertificateIsRefused) {
     const QByteArray pem = Testing::contentOf(QStringLiteral(VARNEL_TESTS_FOLDER "/VarnelSEMS/self-signed.pem"));
     QSslConfiguration configuration = QSslConfiguration::defaultConfiguration();
