@@ -14,9 +14,15 @@ QString textOrNothing(const QByteArray& bytes) {
     return decoder.hasError() ? QString() : text;
 }
 
+/// A blank message is none: a failure without a reason would show as no failure at all.
 tl::unexpected<Error> envelopeFailure(const JSON& reply, const QString& fallback) {
-    const QStringList keys{QStringLiteral("msg"), QStringLiteral("message"), QStringLiteral("error_message")};
-    return failure(SEMSAPIError::api(SEMSJSONSearch::firstString(reply, keys).value_or(fallback)));
+    for (const char* key : {"msg", "message", "error_message"}) {
+        const auto message = SEMSJSONSearch::firstString(reply, {QString::fromLatin1(key)});
+        if (message && !message->isEmpty()) {
+            return failure(SEMSAPIError::api(*message));
+        }
+    }
+    return failure(SEMSAPIError::api(fallback));
 }
 
 /// Code 1 is a success: one generation of the service counts that way. No code at all is one too.
