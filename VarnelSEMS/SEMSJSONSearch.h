@@ -46,7 +46,8 @@ public:
     /// long as `root`.
     static const JSON* value(const JSON& root, const QString& path);
 
-    /// Every station of the reply in document order, the same id once.
+    /// Every station of the reply in document order, the same id once: a later entry adds the name and the size that
+    /// the earlier ones left out.
     static std::vector<PowerStation> extractStations(const JSON& root);
 };
 

@@ -3,7 +3,7 @@
 #include <VarnelSEMS/SEMSJSONTree.h>
 #include <VarnelSEMS/SEMSJSONUnits.h>
 
-#include <QSet>
+#include <QHash>
 
 #include <algorithm>
 #include <array>
@@ -23,13 +23,16 @@ constexpr std::array<std::string_view, 5> capacityKeys = {"capacity", "capacityk
 /// A capacity without a unit above this counts in watts.
 constexpr double largestCapacityKW = 1000;
 
+bool holdsText(const JSON& value) {
+    return !coerceToString(value).value_or(QString()).isEmpty();
+}
+
+/// One key may stand there in two spellings, of which only one is filled in.
 template <std::size_t Count>
 std::optional<QString> ownText(const JSON& object, const std::array<std::string_view, Count>& keys) {
     for (const std::string_view key : keys) {
-        const JSON* found = ownValue(object, key);
-        const std::optional<QString> text = found ? coerceToString(*found) : std::nullopt;
-        if (text && !text->isEmpty()) {
-            return text;
+        if (const JSON* found = ownValue(object, key, holdsText)) {
+            return coerceToString(*found);
         }
     }
     return std::nullopt;
@@ -93,25 +96,45 @@ std::optional<PowerStation> stationOf(const JSON& object) {
     return PowerStation{*id, ownText(object, nameKeys), extractStationCapacityKW(object)};
 }
 
+/// The stations by their first mention. A later one adds what the earlier ones left out.
+class Collection {
+public:
+    void add(const PowerStation& station) {
+        const auto position = m_positions.constFind(station.id);
+        if (position == m_positions.constEnd()) {
+            m_positions.insert(station.id, m_stations.size());
+            m_stations.push_back(station);
+            return;
+        }
+        PowerStation& known = m_stations[*position];
+        known.name = known.name ? known.name : station.name;
+        known.capacityKW = known.capacityKW ? known.capacityKW : station.capacityKW;
+    }
+
+    std::vector<PowerStation> take() { return std::move(m_stations); }
+
+private:
+    std::vector<PowerStation> m_stations;
+    QHash<QString, std::size_t> m_positions; ///< by id
+};
+
 /// Outer objects before inner ones, in document order.
-void collectStations(const JSON& tree, QSet<QString>& knownIDs, std::vector<PowerStation>& results) {
-    if (std::optional<PowerStation> station = stationOf(tree); station && !knownIDs.contains(station->id)) {
-        knownIDs.insert(station->id);
-        results.push_back(*std::move(station));
+void collectStations(const JSON& tree, Collection& results) {
+    if (const std::optional<PowerStation> station = stationOf(tree)) {
+        results.add(*station);
     }
     if (tree.is_structured()) {
         for (const JSON& value : tree) {
-            collectStations(value, knownIDs, results);
+            collectStations(value, results);
         }
     }
 }
 } // namespace
 
 std::vector<PowerStation> SEMSJSONSearch::extractStations(const JSON& root) {
-    QSet<QString> knownIDs;
-    std::vector<PowerStation> results;
-    collectStations(root, knownIDs, results);
-    return results;
+    Collection results;
+    collectStations(root, results);
+    return results.take();
 }
 
 } // namespace Varnel

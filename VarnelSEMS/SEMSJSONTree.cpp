@@ -23,6 +23,10 @@ bool matches(std::string_view key, std::string_view wanted) {
     }
     return matched == wanted.size();
 }
+
+bool acceptsAll(const JSON& /*value*/) {
+    return true;
+}
 } // namespace
 
 std::string lowercased(std::string_view text) {
@@ -60,18 +64,22 @@ SEMSJSONMember firstMember(const JSON& tree, std::string_view normalizedKey, boo
 }
 
 const JSON* firstValue(const JSON& tree, std::string_view normalizedKey) {
-    return firstMember(tree, normalizedKey, [](const JSON&) { return true; }).value;
+    return firstMember(tree, normalizedKey, acceptsAll).value;
 }
 
-const JSON* ownValue(const JSON& object, std::string_view normalizedKey) {
+const JSON* ownValue(const JSON& object, std::string_view normalizedKey, bool (*accepts)(const JSON& value)) {
     if (const auto* members = object.get_ptr<const JSON::object_t*>()) {
         for (const auto& [key, value] : *members) {
-            if (matches(key, normalizedKey)) {
+            if (matches(key, normalizedKey) && accepts(value)) {
                 return &value;
             }
         }
     }
     return nullptr;
+}
+
+const JSON* ownValue(const JSON& object, std::string_view normalizedKey) {
+    return ownValue(object, normalizedKey, acceptsAll);
 }
 
 } // namespace Varnel

@@ -32,7 +32,11 @@ SEMSJSONMember firstMember(const JSON& tree, std::string_view normalizedKey, boo
 /// The first member with the key whatever its value, in the same order.
 const JSON* firstValue(const JSON& tree, std::string_view normalizedKey);
 
-/// The object's own member with the key, nothing below it; null when there is none or `object` is no object.
+/// The object's own first member with the key whose value is accepted, nothing below it; null when there is none or
+/// `object` is no object.
+const JSON* ownValue(const JSON& object, std::string_view normalizedKey, bool (*accepts)(const JSON& value));
+
+/// As above, whatever the value.
 const JSON* ownValue(const JSON& object, std::string_view normalizedKey);
 
 } // namespace Varnel
