@@ -29,10 +29,12 @@ bool isEarlier(const Sample& a, const Sample& b) {
     return std::tie(a.index->order, a.position) < std::tie(b.index->order, b.position);
 }
 
-/// Whether a text is one number with at most a unit behind it: "12:05" and "01/02/2025" are labels of an axis.
+/// Whether a text is one number with at most a unit behind it: "12:05", "01/02/2025" and "2025-01-02" are labels of an
+/// axis.
 bool isNumericText(std::string_view text) {
-    const std::size_t begin = text.find_first_not_of(" \t\r\n");
-    const std::size_t end = begin == std::string_view::npos ? begin : text.find_first_not_of("+-0123456789.,", begin);
+    const std::size_t sign = std::min(text.find_first_not_of(" \t\r\n"), text.size());
+    const std::size_t begin = sign + (text.substr(sign).find_first_of("+-") == 0 ? 1 : 0);
+    const std::size_t end = text.find_first_not_of("0123456789.,", begin);
     if (end == begin) {
         return false;
     }
@@ -83,17 +85,13 @@ std::size_t preDawnCount(const std::vector<Sample>& samples) {
     return static_cast<std::size_t>(std::find_if_not(samples.begin(), samples.end(), isPreDawn) - samples.begin());
 }
 
-/// To kW. What the hint says decides; where it says nothing, a value above 100 means watts. Texts with a unit are in
-/// kW already.
-void normalizeSeries(std::vector<double>& values, const SEMSSeriesHint& hint, bool carriesUnit) {
-    if (values.empty()) {
-        return;
-    }
-    const bool isWatts = hint.meansWatts() || *std::max_element(values.begin(), values.end()) > 100;
-    const double divisor = isWatts && !hint.hasKilowattWord && !carriesUnit ? 1000 : 1;
-    for (double& value : values) {
-        value = std::max(value / divisor, 0.0);
-    }
+/// What a number without a unit is divided by to give kW. What the hint says decides; where it says nothing, one such
+/// value above 100 means watts.
+double divisorWithoutUnit(const std::vector<Sample>& samples, const SEMSSeriesHint& hint) {
+    const bool isWatts = hint.meansWatts() || std::any_of(samples.begin(), samples.end(), [](const Sample& s) {
+                             return !s.number.carriesUnit && s.number.value > 100;
+                         });
+    return isWatts && !hint.hasKilowattWord ? 1000 : 1;
 }
 
 SEMSPowerSeries seriesOf(std::vector<Sample> samples, const SEMSSeriesHint& hint) {
@@ -101,14 +99,13 @@ SEMSPowerSeries seriesOf(std::vector<Sample> samples, const SEMSSeriesHint& hint
         std::sort(samples.begin(), samples.end(), isEarlier);
     }
     SEMSPowerSeries series;
-    bool carriesUnit = false;
+    const double divisor = divisorWithoutUnit(samples, hint);
     for (const Sample& sample : samples) {
-        series.kilowatts.push_back(sample.number.value);
-        series.negativeCount += sample.number.value < 0 ? 1 : 0;
-        carriesUnit = carriesUnit || sample.number.carriesUnit;
+        const double kilowatts = sample.number.value / (sample.number.carriesUnit ? 1 : divisor);
+        series.kilowatts.push_back(std::max(kilowatts, 0.0));
+        series.negativeCount += kilowatts < 0 ? 1 : 0;
     }
     series.preDawnCount = preDawnCount(samples);
-    normalizeSeries(series.kilowatts, hint, carriesUnit);
     return series;
 }
 } // namespace
