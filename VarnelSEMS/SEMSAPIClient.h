@@ -28,7 +28,8 @@ namespace Varnel {
 /// has a total deadline of 12 s.
 ///
 /// Calls fail with `SEMSAPIError`, with `URLError` as the HTTP session reports it, or with `JSONError` for a body that
-/// is not JSON. No error carries the password or a token. Every failed attempt is logged at debug level.
+/// is not JSON. No error carries the account, the password or a token, unless it has fewer than four characters. Every
+/// failed attempt is logged at debug level.
 class SEMSAPIClient : public std::enable_shared_from_this<SEMSAPIClient> {
 public:
     /// Sends nothing. `baseURL` is the configured base.
@@ -53,7 +54,8 @@ public:
     /// is looked for in the monitor detail, then in the day endpoints; not finding it is no error.
     QCoro::Task<Result<PowerReading>> fetchCurrentPower(SEMSSession session, std::optional<QString> preferredStationID);
 
-    /// Today's power in kW, up to 288 values from midnight on; none when the service answers but has no curve.
+    /// Today's power in kW in time order, as many values as the service gives when it is asked for 288, one for every
+    /// five minutes: what it leaves out is missing without a gap. None when it answers but has no curve.
     QCoro::Task<Result<std::optional<std::vector<double>>>> fetchTodayOutputSeries(SEMSSession session,
                                                                                    QString stationID);
 

@@ -10,11 +10,13 @@ namespace Varnel {
 namespace {
 constexpr qsizetype shortestSecret = 4;
 
-/// As it is, as a form holds it, and as a JSON text holds it (without the quotation marks around it).
+/// As it is, as a form holds it, as a JSON text holds it (without the quotation marks around it), and as a page shows
+/// it, where the apostrophe has an escape of its own or none.
 void addInAllEncodings(QStringList& secrets, const QString& secret) {
     const QString inJSON = QString::fromUtf8(serializedJSON(JSON(toUtf8(secret))));
-    for (const QString& text :
-         {secret, QString::fromLatin1(formURLEncoded(secret)), inJSON.mid(1, inJSON.size() - 2)}) {
+    const QString inPage = secret.toHtmlEscaped();
+    for (const QString& text : {secret, QString::fromLatin1(formURLEncoded(secret)), inJSON.mid(1, inJSON.size() - 2),
+                                inPage, QString(inPage).replace(QLatin1Char('\''), QLatin1String("&#39;"))}) {
         if (text.size() >= shortestSecret && !secrets.contains(text)) {
             secrets += text;
         }
@@ -23,7 +25,7 @@ void addInAllEncodings(QStringList& secrets, const QString& secret) {
 
 void redact(QString& text, const QStringList& secrets) {
     for (const QString& secret : secrets) {
-        text.replace(secret, QStringLiteral("[…]"));
+        text.replace(secret, QStringLiteral("[…]"), Qt::CaseInsensitive);
     }
 }
 } // namespace
@@ -35,7 +37,9 @@ QStringList secretsOf(const SEMSRequest& request) {
         addInAllEncodings(secrets, request.authSession->token);
     }
     if (request.body) {
-        addInAllEncodings(secrets, textOf(request.body->value("pwd", JSON())));
+        for (const char* name : {"account", "pwd"}) {
+            addInAllEncodings(secrets, textOf(request.body->value(name, JSON())));
+        }
     }
     // The longest first: one that holds another must not be broken up by it.
     std::sort(secrets.begin(), secrets.end(),

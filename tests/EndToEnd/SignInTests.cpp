@@ -86,7 +86,7 @@ TEST_F(SignInEndToEnd, NoSecretReachesALogOrAnErrorEvenWhenTheServerEchoesIt) {
         [](QtMsgType, const QMessageLogContext&, const QString& message) { logged += message + u'\n'; });
     const QString address = simulator.baseURL().toString().replace(u"//"_s, u"//user:URLPASS@"_s);
     client = std::make_shared<SEMSAPIClient>(QUrl(address), http, time, endpoints);
-    echo(uR"(p&ss wörd"1 p&ss wörd\"1 p%26ss+w%C3%B6rd%221)"_s);
+    echo(uR"(p&ss wörd"1 p&ss wörd\"1 p%26ss+w%C3%B6rd%221 p&amp;ss wörd&quot;1 )"_s + account);
     std::string errors = errorOf(signIn());
     echo(token.token);
     errors += errorOf(reading(token, {}));
@@ -97,7 +97,7 @@ TEST_F(SignInEndToEnd, NoSecretReachesALogOrAnErrorEvenWhenTheServerEchoesIt) {
 
     EXPECT_EQ(logged.count(u"Endpoint attempt failed for "_s), 8 + 8 + 4);
     logged += QString::fromStdString(errors);
-    for (const QString& secret : {u"URLPASS"_s, u"ss w"_s, u"ss+w"_s, token.token, portal.token}) {
+    for (const QString& secret : {u"URLPASS"_s, account, u"ss w"_s, u"ss+w"_s, token.token, portal.token}) {
         EXPECT_FALSE(logged.contains(secret)) << logged.toStdString();
     }
 }
