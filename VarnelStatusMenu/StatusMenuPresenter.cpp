@@ -35,6 +35,7 @@ struct StatusMenuPresenter::Private {
     std::function<void()> windowClosed;
     QPointer<QWidget> popup;
     QPointer<StatusMenuWindow> window;
+    bool windowStandsForItem = false;
     QElapsedTimer sinceDismissal;
     QObject context; // what is still to be delivered dies with it
 };
@@ -114,6 +115,7 @@ bool StatusMenuPresenter::isMenuOpen() const {
 StatusMenuWindow& StatusMenuPresenter::Private::titledWindow(const QString& title) {
     if (!window) {
         window = new StatusMenuWindow(menu);
+        window->setStandsForItem(windowStandsForItem);
         QObject::connect(window, &StatusMenuWindow::commandChosen, &context,
                          [this](StatusMenuCommand command) { deliver(command); });
         // Queued: the handler may open the next window.
@@ -133,7 +135,7 @@ void StatusMenuPresenter::showWindow(const QString& title) {
 }
 
 void StatusMenuPresenter::showWindowMinimized(const QString& title) {
-    d->titledWindow(title).showMinimized();
+    d->titledWindow(title).showInTaskbar();
 }
 
 void StatusMenuPresenter::closeWindow() {
@@ -154,6 +156,13 @@ bool StatusMenuPresenter::isWindowOpen() const {
 void StatusMenuPresenter::setWindowTitle(const QString& title) {
     if (d->window) {
         d->window->setWindowTitle(title);
+    }
+}
+
+void StatusMenuPresenter::setWindowStandsForItem(bool standsForItem) {
+    d->windowStandsForItem = standsForItem;
+    if (d->window) {
+        d->window->setStandsForItem(standsForItem);
     }
 }
 

@@ -40,6 +40,9 @@ public:
     bool isWindowOpen() const;
     void setWindowTitle(const QString& title);
 
+    /// Whether the ordinary window, the next one too, is the only way to reach the program.
+    void setWindowStandsForItem(bool standsForItem);
+
 private:
     struct Private;
     std::unique_ptr<Private> d;

@@ -22,11 +22,21 @@ void StatusMenuWindow::setMenu(const StatusMenu& menu) {
     m_panel->setMenu(menu);
 }
 
+void StatusMenuWindow::setStandsForItem(bool standsForItem) {
+    setProperty(standsForItemProperty, standsForItem);
+}
+
 void StatusMenuWindow::bringToFront() {
     setWindowState(windowState() & ~Qt::WindowMinimized);
     show();
     raise();
     activateWindow();
+}
+
+void StatusMenuWindow::showInTaskbar() {
+    // A window without a size is given one as it is shown, and that makes it an ordinary one again.
+    adjustSize();
+    showMinimized();
 }
 
 } // namespace Varnel

@@ -1,6 +1,7 @@
 #include <Varnel/Linux/DesktopApplicationShell.h>
 
 #include <Varnel/Linux/TaskbarPresence.h>
+#include <VarnelStatusMenu/StatusMenuWindow.h>
 
 #include <QApplication>
 #include <QEvent>
@@ -16,6 +17,16 @@ namespace Varnel {
 namespace {
 bool isOrdinaryWindow(const QWidget& widget) {
     return widget.isWindow() && (widget.windowType() == Qt::Window || widget.windowType() == Qt::Dialog);
+}
+
+QWidgetList visibleWindows() {
+    QWidgetList windows = QApplication::topLevelWidgets();
+    windows.removeIf([](const QWidget* window) { return !window->isVisible() || !isOrdinaryWindow(*window); });
+    return windows;
+}
+
+bool standsForItem(const QWidget& window) {
+    return window.property(StatusMenuWindow::standsForItemProperty).toBool();
 }
 } // namespace
 
@@ -35,7 +46,7 @@ bool DesktopApplicationShell::setActivationPolicy(ActivationPolicy policy) {
     } else {
         m_taskbarWindow.reset();
     }
-    for (const QWidget* window : QApplication::topLevelWidgets()) {
+    for (const QWidget* window : visibleWindows()) {
         applyToWindow(*window);
     }
     return true;
@@ -58,8 +69,10 @@ void DesktopApplicationShell::activate() {
 }
 
 void DesktopApplicationShell::hide() {
-    for (QWidget* window : QApplication::topLevelWidgets()) {
-        if (window != m_taskbarWindow.get() && window->isVisible()) {
+    for (QWidget* window : visibleWindows()) {
+        if (standsForItem(*window)) {
+            window->showMinimized();
+        } else if (window != m_taskbarWindow.get()) {
             window->hide();
         }
     }
@@ -77,12 +90,20 @@ bool DesktopApplicationShell::eventFilter(QObject* watched, QEvent* event) {
         // but not from outside.
         event->ignore();
         return true;
-    } else if (event->type() == QEvent::Show && watched->isWidgetType()) {
-        // The window is mapped after its show event; the message to the window manager must come later than that.
-        QMetaObject::invokeMethod(
-            watched, [this, window = static_cast<QWidget*>(watched)] { applyToWindow(*window); }, Qt::QueuedConnection);
+    } else if (watched->isWidgetType() && isOrdinaryWindow(*static_cast<QWidget*>(watched))) {
+        handleWindowEvent(static_cast<QWidget&>(*watched), *event);
     }
     return QObject::eventFilter(watched, event);
+}
+
+void DesktopApplicationShell::handleWindowEvent(QWidget& window, const QEvent& event) {
+    if (event.type() == QEvent::Show) {
+        // The window is mapped after its show event; the message to the window manager must come later than that.
+        QMetaObject::invokeMethod(
+            &window, [this, &window] { applyToWindow(window); }, Qt::QueuedConnection);
+    } else if (event.type() == QEvent::DynamicPropertyChange) {
+        applyToWindow(window);
+    }
 }
 
 void DesktopApplicationShell::showTaskbarWindow() {
@@ -114,9 +135,8 @@ void DesktopApplicationShell::onTaskbarWindowStateChanged() {
 }
 
 void DesktopApplicationShell::applyToWindow(const QWidget& window) const {
-    const bool isMapped = window.isVisible() && window.windowHandle();
-    if (isMapped && isOrdinaryWindow(window)) {
-        setSkipsTaskbar(*window.windowHandle(), m_policy == ActivationPolicy::accessory);
+    if (window.isVisible() && window.windowHandle()) {
+        setSkipsTaskbar(*window.windowHandle(), m_policy == ActivationPolicy::accessory && !standsForItem(window));
     }
 }
 

@@ -12,7 +12,8 @@ namespace Varnel {
 
 /// The application on a freedesktop desktop. A minimised window without content stands in the taskbar for the
 /// application under the regular policy, and cannot be closed from there; under the accessory policy no window of ours
-/// has a taskbar button. Wayland offers neither, so the regular policy is refused there.
+/// has a taskbar button, save the one that stands for the status item where there is no panel: that one is minimised
+/// instead of hidden, too. Wayland offers neither, so the regular policy is refused there.
 class DesktopApplicationShell final : public QObject, public ApplicationShell {
 public:
     DesktopApplicationShell();
@@ -31,6 +32,7 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    void handleWindowEvent(QWidget& window, const QEvent& event);
     void showTaskbarWindow();
     void onTaskbarWindowStateChanged();
     void applyToWindow(const QWidget& window) const;

@@ -133,6 +133,7 @@ void SessionStatusItem::moveTo(StatusItemBackEnd& backEnd) {
     }
     m_current = &backEnd;
     m_windowTimer.reset();
+    m_presenter.setWindowStandsForItem(false);
     backEnd.setShown(true);
     if (std::exchange(m_isFallbackWindow, false)) {
         m_presenter.closeWindow();
@@ -140,6 +141,7 @@ void SessionStatusItem::moveTo(StatusItemBackEnd& backEnd) {
 }
 
 void SessionStatusItem::awaitPanel() {
+    m_presenter.setWindowStandsForItem(true);
     m_windowTimer = m_timers.schedule(patience, [this] { showFallbackWindow(); });
 }
 

@@ -2,6 +2,7 @@
 #include "../Support/HandTurnedTime.h"
 
 #include <VarnelStatusMenu/Linux/SessionStatusItem.h>
+#include <VarnelStatusMenu/StatusMenuWindow.h>
 
 #include <gtest/gtest.h>
 
@@ -65,10 +66,12 @@ struct SessionStatusItemTest : testing::Test {
         return nullptr;
     }
 
-    /// In brackets where the item is shown: p in the panel of the protocol, l in the legacy tray, w in a window.
+    /// In brackets where the item is shown: p in the panel of the protocol, l in the legacy tray, w in a window; W in
+    /// one that has to stay in reach.
     QString whereShown() const {
+        const bool isToStay = window() && window()->property(StatusMenuWindow::standsForItemProperty).toBool();
         return u'[' + QStringLiteral("p").repeated(protocol->isShown) + QStringLiteral("l").repeated(legacy->isShown) +
-               QStringLiteral("w").repeated(window() != nullptr) + u']';
+               QString(isToStay ? u'W' : u'w').repeated(window() != nullptr) + u']';
     }
 
     /// "p+" the panel of the protocol comes, "l-" the legacy tray goes, "show" the window is asked for, a number of
@@ -109,10 +112,11 @@ TEST_F(SessionStatusItemTest, IsShownInTheBestPanelThatIsThereElseInAWindow) {
         {"lets a starting panel settle", Availability::available, Availability::available,
          "[p] p- [] 0.5 [] p+ 5 [p] p- 1.5 [l]"},
         {"window after ten seconds", Availability::unavailable, Availability::unavailable,
-         "9.5 [] 1 [w] p+ [p] p- 9.5 [] 1 [w] l+ 2 [l]"},
+         "9.5 [] 1 [W] p+ [p] p- 9.5 [] 1 [W] l+ 2 [l]"},
         {"no window while panels restart", Availability::available, Availability::unavailable,
          "p- 8 p+ [p] p- 8 p+ [p] p- 8 p+ 60 [p]"},
-        {"window that was asked for", Availability::unavailable, Availability::unavailable, "show 20 [w] p+ [pw]"},
+        {"window that was asked for", Availability::unavailable, Availability::unavailable,
+         "show 20 [W] p+ [pw] p- [W]"},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
@@ -123,7 +127,7 @@ TEST_F(SessionStatusItemTest, IsShownInTheBestPanelThatIsThereElseInAWindow) {
 
 TEST_F(SessionStatusItemTest, AWindowClosedByHandStaysInTheTaskbarUntilAPanelComes) {
     start(Availability::unavailable, Availability::unavailable);
-    play(QStringLiteral("10 [w]"));
+    play(QStringLiteral("10 [W]"));
     window()->close();
     settle();
     ASSERT_TRUE(window());
