@@ -15,8 +15,10 @@
 namespace Varnel {
 
 namespace {
+/// A window that the window manager has; the icon in a legacy tray is none.
 bool isOrdinaryWindow(const QWidget& widget) {
-    return widget.isWindow() && (widget.windowType() == Qt::Window || widget.windowType() == Qt::Dialog);
+    return widget.isWindow() && (widget.windowType() == Qt::Window || widget.windowType() == Qt::Dialog) &&
+           !widget.windowFlags().testFlag(Qt::BypassWindowManagerHint);
 }
 
 QWidgetList visibleWindows() {
@@ -59,7 +61,7 @@ void DesktopApplicationShell::setReopenHandler(std::function<void()> handler) {
 void DesktopApplicationShell::setApplicationIcon(const QString& imagePath) {
     m_isIconLoaded = m_iconPath == imagePath && m_isIconLoaded;
     m_iconPath = imagePath;
-    if (m_taskbarWindow || QApplication::activeWindow()) {
+    if (!visibleWindows().isEmpty()) {
         loadIcon();
     }
 }
@@ -98,6 +100,7 @@ bool DesktopApplicationShell::eventFilter(QObject* watched, QEvent* event) {
 
 void DesktopApplicationShell::handleWindowEvent(QWidget& window, const QEvent& event) {
     if (event.type() == QEvent::Show) {
+        loadIcon();
         // The window is mapped after its show event; the message to the window manager must come later than that.
         QMetaObject::invokeMethod(
             &window, [this, &window] { applyToWindow(window); }, Qt::QueuedConnection);
