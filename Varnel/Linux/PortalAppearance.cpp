@@ -4,6 +4,7 @@
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
+#include <QDBusVariant>
 #include <QEvent>
 #include <QGuiApplication>
 #include <QPalette>
@@ -37,8 +38,9 @@ PortalAppearance::PortalAppearance() {
     qApp->installEventFilter(this);
     QDBusConnection bus = QDBusConnection::sessionBus();
     if (bus.isConnected()) {
-        bus.connect(portalService, portalPath, portalInterface, QStringLiteral("SettingChanged"), this,
-                    SLOT(onSettingChanged(QString, QString, QDBusVariant)));
+        // Any sender: naming one would have QtDBus ask the bus for it and wait. The signal only makes us ask again.
+        bus.connect({}, portalPath, portalInterface, QStringLiteral("SettingChanged"),
+                    {appearanceGroup, colorSchemeKey}, {}, this, SLOT(askPortal()));
         askPortal();
     }
 }
@@ -62,12 +64,6 @@ bool PortalAppearance::eventFilter(QObject* watched, QEvent* event) {
     return QObject::eventFilter(watched, event);
 }
 
-void PortalAppearance::onSettingChanged(const QString& group, const QString& key, const QDBusVariant& value) {
-    if (group == appearanceGroup && key == colorSchemeKey) {
-        takeColorScheme(value.variant());
-    }
-}
-
 void PortalAppearance::askPortal() {
     QDBusMessage call =
         QDBusMessage::createMethodCall(portalService, portalPath, portalInterface, QStringLiteral("Read"));
@@ -78,15 +74,13 @@ void PortalAppearance::askPortal() {
         watcher->deleteLater();
         const QDBusPendingReply<QDBusVariant> reply = *watcher;
         if (reply.isValid()) {
-            takeColorScheme(reply.value().variant());
+            // "Read" wraps its variant in another one.
+            takeColorScheme(reply.value().variant().value<QDBusVariant>().variant().toUInt());
         }
     });
 }
 
-void PortalAppearance::takeColorScheme(const QVariant& value) {
-    // "Read" wraps its variant in another one.
-    const QVariant inner = value.canConvert<QDBusVariant>() ? value.value<QDBusVariant>().variant() : value;
-    const uint scheme = inner.toUInt();
+void PortalAppearance::takeColorScheme(uint scheme) {
     m_portalIsDark.reset();
     if (scheme == preferDark || scheme == preferLight) {
         m_portalIsDark = scheme == preferDark;

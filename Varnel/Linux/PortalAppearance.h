@@ -2,7 +2,6 @@
 
 #include <Varnel/Appearance.h>
 
-#include <QDBusVariant>
 #include <QObject>
 
 #include <optional>
@@ -10,8 +9,8 @@
 namespace Varnel {
 
 /// The desktop portal's "color-scheme" setting with its change signal; where the portal says nothing, the lightness of
-/// the application's palette with its changes. Asks the portal once, without waiting: until the answer is there the
-/// palette decides.
+/// the application's palette with its changes. Asks the portal without waiting, at the start and after each change:
+/// until the first answer is there the palette decides.
 class PortalAppearance final : public QObject, public Appearance {
     Q_OBJECT
 public:
@@ -28,11 +27,10 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private Q_SLOTS:
-    void onSettingChanged(const QString& group, const QString& key, const QDBusVariant& value);
+    void askPortal();
 
 private:
-    void askPortal();
-    void takeColorScheme(const QVariant& value);
+    void takeColorScheme(uint scheme);
     void announceIfChanged();
 
     std::optional<bool> m_portalIsDark; ///< none when the portal has no preference or is absent
