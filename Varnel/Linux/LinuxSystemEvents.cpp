@@ -1,6 +1,10 @@
 #include <Varnel/Linux/LinuxSystemEvents.h>
 
 #include <QDBusConnection>
+#include <QDBusConnectionInterface>
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
 #include <QNetworkInformation>
 
 #include <utility>
@@ -36,10 +40,10 @@ LinuxSystemEvents::LinuxSystemEvents() {
                 &LinuxSystemEvents::onReachabilityChanged);
         m_reach = currentReach();
     }
-    QDBusConnection::systemBus().connect(QStringLiteral("org.freedesktop.login1"),
-                                         QStringLiteral("/org/freedesktop/login1"),
-                                         QStringLiteral("org.freedesktop.login1.Manager"),
-                                         QStringLiteral("PrepareForSleep"), this, SLOT(onPrepareForSleep(bool)));
+    // Any sender: naming one would have QtDBus ask the bus for it and wait.
+    QDBusConnection::systemBus().connect(
+        {}, QStringLiteral("/org/freedesktop/login1"), QStringLiteral("org.freedesktop.login1.Manager"),
+        QStringLiteral("PrepareForSleep"), this, SLOT(onPrepareForSleep(QDBusMessage)));
 }
 
 LinuxSystemEvents::~LinuxSystemEvents() = default;
@@ -56,10 +60,22 @@ void LinuxSystemEvents::setResumeHandler(std::function<void()> handler) {
     m_resume = std::move(handler);
 }
 
-void LinuxSystemEvents::onPrepareForSleep(bool goingToSleep) {
-    if (!goingToSleep && m_resume) {
-        m_resume();
+void LinuxSystemEvents::onPrepareForSleep(const QDBusMessage& signal) {
+    const bool isGoingToSleep = signal.arguments().value(0).toBool();
+    if (isGoingToSleep) {
+        return;
     }
+    // Every user of the machine may send such a signal: whether this one is logind's is asked of the bus.
+    const QDBusPendingCall owner = QDBusConnection::systemBus().interface()->asyncCall(
+        QStringLiteral("GetNameOwner"), QStringLiteral("org.freedesktop.login1"));
+    auto* watcher = new QDBusPendingCallWatcher(owner, this);
+    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher, sender = signal.service()] {
+        watcher->deleteLater();
+        const QDBusPendingReply<QString> logind = *watcher;
+        if (logind.isValid() && logind.value() == sender && m_resume) {
+            m_resume();
+        }
+    });
 }
 
 void LinuxSystemEvents::onReachabilityChanged() {

@@ -4,6 +4,8 @@
 
 #include <QObject>
 
+class QDBusMessage;
+
 namespace Varnel {
 
 /// Sleep as logind announces it on the system bus, the network as the desktop's network service reports it. Where
@@ -19,7 +21,7 @@ public:
     void setResumeHandler(std::function<void()> handler) override;
 
 private Q_SLOTS:
-    void onPrepareForSleep(bool goingToSleep);
+    void onPrepareForSleep(const QDBusMessage& signal);
 
 private:
     void onReachabilityChanged();
