@@ -14,7 +14,7 @@ std::vector<ProductionNotificationEvent> ProductionNotificationEvaluator::evalua
     }
     Events events;
     if (m_state.isProductionActive) {
-        if (endsWith(currentPowerKilowatts)) {
+        if (endsProduction(currentPowerKilowatts)) {
             return {ProductionNotificationEvent::productionEnded};
         }
     } else if (isPositive) {
@@ -40,7 +40,7 @@ ProductionNotificationEvaluator::Events ProductionNotificationEvaluator::start(d
     return {};
 }
 
-bool ProductionNotificationEvaluator::endsWith(double kilowatts) {
+bool ProductionNotificationEvaluator::endsProduction(double kilowatts) {
     if (kilowatts < 0) {
         if (++m_state.consecutiveNegativeFetches > m_endAfterConsecutiveNegativeFetches) {
             m_state.isProductionActive = false;

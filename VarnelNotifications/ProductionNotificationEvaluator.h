@@ -34,7 +34,7 @@ private:
     };
 
     Events start(double kilowatts);
-    bool endsWith(double kilowatts);
+    bool endsProduction(double kilowatts);
 
     std::int64_t m_endAfterConsecutiveNegativeFetches;
     double m_riseThresholdKilowatts;
