@@ -3,9 +3,12 @@
 #include <VarnelNotifications/Linux/NotificationClicks.h>
 
 #include <QCoroDBusPendingCall>
+#include <QCoroDBusPendingReply>
 #include <QDBusConnection>
+#include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QDBusPendingCall>
+#include <QDBusPendingReply>
 
 #include <utility>
 
@@ -23,11 +26,6 @@ QDBusMessage serverCall(const char* method) {
                                           QLatin1String(method));
 }
 
-QDBusMessage busCall(const char* method) {
-    const QString bus = QStringLiteral("org.freedesktop.DBus");
-    return QDBusMessage::createMethodCall(bus, QStringLiteral("/org/freedesktop/DBus"), bus, QLatin1String(method));
-}
-
 /// The reply, or an error message after the time-out.
 QCoro::Task<QDBusMessage> send(QDBusMessage call) {
     const QDBusPendingCall pending = QDBusConnection::sessionBus().asyncCall(call, callTimeoutMilliseconds);
@@ -36,14 +34,18 @@ QCoro::Task<QDBusMessage> send(QDBusMessage call) {
 }
 
 QCoro::Task<bool> isServerThere() {
-    QDBusMessage ownerQuestion = busCall("NameHasOwner");
-    ownerQuestion << serverName;
-    const QDBusMessage owner = co_await send(ownerQuestion);
-    if (owner.arguments().value(0).toBool()) {
+    QDBusConnectionInterface* const bus = QDBusConnection::sessionBus().interface();
+    if (!bus) {
+        co_return false;
+    }
+    const QDBusPendingReply<bool> ownerQuestion = bus->asyncCall(QStringLiteral("NameHasOwner"), serverName);
+    const QDBusPendingReply<bool> hasOwner = co_await ownerQuestion;
+    if (hasOwner.isValid() && hasOwner.value()) {
         co_return true;
     }
-    const QDBusMessage activatable = co_await send(busCall("ListActivatableNames"));
-    co_return activatable.arguments().value(0).toStringList().contains(serverName);
+    const QDBusPendingReply<QStringList> namesQuestion = bus->asyncCall(QStringLiteral("ListActivatableNames"));
+    const QDBusPendingReply<QStringList> names = co_await namesQuestion;
+    co_return names.isValid() && names.value().contains(serverName);
 }
 
 /// `Notify` for a server with these capabilities.

@@ -5,8 +5,8 @@
 #include <VarnelStatusMenu/Linux/ItemWatcher.h>
 
 #include <QCoreApplication>
+#include <QDBusConnectionInterface>
 #include <QDBusError>
-#include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 
 #include <utility>
@@ -19,14 +19,6 @@ namespace {
 QString nextServiceName() {
     static int count = 0;
     return QStringLiteral("org.kde.StatusNotifierItem-%1-%2").arg(QCoreApplication::applicationPid()).arg(++count);
-}
-
-QDBusMessage requestNameCall(const QString& name) {
-    const QString bus = QStringLiteral("org.freedesktop.DBus");
-    QDBusMessage call = QDBusMessage::createMethodCall(bus, QStringLiteral("/org/freedesktop/DBus"), bus,
-                                                       QStringLiteral("RequestName"));
-    call << name << 0U;
-    return call;
 }
 
 } // namespace
@@ -79,7 +71,9 @@ private:
 
     void requestName() {
         m_service = nextServiceName();
-        auto* pending = new QDBusPendingCallWatcher(m_connection.asyncCall(requestNameCall(m_service)), this);
+        const QDBusPendingCall request =
+            m_connection.interface()->asyncCall(QStringLiteral("RequestName"), m_service, 0U);
+        auto* pending = new QDBusPendingCallWatcher(request, this);
         connect(pending, &QDBusPendingCallWatcher::finished, this, [this](QDBusPendingCallWatcher* finished) {
             finished->deleteLater();
             if (finished->isError()) {

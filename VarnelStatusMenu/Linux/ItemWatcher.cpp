@@ -1,5 +1,6 @@
 #include <VarnelStatusMenu/Linux/ItemWatcher.h>
 
+#include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusServiceWatcher>
@@ -17,13 +18,6 @@ constexpr int answerMilliseconds = 3000;
 
 const QString watcherName = QStringLiteral("org.kde.StatusNotifierWatcher");
 const QString watcherPath = QStringLiteral("/StatusNotifierWatcher");
-
-QDBusMessage busCall(const QString& method, const QString& argument) {
-    const QString bus = QStringLiteral("org.freedesktop.DBus");
-    QDBusMessage call = QDBusMessage::createMethodCall(bus, QStringLiteral("/org/freedesktop/DBus"), bus, method);
-    call << argument;
-    return call;
-}
 
 bool isReply(const QDBusMessage& message) {
     return message.type() == QDBusMessage::ReplyMessage && !message.arguments().isEmpty();
@@ -63,8 +57,8 @@ QDBusPendingCall ItemWatcher::registerItem(const QString& service) const {
     return m_connection.asyncCall(call);
 }
 
-void ItemWatcher::ask(const QDBusMessage& question, Handler handle) {
-    auto* pending = new QDBusPendingCallWatcher(m_connection.asyncCall(question, answerMilliseconds), this);
+void ItemWatcher::await(const QDBusPendingCall& call, Handler handle) {
+    auto* pending = new QDBusPendingCallWatcher(call, this);
     connect(pending, &QDBusPendingCallWatcher::finished, this,
             [this, owner = m_owner, handle = std::move(handle)](QDBusPendingCallWatcher* finished) {
                 finished->deleteLater();
@@ -75,13 +69,14 @@ void ItemWatcher::ask(const QDBusMessage& question, Handler handle) {
 }
 
 void ItemWatcher::askForOwner() {
-    ask(busCall(QStringLiteral("GetNameOwner"), watcherName), [this](const QDBusMessage& reply) {
-        if (isReply(reply)) {
-            setOwner(reply.arguments().constFirst().toString());
-        } else {
-            setAvailability(Availability::unavailable);
-        }
-    });
+    await(m_connection.interface()->asyncCall(QStringLiteral("GetNameOwner"), watcherName),
+          [this](const QDBusMessage& reply) {
+              if (isReply(reply)) {
+                  setOwner(reply.arguments().constFirst().toString());
+              } else {
+                  setAvailability(Availability::unavailable);
+              }
+          });
 }
 
 void ItemWatcher::setOwner(const QString& owner) {
@@ -98,11 +93,12 @@ void ItemWatcher::setOwner(const QString& owner) {
 }
 
 void ItemWatcher::askForProcess() {
-    ask(busCall(QStringLiteral("GetConnectionUnixProcessID"), m_owner), [this](const QDBusMessage& reply) {
-        m_titleForm = isReply(reply) ? titleFormForHost(commandLineOf(reply.arguments().constFirst().toUInt()))
-                                     : TitleForm::square;
-        askForHost();
-    });
+    await(m_connection.interface()->asyncCall(QStringLiteral("GetConnectionUnixProcessID"), m_owner),
+          [this](const QDBusMessage& reply) {
+              m_titleForm = isReply(reply) ? titleFormForHost(commandLineOf(reply.arguments().constFirst().toUInt()))
+                                           : TitleForm::square;
+              askForHost();
+          });
 }
 
 void ItemWatcher::askForHost() {
@@ -112,7 +108,7 @@ void ItemWatcher::askForHost() {
     QDBusMessage question = QDBusMessage::createMethodCall(
         m_owner, watcherPath, QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
     question << watcherName << QStringLiteral("IsStatusNotifierHostRegistered");
-    ask(question, [this](const QDBusMessage& reply) {
+    await(m_connection.asyncCall(question, answerMilliseconds), [this](const QDBusMessage& reply) {
         const bool hasNoHost =
             isReply(reply) && !reply.arguments().constFirst().value<QDBusVariant>().variant().toBool();
         setAvailability(hasNoHost ? Availability::unavailable : Availability::available);

@@ -44,7 +44,7 @@ private:
     void askForProcess();
     void setAvailability(StatusItemBackEnd::Availability availability);
     /// Calls `handle` with the reply, a failure included, unless the owner has changed meanwhile.
-    void ask(const QDBusMessage& question, Handler handle);
+    void await(const QDBusPendingCall& call, Handler handle);
 
     QDBusConnection m_connection;
     StatusItemBackEnd::Availability m_availability = StatusItemBackEnd::Availability::unknown;
