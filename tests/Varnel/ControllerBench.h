@@ -9,6 +9,7 @@
 #include <Varnel/AppDelegate.h>
 
 #include <VarnelSEMS/Linux/NetworkHTTPSession.h>
+#include <VarnelSettings/Linux/IniUserDefaults.h>
 #include <simulator/SEMSSimulator.h>
 
 #include <QTemporaryDir>
@@ -48,14 +49,14 @@ public:
     HandTurnedTime time;
     Simulator::SEMSSimulator simulator;
     std::unique_ptr<NetworkHTTPSession> http;
-    InMemoryUserDefaults userDefaults;
+    QTemporaryDir dataFolder;
+    IniUserDefaults userDefaults{dataFolder.filePath(QStringLiteral("defaults.ini"))};
     FakeKeychainServices keychain;
     FakeLoginItem loginItem;
     std::shared_ptr<FakeNotificationCenter> notificationCenter = std::make_shared<FakeNotificationCenter>();
     FakeAppearance appearance;
     FakeApplicationShell shell;
     FakeSystemEvents systemEvents;
-    QTemporaryDir dataFolder;
     RecordingStatusItem* item = nullptr; ///< owned by the controller
     std::shared_ptr<AppDelegate> controller;
 };

@@ -5,29 +5,11 @@
 #include <Varnel/SystemEvents.h>
 
 #include <VarnelSettings/LoginItem.h>
-#include <VarnelSettings/UserDefaults.h>
 #include <VarnelShared/URLError.h>
 #include <VarnelStatusMenu/StatusItem.h>
 
-#include <QMap>
-#include <QStringList>
-
 /// The desktop as the controller sees it, recorded and turned by hand.
 namespace Varnel::Testing {
-
-class InMemoryUserDefaults final : public UserDefaults {
-public:
-    std::optional<QByteArray> data(const QString& key) const override {
-        return values.contains(key) ? std::optional(values.value(key)) : std::nullopt;
-    }
-    void setData(const QString& key, const QByteArray& bytes) override {
-        values[key] = bytes;
-        ++saves;
-    }
-
-    QMap<QString, QByteArray> values;
-    int saves = 0;
-};
 
 class FakeLoginItem final : public LoginItem {
 public:
