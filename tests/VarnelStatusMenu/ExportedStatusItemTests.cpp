@@ -2,6 +2,7 @@
 
 #include "../Support/EventLoop.h"
 #include "../Support/PrivateBus.h"
+#include "SignalSpy.h"
 
 #include <VarnelStatusMenu/Linux/DBusMenuTypes.h>
 #include <VarnelStatusMenu/Linux/ItemProtocolTypes.h>
@@ -13,25 +14,6 @@ using namespace Varnel::Testing;
 using testing::ElementsAre;
 
 namespace {
-
-class SignalSpy final : public QObject {
-    Q_OBJECT
-
-public:
-    std::vector<QDBusMessage> messages;
-
-    /// The names of what was received, in order.
-    std::string members() const {
-        QStringList names;
-        for (const QDBusMessage& message : messages) {
-            names << message.member();
-        }
-        return names.join(u' ').toStdString();
-    }
-
-public Q_SLOTS:
-    void receive(const QDBusMessage& message) { messages.push_back(message); }
-};
 
 StatusItemContent content(const QString& title, bool hasChart = true) {
     StatusPresentation presentation;
@@ -184,5 +166,3 @@ TEST_F(ExportedStatusItemTest, AnnouncesTextsWhenTheRowsAreTheSameAndTheLayoutOt
     ASSERT_EQ(menuSpy.members(), "LayoutUpdated ItemsPropertiesUpdated LayoutUpdated");
     EXPECT_EQ(qdbus_cast<QList<DBusMenuItem>>(menuSpy.messages[1].arguments().value(0)).size(), 1);
 }
-
-#include "ExportedStatusItemTests.moc"
