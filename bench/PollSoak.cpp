@@ -1,6 +1,7 @@
 // The real controller and client against the simulator: 10,000 polls with hand-turned time, a tenth of them faulty at
 // random, over a history that is full from the start. What the process holds is compared with what it held after the
-// first 1,000; `poll-soak POLLS` takes another number. The exit status tells whether all was right.
+// first 3,000; `poll-soak POLLS` takes another number. The exit status tells whether all was right. With glibc's caches
+// off (docs/benchmarks.md) the heap counts what is held alone.
 
 #include "../tests/Varnel/PollSoak.h"
 #include "../tests/Support/ProcessFootprint.h"
@@ -19,10 +20,12 @@ using namespace Varnel::Testing;
 
 namespace {
 
-constexpr int warmUpPolls = 1000;
-constexpr int parts = 4; ///< after each of which the footprint is told: a leak grows with them
-/// What the counters of the harness itself may take; one lost reply body per poll would be ten times as much.
-constexpr long toleratedGrowthKB = 2048;
+constexpr int warmUpPolls = 3000; ///< until large replies have shaped the heap
+constexpr int parts = 4;          ///< after each of which the footprint is told: a leak grows with them
+/// A hundredth of what one lost reply body per poll would be.
+constexpr long toleratedHeapGrowthKB = 512;
+/// The allocator's pages are fewer after the first look than ever again, since that gives back all it can.
+constexpr long toleratedResidentGrowthKB = 4096;
 
 /// The thirty days before the clock's, a poll every five minutes.
 void fillHistory(ControllerBench& bench) {
@@ -46,7 +49,8 @@ void print(const char* when, const ProcessFootprint& footprint) {
 
 bool isBackWhereItWas(const ProcessFootprint& before, const ProcessFootprint& after) {
     return after.descriptors == before.descriptors && after.threads == before.threads &&
-           after.heapKB - before.heapKB < toleratedGrowthKB && after.residentKB - before.residentKB < toleratedGrowthKB;
+           after.heapKB - before.heapKB < toleratedHeapGrowthKB &&
+           after.residentKB - before.residentKB < toleratedResidentGrowthKB;
 }
 
 } // namespace

@@ -29,7 +29,7 @@ HandTurnedTime::HandTurnedTime(const QDateTime& start)
 
 std::unique_ptr<OneShotTimer> HandTurnedTime::schedule(Seconds delay, std::function<void()> fire) {
     m_scheduledDelays.push_back(delay.count());
-    const std::size_t number = m_scheduledDelays.size();
+    const std::size_t number = ++m_timersMade;
     m_entries.push_back({number, m_now + delay, std::move(fire)});
     return std::make_unique<Timer>(m_entries, number);
 }

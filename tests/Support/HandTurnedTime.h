@@ -31,6 +31,7 @@ public:
 
     /// Every delay that was asked for, in seconds, in order.
     const std::vector<double>& scheduledDelays() const { return m_scheduledDelays; }
+    void forgetScheduledDelays() { m_scheduledDelays.clear(); }
 
     /// The number of timers that have neither fired nor been invalidated.
     std::size_t pendingTimers() const { return m_entries.size(); }
@@ -45,6 +46,7 @@ private:
 
     Timestamp m_now;
     std::vector<double> m_scheduledDelays;
+    std::size_t m_timersMade = 0;
     std::list<Entry> m_entries;
 };
 

@@ -58,6 +58,7 @@ bool PollSoak::poll() {
     const double kilowatts = static_cast<double>(m_random() % 500) / 100;
     m_bench.simulator.behaviour().powerScript = {kilowatts};
     m_bench.simulator.log().clear();
+    m_bench.time.forgetScheduledDelays(); // nothing of the harness is to grow with the polls
     const std::size_t waitingTimers = m_bench.time.pendingTimers();
     const auto isBetweenPolls = [&] { return m_bench.time.pendingTimers() == waitingTimers; };
     do { // the timer may also have been the one of midnight
