@@ -134,6 +134,12 @@ void StatusMenuPresenter::showWindow(const QString& title) {
     d->titledWindow(title).bringToFront();
 }
 
+void StatusMenuPresenter::showWindowQuietly(const QString& title) {
+    StatusMenuWindow& window = d->titledWindow(title);
+    window.setAttribute(Qt::WA_ShowWithoutActivating);
+    window.show();
+}
+
 void StatusMenuPresenter::showWindowMinimized(const QString& title) {
     d->titledWindow(title).showInTaskbar();
 }

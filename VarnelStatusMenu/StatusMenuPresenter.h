@@ -31,6 +31,9 @@ public:
     /// Opens the ordinary window, or brings the open one to the front.
     void showWindow(const QString& title);
 
+    /// Opens the ordinary window and leaves the keyboard with the window that has it.
+    void showWindowQuietly(const QString& title);
+
     /// Opens the ordinary window minimised: out of the way, but there in the taskbar.
     void showWindowMinimized(const QString& title);
     void closeWindow();

@@ -149,7 +149,7 @@ void SessionStatusItem::showFallbackWindow() {
     if (!m_presenter.isWindowOpen()) {
         qCInfo(lcApp, "The desktop shows no status items: a window takes their place");
         m_isFallbackWindow = true;
-        m_presenter.showWindow(m_content.title);
+        m_presenter.showWindowQuietly(m_content.title); // the user may be typing the account
     }
 }
 
