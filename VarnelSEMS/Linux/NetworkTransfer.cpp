@@ -28,9 +28,12 @@ QNetworkReply* sent(QNetworkAccessManager& manager, const HTTPRequest& request) 
 }
 
 /// A status of 400 and more is an error to Qt though the reply is whole. Everything else that Qt calls an error left
-/// the reply incomplete or undecodable, also where a status had arrived.
+/// the reply incomplete or undecodable, also where a status had arrived. A proxy that refuses to connect to the server
+/// leaves no status.
 bool isWholeReply(QNetworkReply::NetworkError error, std::optional<int> status) {
-    const bool isMadeOfStatus = error >= QNetworkReply::ContentAccessDenied && error != QNetworkReply::ProtocolFailure;
+    const bool isMadeOfStatus =
+        error == QNetworkReply::ProxyAuthenticationRequiredError ||
+        (error >= QNetworkReply::ContentAccessDenied && error != QNetworkReply::ProtocolFailure);
     return error == QNetworkReply::NoError || (isMadeOfStatus && status.value_or(0) >= 400);
 }
 

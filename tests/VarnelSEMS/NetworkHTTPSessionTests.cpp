@@ -115,7 +115,7 @@ TEST(NetworkHTTPSession, AClosedPortIsNoConnection) {
 }
 
 TEST(NetworkHTTPSession, EveryStatusIsAReplyWithItsBody) {
-    for (const int status : {200, 202, 304, 400, 401, 403, 404, 418, 429, 500, 503, 599}) {
+    for (const int status : {200, 202, 304, 400, 401, 403, 404, 407, 418, 429, 500, 503, 599}) {
         LoopbackServer server([status](QTcpSocket& socket, auto&) {
             socket.write(httpReply(status, status == 304 ? "" : "{\"é\":1}", "WWW-Authenticate: Basic\r\n"));
         });
