@@ -12,8 +12,8 @@ namespace Varnel {
 class SystemTimer;
 
 /// Precise timers of the event loop. They run on the monotonic clock, which stands still while the machine sleeps;
-/// `fireOverdue` makes up for that. Lives on the main thread, and outlives none of its timers' owners by need:
-/// a timer keeps working when its factory is gone.
+/// `fireOverdue` makes up for that. Lives on the main thread. Its timers may outlive it: they go on, but `fireOverdue`
+/// reaches them no more.
 class SystemTimers final : public TimerFactory {
 public:
     /// `clock` tells the wall-clock time at which a timer is due; it must outlive this object.

@@ -40,5 +40,15 @@ TEST(SystemTimers, AfterASleepOnlyWhatIsOverdueFiresAtOnce) {
     EXPECT_EQ(fired, 1);
 }
 
+TEST(SystemTimers, AClockThatWasSetBackPutsNothingOff) {
+    Testing::HandTurnedTime wallClock;
+    SystemTimers timers(wallClock);
+    bool hasFired = false;
+    const auto timer = timers.schedule(Seconds(0.05), [&] { hasFired = true; });
+    wallClock.jumpTo(wallClock.now() + Seconds(-3600));
+    timers.fireOverdue();
+    EXPECT_TRUE(Testing::waitUntil([&] { return hasFired; }));
+}
+
 } // namespace
 } // namespace Varnel
