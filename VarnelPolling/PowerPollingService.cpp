@@ -1,9 +1,11 @@
 #include <VarnelPolling/PowerPollingService.h>
 
-#include <VarnelShared/SystemTimers.h>
+#include <VarnelShared/Logging.h>
 #include <VarnelShared/Task.h>
+#include <VarnelShared/URLError.h>
 
 #include <algorithm>
+#include <exception>
 #include <utility>
 
 namespace Varnel {
@@ -21,12 +23,6 @@ PowerPollingService::PowerPollingService(Seconds pollInterval, FetchHandler fetc
     , m_fetchHandler(std::move(fetchHandler))
     , m_updateHandler(std::move(updateHandler))
     , m_timers(timers) {}
-
-TimerFactory& PowerPollingService::systemTimers() {
-    static const SystemClock clock;
-    static SystemTimers timers(clock);
-    return timers;
-}
 
 void PowerPollingService::start() {
     if (m_running) {
@@ -68,11 +64,28 @@ QCoro::Task<void> PowerPollingService::pollOnce(std::shared_ptr<PowerPollingServ
         co_return;
     }
     self->m_isPolling = true;
-    const Result<PowerReading> result = co_await self->m_fetchHandler();
+    const Result<PowerReading> result = co_await fetch(self);
     self->m_consecutiveFailures = result ? 0 : self->m_consecutiveFailures + 1;
-    self->m_updateHandler(result);
+    self->update(result);
     self->scheduleNextPoll(self->delayAfterFailures());
     self->m_isPolling = false;
+}
+
+QCoro::Task<Result<PowerReading>> PowerPollingService::fetch(std::shared_ptr<PowerPollingService> self) {
+    try {
+        QCoro::Task<Result<PowerReading>> fetching = self->m_fetchHandler();
+        co_return co_await std::move(fetching);
+    } catch (const std::exception& escaped) {
+        co_return failure(URLError{URLError::Code::unknown, QString::fromUtf8(escaped.what())});
+    }
+}
+
+void PowerPollingService::update(const Result<PowerReading>& result) {
+    try {
+        m_updateHandler(result);
+    } catch (const std::exception& escaped) {
+        qCCritical(lcApp, "The handling of a poll ended with an exception: %s", escaped.what());
+    }
 }
 
 Seconds PowerPollingService::delayAfterFailures() const {

@@ -15,7 +15,8 @@ namespace Varnel {
 /// interval times 2, 4, 8 and, from the fourth failure on, 16; one success returns to the interval.
 ///
 /// Must be held by a `std::shared_ptr`. Timers and queued polls hold it weakly: once it is released, they do nothing.
-/// A poll in flight keeps it alive until its fetch has completed and its update handler was called.
+/// A poll in flight keeps it alive until its fetch has completed and its update handler was called. An exception that
+/// leaves a handler never ends the polling: one of the fetch is its outcome, as `URLError::Code::unknown`.
 class PowerPollingService final : public std::enable_shared_from_this<PowerPollingService> {
 public:
     using FetchHandler = std::function<QCoro::Task<Result<PowerReading>>()>;
@@ -24,7 +25,7 @@ public:
     /// Schedules nothing. `updateHandler` is called from the event loop exactly once per fetch, before the next
     /// timer is made; it may stop or release the service. `timers` must outlive the service.
     PowerPollingService(Seconds pollInterval, FetchHandler fetchHandler, UpdateHandler updateHandler,
-                        TimerFactory& timers = systemTimers());
+                        TimerFactory& timers);
 
     /// The first poll comes 0.1 s later. Does nothing while running.
     void start();
@@ -38,9 +39,10 @@ public:
     void refreshNow();
 
 private:
-    static TimerFactory& systemTimers();
     static void queuePoll(std::weak_ptr<PowerPollingService> service);
     static QCoro::Task<void> pollOnce(std::shared_ptr<PowerPollingService> self);
+    static QCoro::Task<Result<PowerReading>> fetch(std::shared_ptr<PowerPollingService> self);
+    void update(const Result<PowerReading>& result);
     void scheduleNextPoll(Seconds delay);
     Seconds delayAfterFailures() const;
 

@@ -11,6 +11,7 @@
 #include <QPromise>
 
 #include <deque>
+#include <stdexcept>
 
 namespace Varnel {
 namespace {
@@ -36,7 +37,9 @@ protected:
     }
 
     QCoro::Task<Outcome> fetch() {
-        ++fetches;
+        if (++fetches == throwingFetch) {
+            throw std::runtime_error("escaped");
+        }
         m_open.emplace_back().start();
         return outcomeOf(m_open.back().future());
     }
@@ -59,6 +62,7 @@ protected:
 
     Testing::HandTurnedTime time;
     int fetches = 0;
+    int throwingFetch = 0;       ///< counted from 1
     std::vector<double> updates; ///< the kilowatts of each reading, -1 for each error
     std::function<void()> onUpdate = [] {};
     std::shared_ptr<PowerPollingService> service = makeService();
@@ -156,6 +160,17 @@ TEST_F(PowerPollingServiceTest, ReleasedItDoesNothingMoreThanReportTheFetchInFli
     EXPECT_THAT(updates, ElementsAre(4));
     EXPECT_TRUE(observed.expired());
     EXPECT_EQ(time.pendingTimers(), 0U);
+}
+
+TEST_F(PowerPollingServiceTest, AnExceptionOutOfAHandlerEndsNothing) {
+    throwingFetch = 1;
+    onUpdate = [] { throw std::runtime_error("escaped"); };
+    start();
+    EXPECT_THAT(updates, ElementsAre(-1));
+    time.advance(Seconds(600));
+    succeed(3);
+    EXPECT_THAT(updates, ElementsAre(-1, 3));
+    EXPECT_THAT(time.scheduledDelays(), ElementsAre(0.1, 600, 300));
 }
 
 TEST_F(PowerPollingServiceTest, TheUpdateHandlerMayStopAndReleaseIt) {
