@@ -104,7 +104,7 @@ bool Fault::matches(const ServiceRequest& request) const {
 
 std::optional<Fault> takeFault(std::vector<Fault>& faults, const ServiceRequest& request) {
     for (auto fault = faults.begin(); fault != faults.end(); ++fault) {
-        if (!fault->matches(request)) {
+        if (fault->count.value_or(1) <= 0 || !fault->matches(request)) {
             continue;
         }
         Fault taken = *fault;

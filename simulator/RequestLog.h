@@ -11,8 +11,8 @@
 
 namespace Varnel::Simulator {
 
-/// Keeps what was asked, in order, in memory and where wished as JSON lines in a file. Not asked for by a user of the
-/// simulated account: bodies and tokens stand in it as they came.
+/// Keeps what was asked, in order, in memory and where wished as JSON lines in a file. Passwords and tokens stand in
+/// it as they came: it is meant for made-up accounts alone.
 class RequestLog {
 public:
     /// Appends from now on to a file that only its owner can read. Fails with the reason when it cannot be written.

@@ -63,8 +63,10 @@ TEST_F(SEMSServiceTest, WhatIsNotServedIsNotFound) {
 TEST_F(SEMSServiceTest, AFaultMeetsWhatItNamesAsOftenAsItSays) {
     Fault& fault = service.behaviour().faults.emplace_back();
     fault.path = QStringLiteral("*/PowerStation/*");
-    fault.count = 1;
+    fault.count = 0;
     const JSON session = signIn();
+    EXPECT_EQ(detail(session).status, 200);
+    service.behaviour().faults.front().count = 1;
     EXPECT_EQ(detail(session).status, 500);
     EXPECT_NEAR(detail(session).body.size(), 3000, 500);
     service.behaviour().shape.detailSize = DetailSize::large;
