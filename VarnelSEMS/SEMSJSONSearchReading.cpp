@@ -40,9 +40,9 @@ std::optional<NumberHit> firstNumberHit(const JSON& root, std::string_view wante
 /// A power key without any unit. Installations of the size this is made for stay far below 100 kW, and the service
 /// gives kilowatts with the fraction of a small number: so a large number counts in watts, and so does one between
 /// 10 and 100 with a fraction.
-double kilowattsWithoutUnit(double value, std::string_view key) {
+double kilowattsWithoutUnit(double value) {
     const bool isFractionOfWatts = value >= 10 && value < 100 && std::trunc(value) != value;
-    return isFractionOfWatts || namesWatts(key) || value > 100 ? value / 1000 : value;
+    return isFractionOfWatts || value > 100 ? value / 1000 : value;
 }
 
 std::optional<double> kilowatts(const NumberHit& hit, const JSON& root) {
@@ -51,18 +51,9 @@ std::optional<double> kilowatts(const NumberHit& hit, const JSON& root) {
     }
     const QString unit = resolvedPowerUnit(hit.key, *hit.context, root);
     if (unit.isEmpty()) {
-        return kilowattsWithoutUnit(hit.number.value, hit.key);
+        return kilowattsWithoutUnit(hit.number.value);
     }
-    switch (normalizedPowerUnit(unit)) {
-    case PowerUnitKind::kilowatts:
-        return hit.number.value;
-    case PowerUnitKind::watts:
-        return hit.number.value / 1000;
-    case PowerUnitKind::energy:
-    case PowerUnitKind::unknown:
-        return std::nullopt;
-    }
-    Q_UNREACHABLE();
+    return kilowattsIn(unit, hit.number.value);
 }
 
 double normalizeTodayOutput(const NumberHit& hit) {

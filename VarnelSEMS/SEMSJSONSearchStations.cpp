@@ -57,16 +57,7 @@ std::optional<double> capacityKW(const JSON& object, std::string_view key, const
     if (unit.isEmpty()) {
         return number.value > largestCapacityKW ? number.value / 1000 : number.value;
     }
-    switch (normalizedPowerUnit(unit)) {
-    case PowerUnitKind::kilowatts:
-        return number.value;
-    case PowerUnitKind::watts:
-        return number.value / 1000;
-    case PowerUnitKind::energy:
-    case PowerUnitKind::unknown:
-        return std::nullopt;
-    }
-    Q_UNREACHABLE();
+    return kilowattsIn(unit, number.value);
 }
 
 std::optional<double> extractStationCapacityKW(const JSON& object) {

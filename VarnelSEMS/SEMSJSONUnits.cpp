@@ -23,6 +23,19 @@ PowerUnitKind normalizedPowerUnit(const QString& unit) {
     return PowerUnitKind::unknown;
 }
 
+std::optional<double> kilowattsIn(const QString& unit, double value) {
+    switch (normalizedPowerUnit(unit)) {
+    case PowerUnitKind::kilowatts:
+        return value;
+    case PowerUnitKind::watts:
+        return value / 1000;
+    case PowerUnitKind::energy:
+    case PowerUnitKind::unknown:
+        return std::nullopt;
+    }
+    Q_UNREACHABLE();
+}
+
 QString unitText(const JSON& tree, std::initializer_list<std::string_view> normalizedKeys) {
     for (const std::string_view key : normalizedKeys) {
         const JSON* found = firstValue(tree, key);
@@ -41,10 +54,6 @@ QString resolvedPowerUnit(std::string_view normalizedKey, const JSON& context, c
     }
     return unitText(root, {ownUnitKey, "powerunit", "pacunit", "currentpowerunit", "outputpowerunit", "activepowerunit",
                            "acpowerunit", "instantpowerunit", "ppvunit"});
-}
-
-bool namesWatts(std::string_view lowerCasedKey) {
-    return lowerCasedKey.ends_with('w') || lowerCasedKey.find("watt") != std::string_view::npos;
 }
 
 } // namespace Varnel

@@ -6,6 +6,7 @@
 #include <QString>
 
 #include <initializer_list>
+#include <optional>
 #include <string_view>
 
 namespace Varnel {
@@ -14,6 +15,9 @@ namespace Varnel {
 /// it that way.
 PowerUnitKind normalizedPowerUnit(const QString& unit);
 
+/// A power of that unit in kW; none when the unit is none of a power.
+std::optional<double> kilowattsIn(const QString& unit, double value);
+
 /// The text (or number) of the first key that leads to one anywhere in the tree, which may be an empty text; empty
 /// when none does.
 QString unitText(const JSON& tree, std::initializer_list<std::string_view> normalizedKeys);
@@ -21,8 +25,5 @@ QString unitText(const JSON& tree, std::initializer_list<std::string_view> norma
 /// The unit of a power found under the key: looked for in the object that held it, then anywhere in the reply, where
 /// a bare "unit" says nothing. Empty when there is none.
 QString resolvedPowerUnit(std::string_view normalizedKey, const JSON& context, const JSON& root);
-
-/// Whether a key says by its name that it counts in watts.
-bool namesWatts(std::string_view lowerCasedKey);
 
 } // namespace Varnel
