@@ -41,8 +41,8 @@ void GeneralPane::finishEditing() {
 }
 
 void GeneralPane::buildInterval(QFormLayout& layout) {
-    m_interval->setRange(shownMinutes(AppSettings::minimumPollIntervalSeconds),
-                         shownMinutes(AppSettings::maximumPollIntervalSeconds));
+    constexpr auto range = AppSettings::pollIntervalRange;
+    m_interval->setRange(shownMinutes(range.first), shownMinutes(range.second));
     m_interval->setSuffix(tr(" minutes"));
     m_interval->setValue(shownMinutes(m_form.draft().pollIntervalSeconds));
     connect(m_interval, &QSpinBox::valueChanged, &m_form, &PreferencesForm::editPollInterval);

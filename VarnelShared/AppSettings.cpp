@@ -13,7 +13,7 @@ const AppSettings& AppSettings::defaults() {
 }
 
 std::int64_t AppSettings::clampedPollInterval(std::int64_t seconds) {
-    return std::clamp(seconds, minimumPollIntervalSeconds, maximumPollIntervalSeconds);
+    return std::clamp(seconds, pollIntervalRange.first, pollIntervalRange.second);
 }
 
 bool AppSettings::hasEnabledProductionNotifications() const {

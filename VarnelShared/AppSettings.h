@@ -8,6 +8,7 @@
 #include <QString>
 
 #include <cstdint>
+#include <utility>
 
 namespace Varnel {
 
@@ -19,6 +20,8 @@ struct AppSettings {
     static constexpr std::int64_t minimumPollIntervalSeconds = 300;
     static constexpr std::int64_t maximumPollIntervalSeconds = 3600;
     static constexpr std::int64_t pollIntervalStepSeconds = 60;
+    /// Both ends included.
+    static constexpr std::pair pollIntervalRange{minimumPollIntervalSeconds, maximumPollIntervalSeconds};
 
     QString baseURL = QString::fromLatin1(defaultBaseURL);
     QString account;

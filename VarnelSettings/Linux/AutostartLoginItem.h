@@ -6,8 +6,7 @@
 
 namespace Varnel {
 
-/// The login item as an entry of the user's autostart folder, as the XDG Desktop Application Autostart and Desktop
-/// Entry specifications describe it.
+/// The login item as an entry of the user's autostart folder, by the XDG rules for autostart and desktop entries.
 ///
 /// An entry that the session has disabled, by `Hidden=true` or `X-GNOME-Autostart-enabled=false`, requires approval:
 /// it is the user's own decision and is never written over. One whose program no longer exists is not registered, so
