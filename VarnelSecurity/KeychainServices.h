@@ -42,8 +42,9 @@ enum class KeychainAccess {
     writing, ///< a place for a new item, too
 };
 
-/// The keychain of the desktop. A port. No operation but `unlock` asks the user anything or takes longer than 1.5 s;
-/// what would need the user ends in `keychainInteractionNotAllowed`.
+/// The keychain of the desktop. A port. No operation but `unlock` asks the user anything; all
+/// the others within one turn of the event loop together take no longer than 1.5 s; what would need the user ends in
+/// `keychainInteractionNotAllowed`.
 class KeychainServices {
 public:
     KeychainServices() = default;

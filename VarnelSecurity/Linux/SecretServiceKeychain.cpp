@@ -1,11 +1,12 @@
 #include <VarnelSecurity/Linux/SecretServiceKeychain.h>
 
-#include <VarnelSecurity/Linux/BoundedCall.h>
 #include <VarnelSecurity/Linux/SecretServiceCalls.h>
 
 #include <QCoroFuture>
 #include <QPromise>
 
+#include <algorithm>
+#include <iterator>
 #include <thread>
 #include <utility>
 
@@ -16,18 +17,30 @@ using std::chrono::milliseconds;
 
 /// What the main thread waits at most, with room left for what comes before and after.
 constexpr milliseconds waitLimit(1400);
-/// How long a service that did not answer is left alone, so that saving, which takes two operations, waits once.
+/// What a thread that holds nobody up waits before it asks the user: enough for a service that the bus has to start.
+constexpr std::chrono::seconds startLimit(20);
+/// How long a service that did not answer is left alone.
 constexpr std::chrono::seconds restAfterSilence(10);
 
-/// Returns when the user has answered, if there is anything to ask.
-bool unlockNow(const KeychainQuery& query, KeychainAccess access) {
-    const auto checked = callWithin(waitLimit, [query, access](const std::stop_token& stop) {
+KeychainStatus checkNow(const KeychainQuery& query, KeychainAccess access) {
+    const auto checked = callWithin(startLimit, [query, access](const std::stop_token& stop) {
         return SecretServiceCalls::check(stop, query, access);
     });
-    if (checked == keychainInteractionNotAllowed) {
+    return checked.value_or(keychainServiceNotResponding);
+}
+
+/// Returns when the user has answered, if there is anything to ask. Whoever is asked something `before` answers that
+/// first, which may be all that it takes.
+bool unlockNow(const KeychainQuery& query, KeychainAccess access, const std::vector<std::shared_future<bool>>& before) {
+    KeychainStatus status = checkNow(query, access);
+    if (status == keychainInteractionNotAllowed && !before.empty()) {
+        std::for_each(before.begin(), before.end(), [](const auto& pending) { pending.wait(); });
+        status = checkNow(query, access);
+    }
+    if (status == keychainInteractionNotAllowed) {
         return SecretServiceCalls::ask(query, access);
     }
-    return checked == keychainSuccess || checked == keychainNotAvailable;
+    return status == keychainSuccess || status == keychainNotAvailable;
 }
 
 QCoro::Task<bool> resultOf(QFuture<bool> future) {
@@ -36,7 +49,8 @@ QCoro::Task<bool> resultOf(QFuture<bool> future) {
 } // namespace
 
 SecretServiceKeychain::SecretServiceKeychain(milliseconds promptLimit)
-    : m_promptLimit(promptLimit) {}
+    : m_promptLimit(promptLimit)
+    , m_calls(waitLimit) {}
 
 KeychainStatus SecretServiceKeychain::add(const KeychainQuery& query, const QByteArray& data) {
     return bounded([query, data](const std::stop_token& stop) { return SecretServiceCalls::store(stop, query, data); })
@@ -59,24 +73,36 @@ auto SecretServiceKeychain::bounded(Operation operation)
     if (std::chrono::steady_clock::now() < m_restsUntil) {
         return std::nullopt;
     }
-    auto outcome = callWithin(waitLimit, std::move(operation));
+    auto outcome = m_calls.call(std::move(operation));
     if (!outcome) {
         m_restsUntil = std::chrono::steady_clock::now() + restAfterSilence;
     }
     return outcome;
 }
 
-QCoro::Task<bool> SecretServiceKeychain::unlock(KeychainQuery query, KeychainAccess access) {
-    if (!m_unlocking.valid() || m_unlocking.wait_for(milliseconds(0)) == std::future_status::ready) {
-        m_restsUntil = {}; // the service gets another chance
-        std::packaged_task<bool()> task([query, access] { return unlockNow(query, access); });
-        m_unlocking = task.get_future().share();
-        std::thread(std::move(task)).detach();
+/// The pending one for the same, else a new one, which asks the user after whatever is pending.
+std::shared_future<bool> SecretServiceKeychain::unlocking(const KeychainQuery& query, KeychainAccess access) {
+    std::erase_if(m_unlocking, [](const Unlocking& one) { return !one.isPending(); });
+    const auto same = std::find_if(m_unlocking.begin(), m_unlocking.end(),
+                                   [&](const Unlocking& one) { return one.query == query && one.access == access; });
+    if (same != m_unlocking.end()) {
+        return same->answer;
     }
+    std::vector<std::shared_future<bool>> before;
+    std::transform(m_unlocking.begin(), m_unlocking.end(), std::back_inserter(before),
+                   [](const Unlocking& one) { return one.answer; });
+    m_restsUntil = {}; // the service gets another chance
+    std::packaged_task<bool()> task([query, access, before] { return unlockNow(query, access, before); });
+    m_unlocking.push_back({query, access, task.get_future().share()});
+    std::thread(std::move(task)).detach();
+    return m_unlocking.back().answer;
+}
+
+QCoro::Task<bool> SecretServiceKeychain::unlock(KeychainQuery query, KeychainAccess access) {
     QPromise<bool> promise;
     promise.start();
     QFuture<bool> answer = promise.future();
-    std::thread([promise = std::move(promise), unlocking = m_unlocking, limit = m_promptLimit]() mutable {
+    std::thread([promise = std::move(promise), unlocking = unlocking(query, access), limit = m_promptLimit]() mutable {
         promise.addResult(unlocking.wait_for(limit) == std::future_status::ready && unlocking.get());
         promise.finish();
     }).detach();

@@ -1,12 +1,14 @@
 #pragma once
 
 #include <VarnelSecurity/KeychainServices.h>
+#include <VarnelSecurity/Linux/BoundedCall.h>
 
 #include <chrono>
 #include <future>
 #include <optional>
 #include <stop_token>
 #include <type_traits>
+#include <vector>
 
 namespace Varnel {
 
@@ -16,7 +18,8 @@ namespace Varnel {
 ///
 /// `keychainNotAvailable` means that no such service is on the session bus and none can be started there. Each
 /// operation runs on a thread of its own; one that takes too long is cancelled and left behind, and for a while
-/// after it every other fails at once with `keychainServiceNotResponding`.
+/// after it every other fails at once with `keychainServiceNotResponding`. The limit is for all operations of one turn
+/// of the event loop together, in which the main thread stands still.
 class SecretServiceKeychain final : public KeychainServices {
 public:
     /// `promptLimit` is the time that the user has to answer when asked to unlock.
@@ -29,16 +32,27 @@ public:
     /// Where nothing matches and the default collection is locked, that one is unlocked: some services do not tell
     /// what a locked collection holds. For writing, a default collection is made where there is none. A prompt
     /// that was not answered in time stays on the screen, because the keyring daemon does not survive its withdrawal:
-    /// a further call then waits for that one, so that the user is never asked twice at a time.
+    /// a further call for the same then gets its answer, and one for something else that must ask too waits for it, so
+    /// that the user is never asked twice at a time. A service that has yet to start is given time for it.
     QCoro::Task<bool> unlock(KeychainQuery query, KeychainAccess access) override;
 
 private:
+    struct Unlocking {
+        KeychainQuery query;
+        KeychainAccess access;
+        std::shared_future<bool> answer;
+
+        bool isPending() const { return answer.wait_for(std::chrono::seconds(0)) != std::future_status::ready; }
+    };
+
     template <typename Operation>
     auto bounded(Operation operation) -> std::optional<std::invoke_result_t<Operation, std::stop_token>>;
+    std::shared_future<bool> unlocking(const KeychainQuery& query, KeychainAccess access);
 
     const std::chrono::milliseconds m_promptLimit;
     std::chrono::steady_clock::time_point m_restsUntil;
-    std::shared_future<bool> m_unlocking;
+    CallsWithinTurn m_calls;
+    std::vector<Unlocking> m_unlocking;
 };
 
 } // namespace Varnel

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "../Support/EventLoop.h"
+
 #include <VarnelSecurity/KeychainServices.h>
 
 #include <gtest/gtest.h>
@@ -14,9 +16,11 @@ inline void expectKeychainContract(KeychainServices& keychain) {
     EXPECT_EQ(keychain.deleteMatching(mine), keychainItemNotFound);
 
     EXPECT_EQ(keychain.add(other, "other"), keychainSuccess);
+    settle();
     for (const QByteArray& data : {QByteArray("first"), QByteArray("\xff p\xc3\xa4ss\n\"\\", 9), QByteArray("")}) {
         EXPECT_EQ(keychain.add(mine, data), keychainSuccess);
         EXPECT_EQ(keychain.copyMatching(mine), (KeychainMatch{keychainSuccess, data}));
+        settle();
     }
     EXPECT_EQ(keychain.deleteMatching(mine), keychainSuccess);
     EXPECT_EQ(keychain.copyMatching(mine).status, keychainItemNotFound);

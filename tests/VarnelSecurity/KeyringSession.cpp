@@ -42,8 +42,10 @@ void KeyringSession::suspendKeyring() {
     ::kill(static_cast<pid_t>(m_keyring.processId()), SIGSTOP);
 }
 
-void KeyringSession::setSecretServiceStartable(bool startable) {
-    m_bus.setStartable(secretService.service, startable ? QStringLiteral("/bin/false") : QString());
+void KeyringSession::setSecretServiceStartable(const QString& command) {
+    const QString program = QStringLiteral("/bin/sh -c \"export HOME=%1 XDG_DATA_HOME=%2 XDG_RUNTIME_DIR=%1; %3\"");
+    m_bus.setStartable(secretService.service,
+                       command.isEmpty() ? QString() : program.arg(m_home.path(), path("data"), command));
 }
 
 QByteArray KeyringSession::secretTool(const QStringList& arguments, const QByteArray& input) {

@@ -22,8 +22,8 @@ public:
     /// The keyring keeps its name on the bus and answers nothing.
     void suspendKeyring();
 
-    /// The bus could start a Secret Service now, or no longer can.
-    void setSecretServiceStartable(bool startable);
+    /// The bus could start a Secret Service with this shell command now; with an empty one it no longer can.
+    void setSecretServiceStartable(const QString& command);
 
     /// Runs secret-tool to its end and gives what it printed.
     QByteArray secretTool(const QStringList& arguments, const QByteArray& input = {});

@@ -14,6 +14,8 @@
 namespace Varnel {
 namespace {
 
+using namespace Qt::StringLiterals;
+
 const QString service = QStringLiteral("com.varnel.menubar");
 const QString account = QStringLiteral("password.me@example.com");
 const KeychainQuery query{service, account};
@@ -78,10 +80,14 @@ TEST_F(SecretServiceKeychainTest, TheFileServesUntilThereIsASecretService) {
 }
 
 TEST_F(SecretServiceKeychainTest, AServiceThatCouldBeStartedCountsAsExisting) {
-    session.setSecretServiceStartable(true);
+    session.setSecretServiceStartable(u"false"_s);
     EXPECT_FALSE(store.saveSecret(QStringLiteral("x"), account));
     EXPECT_FALSE(QFile::exists(path));
-    session.setSecretServiceStartable(false);
+    session.setSecretServiceStartable(
+        u"sleep 1.6; echo | timeout -s KILL 2 gnome-keyring-daemon --foreground --unlock --components=secrets"_s);
+    SecretServiceKeychain patient;
+    EXPECT_TRUE(Testing::await(patient.unlock(query, KeychainAccess::reading))) << "while it takes its time to start";
+    session.setSecretServiceStartable({});
 }
 
 TEST_F(SecretServiceKeychainTest, ALockedKeyringIsToldAndNeverReplacedByTheFile) {
@@ -97,6 +103,33 @@ TEST_F(SecretServiceKeychainTest, ALockedKeyringIsToldAndNeverReplacedByTheFile)
     EXPECT_FALSE(session.wasUserAsked());
     EXPECT_FALSE(Testing::await(store.unlock(account, KeychainAccess::reading)));
     EXPECT_TRUE(session.wasUserAsked());
+}
+
+TEST_F(SecretServiceKeychainTest, EachUnlockGetsTheAnswerToItsOwnQuestion) {
+    session.startKeyring();
+    storeFromOutside(service, "behind the lock");
+    secretTool({u"store"_s, u"--label=x"_s, u"--collection=session"_s}, u"other"_s, "never locked");
+    session.lockKeyring();
+    auto locked = secretService.unlock(query, KeychainAccess::reading);
+    auto open = secretService.unlock({u"other"_s, account}, KeychainAccess::reading);
+    EXPECT_FALSE(Testing::await(std::move(locked)));
+    EXPECT_TRUE(Testing::await(std::move(open)));
+}
+
+TEST(CallsWithinTurn, TogetherWaitNoLongerThanOneLimit) {
+    using std::chrono::milliseconds;
+    CallsWithinTurn calls{milliseconds(400)};
+    const auto takes = [&calls](int duration) {
+        return calls.call([duration](const std::stop_token&) {
+            std::this_thread::sleep_for(milliseconds(duration));
+            return true;
+        });
+    };
+    EXPECT_TRUE(takes(250));
+    EXPECT_FALSE(takes(300));
+    EXPECT_FALSE(takes(0));
+    Testing::settle();
+    EXPECT_TRUE(takes(300));
 }
 
 TEST_F(SecretServiceKeychainTest, AServiceThatNeverAnswersHoldsNothingUp) {
