@@ -63,8 +63,8 @@ std::vector<SEMSRequest> portalSignInRequests(const std::vector<QUrl>& bases, co
 }
 
 /// The session of a portal reply. The token counts in "data" alone; whatever else "data" holds goes into the header
-/// of every later call.
-Result<SEMSSession> portalSession(const JSON& reply, const QUrl& answeringBase) {
+/// of every later call. The base is left open.
+Result<SEMSSession> portalSession(const JSON& reply) {
     if (!reply.is_object()) {
         return failure(SEMSAPIError::invalidResponse());
     }
@@ -79,14 +79,8 @@ Result<SEMSSession> portalSession(const JSON& reply, const QUrl& answeringBase) 
     session.token = *token;
     session.uid = SEMSJSONSearch::firstString(data, {u"uid"_s, u"user_id"_s, u"userId"_s});
     session.timestamp = SEMSJSONSearch::firstInt(data, {u"timestamp"_s, u"ts"_s});
-    session.apiBaseURL = resolveLegacyAPIBase(reply, answeringBase);
     session.legacyTokenHeader = legacyTokenHeaderString(session.uid, session.timestamp, session.token, data);
     return session;
-}
-
-Result<void> isPortalSignIn(const JSON& reply) {
-    const auto session = portalSession(reply, QUrl());
-    return session ? Result<void>() : tl::unexpected<Error>(session.error());
 }
 
 /// One line for each attempt that failed.
@@ -127,14 +121,19 @@ QCoro::Task<Result<SEMSSession>> SEMSAPIClient::signInOpenAPI(QString account, Q
 QCoro::Task<Result<SEMSSession>> SEMSAPIClient::signInLegacyPortal(QString account, QString password) {
     const auto bases = candidateLegacyAPIBases(m_configuredBaseURL, m_endpoints);
     const auto requests = portalSignInRequests(bases, account, password);
+    Result<SEMSSession> session = failure(SEMSAPIError::invalidResponse());
     AttemptRules rules;
-    rules.accept = isPortalSignIn;
+    rules.accept = [&session](const JSON& reply) {
+        session = portalSession(reply);
+        return session.map([](const SEMSSession&) {});
+    };
     const auto outcome = co_await tryInOrder(requests, std::move(rules));
     if (!outcome.reply) {
         co_return failure(SEMSAPIError::allSignInStrategiesFailed(attemptLines(requests, outcome.failures)));
     }
     const SEMSRequest& answered = requests[outcome.failures.size()];
-    co_return portalSession(*outcome.reply, answered.baseURL);
+    session->apiBaseURL = resolveLegacyAPIBase(*outcome.reply, answered.baseURL);
+    co_return session;
 }
 
 } // namespace Varnel

@@ -19,6 +19,14 @@ std::vector<SEMSRequest> inTwoPasses(const SEMSRequest& first, const SEMSRequest
     return requests;
 }
 
+SEMSRequest listRequest(const SEMSSession& session, const JSON& body) {
+    SEMSRequest request;
+    request.baseURL = session.apiBaseURL;
+    request.authSession = session;
+    request.body = body;
+    return request;
+}
+
 std::optional<double> sizeOf(const std::vector<PowerStation>& stations, const QString& preferredID) {
     const auto preferred = std::find_if(stations.begin(), stations.end(),
                                         [&](const PowerStation& station) { return station.id == preferredID; });
@@ -43,13 +51,7 @@ QCoro::Task<Result<std::vector<PowerStation>>> SEMSAPIClient::fetchPowerStations
 }
 
 QCoro::Task<Result<std::vector<PowerStation>>> SEMSAPIClient::fetchPowerStationsOpenAPI(const SEMSSession& session) {
-    SEMSRequest posted;
-    posted.baseURL = session.apiBaseURL;
-    posted.authSession = session;
-    posted.body = JSON::object();
-    (*posted.body)["searchType"] = 0;
-    (*posted.body)["page_index"] = 1;
-    (*posted.body)["page_size"] = 50;
+    const SEMSRequest posted = listRequest(session, {{"searchType", 0}, {"page_index", 1}, {"page_size", 50}});
     SEMSRequest asked = posted;
     asked.method = HTTPMethod::get;
     asked.body.reset();
@@ -60,15 +62,13 @@ QCoro::Task<Result<std::vector<PowerStation>>> SEMSAPIClient::fetchPowerStations
 }
 
 QCoro::Task<Result<std::vector<PowerStation>>> SEMSAPIClient::fetchPowerStationsLegacy(const SEMSSession& session) {
-    SEMSRequest asJSON;
-    asJSON.baseURL = session.apiBaseURL;
-    asJSON.authSession = session;
-    asJSON.body = JSON::object();
-    (*asJSON.body)["page_size"] = 20;
-    (*asJSON.body)["page_index"] = 1;
-    for (const char* filter : {"powerstation_id", "orderby", "powerstation_status", "key", "powerstation_type"}) {
-        (*asJSON.body)[filter] = "";
-    }
+    const SEMSRequest asJSON = listRequest(session, {{"page_size", 20},
+                                                     {"page_index", 1},
+                                                     {"powerstation_id", ""},
+                                                     {"orderby", ""},
+                                                     {"powerstation_status", ""},
+                                                     {"key", ""},
+                                                     {"powerstation_type", ""}});
     SEMSRequest asForm = asJSON;
     asForm.encoding = BodyEncoding::form;
     return stationsOfFirstReply(inTwoPasses(asJSON, asForm,

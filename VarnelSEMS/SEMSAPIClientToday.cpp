@@ -75,14 +75,6 @@ QString dayQuery(const QString& stationID, int count, const QString& day) {
     return pairs.join(u'&');
 }
 
-Result<void> holdsSeries(const JSON& reply) {
-    return SEMSJSONSearch::extractTodayPowerSeriesKW(reply) ? Result<void>() : failure(SEMSAPIError::invalidResponse());
-}
-
-bool isWithoutSeries(const Error& error) {
-    const auto* known = error.as<SEMSAPIError>();
-    return known != nullptr && known->is<SEMSAPIError::InvalidResponse>();
-}
 } // namespace
 
 /// The JSON form of every path, then, when all of those failed, the query form of every path.
@@ -129,13 +121,19 @@ QCoro::Task<std::optional<double>> SEMSAPIClient::fetchTodayOutput(SEMSSession s
 QCoro::Task<Result<std::optional<std::vector<double>>>> SEMSAPIClient::fetchTodayOutputSeries(SEMSSession session,
                                                                                               QString stationID) {
     const auto self = shared_from_this();
+    std::optional<std::vector<double>> series;
+    bool hasAnswer = false;
     AttemptRules rules;
-    rules.accept = holdsSeries;
+    rules.accept = [&series, &hasAnswer](const JSON& reply) -> Result<void> {
+        hasAnswer = true;
+        series = SEMSJSONSearch::extractTodayPowerSeriesKW(reply);
+        return series ? Result<void>() : failure(SEMSAPIError::invalidResponse());
+    };
     auto outcome = co_await fetchTodayDayEndpointResponse(session, stationID, samplesPerDay, std::move(rules));
-    if (!outcome.reply && std::any_of(outcome.failures.begin(), outcome.failures.end(), isWithoutSeries)) {
-        co_return std::optional<std::vector<double>>();
+    if (hasAnswer) {
+        co_return series;
     }
-    co_return std::move(outcome).result().map(SEMSJSONSearch::extractTodayPowerSeriesKW);
+    co_return tl::unexpected<Error>(std::move(outcome).result().error());
 }
 
 } // namespace Varnel

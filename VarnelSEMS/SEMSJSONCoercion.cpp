@@ -36,7 +36,7 @@ std::string firstNumberText(std::string_view text) {
     return isNegative ? '-' + number : number;
 }
 
-std::optional<std::int64_t> integerOf(double number) {
+std::optional<std::int64_t> wholeNumber(double number) {
     // Both limits are exact in a double; the upper one is the first that does not fit.
     constexpr double limit = 9223372036854775808.0;
     if (number < -limit || number >= limit || std::trunc(number) != number) {
@@ -82,15 +82,11 @@ std::optional<SEMSNumber> coerceToDouble(const JSON& value) {
 }
 
 std::optional<std::int64_t> coerceToInt(const JSON& value) {
-    if (value.is_number_unsigned()) {
-        const auto number = value.get<std::uint64_t>();
-        return number <= INT64_MAX ? std::optional(static_cast<std::int64_t>(number)) : std::nullopt;
-    }
     if (value.is_number_integer()) {
-        return value.get<std::int64_t>();
+        return integerOf(value);
     }
     if (value.is_number_float()) {
-        return integerOf(value.get<double>());
+        return wholeNumber(value.get<double>());
     }
     bool isInteger = false;
     const qint64 number = trimmed(textOf(value)).toLongLong(&isInteger);

@@ -3,7 +3,6 @@
 #include <VarnelShared/JSON.h>
 
 #include <algorithm>
-#include <limits>
 
 namespace Varnel {
 
@@ -62,13 +61,9 @@ bool decode(const JSON& value, QString& text) {
 }
 
 bool decode(const JSON& value, std::int64_t& number) {
-    if (value.is_number_unsigned()) {
-        const auto unsignedNumber = value.get<std::uint64_t>();
-        number = static_cast<std::int64_t>(unsignedNumber);
-        return unsignedNumber <= static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max());
-    }
-    number = value.is_number_integer() ? value.get<std::int64_t>() : 0;
-    return value.is_number_integer();
+    const auto found = integerOf(value);
+    number = found.value_or(number);
+    return found.has_value();
 }
 
 bool decode(const JSON& value, bool& flag) {

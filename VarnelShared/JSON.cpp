@@ -80,6 +80,11 @@ QByteArray serializedJSON(const JSON& value) {
     return QByteArray::fromStdString(value.dump(-1, ' ', false, JSON::error_handler_t::replace));
 }
 
+std::optional<std::int64_t> integerOf(const JSON& value) {
+    const bool fits = value.is_number_unsigned() ? value.get<std::uint64_t>() <= INT64_MAX : value.is_number_integer();
+    return fits ? std::optional(value.get<std::int64_t>()) : std::nullopt;
+}
+
 QString textOf(const JSON& value) {
     const auto* text = value.get_ptr<const JSON::string_t*>();
     if (!text) {
