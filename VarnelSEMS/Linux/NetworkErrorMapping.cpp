@@ -15,11 +15,15 @@ bool leadsOutside(const QNetworkInterface& interface) {
            !flags.testFlag(QNetworkInterface::IsLoopBack) && !interface.addressEntries().isEmpty();
 }
 
-/// "Network unreachable" has no error code of its own; the text is compared as Qt translates it.
+/// No route to a network or a host has no error code of its own; the texts are compared as Qt translates them.
 URLError::Code codeOfText(const QString& text) {
-    return text == QCoreApplication::translate("QNativeSocketEngine", "Network unreachable")
-               ? URLError::Code::notConnectedToInternet
-               : URLError::Code::unknown;
+    const auto isSocketText = [&text](const char* source) {
+        return text == QCoreApplication::translate("QNativeSocketEngine", source);
+    };
+    if (isSocketText("Network unreachable")) {
+        return URLError::Code::notConnectedToInternet;
+    }
+    return isSocketText("Host unreachable") ? URLError::Code::cannotConnectToHost : URLError::Code::unknown;
 }
 
 URLError::Code codeFor(QNetworkReply::NetworkError error, const QString& text, NetworkState state) {

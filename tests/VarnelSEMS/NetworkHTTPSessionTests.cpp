@@ -267,6 +267,7 @@ TEST(NetworkErrorMapping, WhatTheLoopbackCannotShow) {
         {Reply::HostNotFoundError, {}, NetworkState::available, Code::cannotFindHost},
         {Reply::HostNotFoundError, {}, NetworkState::absent, Code::notConnectedToInternet},
         {Reply::UnknownNetworkError, u"Network unreachable"_s, NetworkState::absent, Code::notConnectedToInternet},
+        {Reply::UnknownNetworkError, u"Host unreachable"_s, NetworkState::available, Code::cannotConnectToHost},
         {Reply::UnknownNetworkError, u"Proxy refused"_s, NetworkState::available, Code::unknown},
         {Reply::TimeoutError, {}, NetworkState::available, Code::timedOut},
     };
