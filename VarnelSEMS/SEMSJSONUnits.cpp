@@ -48,7 +48,7 @@ QString unitText(const JSON& tree, std::initializer_list<std::string_view> norma
 
 QString resolvedPowerUnit(std::string_view normalizedKey, const JSON& context, const JSON& root) {
     const std::string ownUnitKey = std::string(normalizedKey) + "unit";
-    const QString unit = unitText(context, {ownUnitKey, "powerunit", "unit"});
+    QString unit = unitText(context, {ownUnitKey, "powerunit", "unit"});
     if (!unit.isEmpty()) {
         return unit;
     }

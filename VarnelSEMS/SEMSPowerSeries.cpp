@@ -79,7 +79,7 @@ std::size_t preDawnCount(const std::vector<Sample>& samples) {
     const bool areTimed =
         std::all_of(samples.begin(), samples.end(), [](const Sample& s) { return s.index && s.index->minuteOfDay; });
     if (!areTimed) {
-        return samples.size() * earliestDawnMinute / (24 * 60);
+        return samples.size() * earliestDawnMinute / (24UL * 60);
     }
     const auto isPreDawn = [](const Sample& s) { return *s.index->minuteOfDay < earliestDawnMinute; };
     return static_cast<std::size_t>(std::find_if_not(samples.begin(), samples.end(), isPreDawn) - samples.begin());
