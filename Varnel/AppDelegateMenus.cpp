@@ -56,7 +56,6 @@ void AppDelegate::handleApplicationCommand(ApplicationCommand command) {
         showPreferencesWindow(PreferencesInitialTab::general);
         break;
     case ApplicationCommand::checkForUpdates:
-        m_platform.shell.activate();
         ApplicationDialogs::showNoUpdatesAlert();
         break;
     case ApplicationCommand::hide:
@@ -72,7 +71,6 @@ void AppDelegate::handleApplicationCommand(ApplicationCommand command) {
 }
 
 void AppDelegate::showAboutPanel() {
-    m_platform.shell.activate();
     const QString icon = applicationIconPath(m_platform.bundle.resourcesPath, IconAppearanceMode::automatic,
                                              m_platform.appearance.isDark());
     ApplicationDialogs::showAboutPanel(m_platform.bundle.version, icon);

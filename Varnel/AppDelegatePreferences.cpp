@@ -45,7 +45,6 @@ void AppDelegate::showPreferencesWindow(PreferencesInitialTab initialTab) {
         return;
     }
     m_preferencesCoordinator.close();
-    m_platform.shell.activate();
     auto window = std::make_unique<PreferencesWindowController>(currentDraft(), m_semsSession.has_value(),
                                                                 m_lastErrorMessage.has_value(), initialTab,
                                                                 preferencesHandlers(), m_platform.timers);
@@ -61,7 +60,6 @@ void AppDelegate::bringPreferencesToFront() {
         showPreferencesWindow(PreferencesInitialTab::general);
         return;
     }
-    m_platform.shell.activate();
     window->showWindowAndFocus();
 }
 

@@ -31,9 +31,6 @@ public:
     /// The icon of the application's windows, read from an image file. Costs nothing while there is no window.
     virtual void setApplicationIcon(const QString& imagePath) = 0;
 
-    /// Makes ready to show a window in front: to be called before one is shown.
-    virtual void activate() = 0;
-
     /// Hides every window; the status item stays.
     virtual void hide() = 0;
 

@@ -4,10 +4,6 @@
 
 namespace Varnel {
 
-PreferencesWindowController* PreferencesCoordinator::window() const {
-    return m_window && m_window->isVisible() ? m_window.get() : nullptr;
-}
-
 void PreferencesCoordinator::show(std::unique_ptr<PreferencesWindowController> window) {
     close();
     m_window = std::move(window);

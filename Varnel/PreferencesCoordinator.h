@@ -9,8 +9,8 @@ namespace Varnel {
 /// Holds the one preferences window, if it is open.
 class PreferencesCoordinator {
 public:
-    /// Null when no window is held. A window that the user has closed counts as none.
-    PreferencesWindowController* window() const;
+    /// Null when no window is held. One that is hidden with the application is still held, with what was typed.
+    PreferencesWindowController* window() const { return m_window.get(); }
 
     /// Keeps the window and shows it in front with focus; the one held before is closed and dropped.
     void show(std::unique_ptr<PreferencesWindowController> window);

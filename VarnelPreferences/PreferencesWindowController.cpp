@@ -28,10 +28,6 @@ void PreferencesWindowController::close() {
     m_window->closeQuietly();
 }
 
-bool PreferencesWindowController::isVisible() const {
-    return m_window->isVisible();
-}
-
 void PreferencesWindowController::updateConnectionState(bool isConnected, bool hasConnectionError,
                                                         const QString& errorMessage) {
     m_window->form().updateConnection(isConnected, hasConnectionError, errorMessage);

@@ -35,9 +35,6 @@ public:
     /// Hands on a pending edit (within the call) and closes the window. Without effect on one that is not open.
     void close();
 
-    /// Also true while it is minimised.
-    bool isVisible() const;
-
     /// `errorMessage` is shown behind "Connection error"; it may be empty.
     void updateConnectionState(bool isConnected, bool hasConnectionError, const QString& errorMessage = {});
 

@@ -66,10 +66,6 @@ void DesktopApplicationShell::setApplicationIcon(const QString& imagePath) {
     }
 }
 
-void DesktopApplicationShell::activate() {
-    loadIcon();
-}
-
 void DesktopApplicationShell::hide() {
     for (QWidget* window : visibleWindows()) {
         if (standsForItem(*window)) {

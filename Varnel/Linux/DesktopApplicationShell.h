@@ -23,7 +23,6 @@ public:
     bool setActivationPolicy(ActivationPolicy policy) override;
     void setReopenHandler(std::function<void()> handler) override;
     void setApplicationIcon(const QString& imagePath) override;
-    void activate() override;
     void hide() override;
     void terminate() override;
 

@@ -49,7 +49,6 @@ public:
     }
     void setReopenHandler(std::function<void()> /*handler*/) override {}
     void setApplicationIcon(const QString& /*imagePath*/) override {}
-    void activate() override {}
     void hide() override {}
     void terminate() override { ++terminations; }
 

@@ -172,7 +172,12 @@ TEST_F(PreferencesTest, TheMenusOpenTheWindowOnTheirPaneAndQuit) {
     EXPECT_EQ(pane(), 1);
     item->choose(StatusMenuCommand::preferences);
     EXPECT_EQ(pane(), 0);
-    controller->preferencesCoordinator().window()->close();
+    QWidget* window = controller->preferencesCoordinator().window()->window();
+    window->hide(); // with the whole application
+    controller->bringPreferencesToFront();
+    EXPECT_TRUE(window->isVisible()) << "what was typed is gone";
+    window->close();
+    EXPECT_EQ(controller->preferencesCoordinator().window(), nullptr);
     for (QAction* action : controller->applicationMenu().actions()) {
         if (action->text() == QLatin1String("Settings") || action->text() == QLatin1String("Quit Varnel")) {
             action->trigger();
