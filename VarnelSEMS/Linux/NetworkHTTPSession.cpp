@@ -111,7 +111,7 @@ QCoro::Task<Result<HTTPResponse>> NetworkHTTPSession::send(HTTPRequest request) 
 }
 
 QCoro::Task<Result<HTTPResponse>> NetworkHTTPSession::exchange(HTTPRequest request, QDeadlineTimer deadline) {
-    co_await settleProxies(request.url, deadline);
+    co_await settleProxies(request.url, std::min(deadline, QDeadlineTimer(request.timeout / 3)));
     if (m_isEnding) {
         co_return failure(URLError{URLError::Code::cancelled, {}});
     }
@@ -127,7 +127,8 @@ QCoro::Task<Result<HTTPResponse>> NetworkHTTPSession::exchange(HTTPRequest reque
     co_return transfer.outcome();
 }
 
-/// Ends with the lookup, at the deadline or when the session ends, whichever comes first.
+/// Ends with the lookup, at the deadline or when the session ends, whichever comes first. Without an answer the last
+/// one counts: a lookup that never ends must not keep everything after it from the network.
 QCoro::Task<void> NetworkHTTPSession::settleProxies(QUrl url, QDeadlineTimer deadline) {
     if (m_isEnding) {
         co_return;

@@ -19,9 +19,9 @@ namespace Varnel {
 /// - Follows redirects within the same scheme, host and port, at most five of them, with the same headers; 303 turns
 ///   into a GET, every other one repeats method and body. Any other redirect is handed back with its 3xx status.
 /// - A compressed body that is broken, or that unpacks out of all proportion, is `unknown`.
-/// - Goes through the proxies of the system's settings. Finding them counts towards the request's total time. A proxy
-///   that refuses to connect to an https server is an error; its 407 in answer to an http request is a reply, like the
-///   server's own.
+/// - Goes through the proxies of the system's settings. Finding them counts towards the request's total time; what has
+///   not been found after a third of it is the last answer, or none. A proxy that refuses to connect to an https server
+///   is an error; its 407 in answer to an http request is a reply, like the server's own.
 /// - Certificates that do not verify are `secureConnectionFailed`, always.
 /// - Destroying it ends the requests in flight with `cancelled`, before it returns.
 class NetworkHTTPSession final : public HTTPSession {
