@@ -42,9 +42,8 @@ enum class KeychainAccess {
     writing, ///< a place for a new item, too
 };
 
-/// The keychain of the desktop. A port. No operation but `unlock` asks the user anything; all
-/// the others within one turn of the event loop together take no longer than 1.5 s; what would need the user ends in
-/// `keychainInteractionNotAllowed`.
+/// The keychain of the desktop. A port. No operation but `unlock` asks the user anything: what would need the user ends
+/// in `keychainInteractionNotAllowed`. All others within one turn of the event loop together take no longer than 1.5 s.
 class KeychainServices {
 public:
     KeychainServices() = default;
