@@ -39,7 +39,7 @@ double residentKilobytes() {
 /// Building the widgets, laying them out and painting them, as between a click and the first frame.
 void openMenu(benchmark::State& state) {
     const StatusMenu menu = fullDay();
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto turn : state) {
         StatusPopupMenu popup(menu);
         popup.popup({0, 0});
         benchmark::DoNotOptimize(popup.grab());
@@ -53,7 +53,7 @@ void paintChart(benchmark::State& state) {
     view.resize(view.sizeHint());
     QImage image(view.size() * 2, QImage::Format_ARGB32_Premultiplied);
     image.setDevicePixelRatio(2);
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto turn : state) {
         view.render(&image);
     }
 }
@@ -74,7 +74,7 @@ void rebuildMenu(benchmark::State& state) {
         }
     };
     rebuild(1000);
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto turn : state) {
         const double before = residentKilobytes();
         rebuild(10000);
         state.counters["growthKB"] = residentKilobytes() - before;

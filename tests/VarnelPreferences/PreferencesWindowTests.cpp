@@ -22,7 +22,7 @@ namespace {
 
 class PreferencesWindowTest : public testing::Test {
 protected:
-    void open(PreferencesInitialTab tab, PreferencesDraft draft = {}) {
+    void open(PreferencesInitialTab tab, const PreferencesDraft& draft = {}) {
         controller = std::make_unique<PreferencesWindowController>(draft, false, false, tab, owner.handlers(), time);
         controller->showWindowAndFocus();
         EXPECT_TRUE(QTest::qWaitForWindowActive(controller->window()));

@@ -74,7 +74,7 @@ std::optional<Code> codeOf(const Result<HTTPResponse>& response) {
 }
 
 TEST(NetworkHTTPSession, EveryFaultEndsInItsError) {
-    const QByteArray bomb = qCompress(QByteArray(64 * 1024 * 1024, '\0')).mid(4);
+    const QByteArray bomb = qCompress(QByteArray(64LL * 1024 * 1024, '\0')).mid(4);
     const struct {
         const char* name;
         Code code;
@@ -89,7 +89,7 @@ TEST(NetworkHTTPSession, EveryFaultEndsInItsError) {
          "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n2\r\n{}\r\n9\r\n{"},
         {"dripping body", Code::timedOut, "HTTP/1.1 200 OK\r\nContent-Length: 9999\r\n\r\n", "x"},
         {"endless headers", Code::timedOut, "HTTP/1.1 200 OK\r\n", "X-Header: x\r\n"},
-        {"endless body", Code::dataTooLarge, "HTTP/1.1 200 OK\r\n\r\n", QByteArray(2 * 1024 * 1024, 'x')},
+        {"endless body", Code::dataTooLarge, "HTTP/1.1 200 OK\r\n\r\n", QByteArray(2LL * 1024 * 1024, 'x')},
         {"bomb", Code::unknown, httpReply(200, bomb, "Content-Encoding: deflate\r\n")},
         {"bad compression", Code::unknown, httpReply(200, "nonsense", "Content-Encoding: gzip\r\n")},
     };
