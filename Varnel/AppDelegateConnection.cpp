@@ -71,8 +71,8 @@ QCoro::Task<void> AppDelegate::signIn(Client client, QString account, QString pa
     dropPollingService(); // its readings belong to the connection that this one replaces
     m_apiClient = client;
     m_semsSession = *session;
-    m_cachedPassword = password;
     storePassword(password);
+    m_cachedPassword = std::move(password);
     const Result<void> settled = co_await settleStationAndSize(client, *session);
     if (!isCurrentSignIn(attempt, account)) {
         co_return;
