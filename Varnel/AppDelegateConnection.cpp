@@ -51,7 +51,7 @@ QCoro::Task<void> AppDelegate::authenticateAndStartPolling(QString password) {
         return completedTask();
     }
     return signIn(std::make_shared<SEMSAPIClient>(baseURL, m_platform.http, m_platform.clock, m_platform.endpoints),
-                  account, password);
+                  account, std::move(password));
 }
 
 QCoro::Task<void> AppDelegate::signIn(Client client, QString account, QString password) {
