@@ -13,7 +13,7 @@
 #include <VarnelSecurity/KeychainStore.h>
 #include <VarnelSettings/AppSettingsStore.h>
 #include <VarnelSettings/LaunchAtLoginManager.h>
-#include <VarnelShared/PreferencesDraft.h>
+#include <VarnelShared/AppSettings.h>
 #include <VarnelStatusMenu/StatusBarController.h>
 
 #include <memory>

@@ -122,7 +122,7 @@ QCoro::Task<Result<void>> AppDelegate::settleStationAndSize(Client client, SEMSS
     if (!trimmedStationID()) {
         const Result<PowerStation> station = co_await client->discoverDefaultPowerStation(session);
         if (!station) {
-            co_return tl::unexpected(station.error());
+            co_return failure(station.error());
         }
         if (m_apiClient != client || m_isTerminated) {
             co_return Result<void>();

@@ -12,7 +12,7 @@ namespace Varnel {
 
 namespace {
 QCoro::Task<Result<PowerReading>> failedReading(Error error) {
-    co_return tl::unexpected(std::move(error));
+    co_return failure(std::move(error));
 }
 
 Error notInitialized() {
@@ -62,7 +62,7 @@ QCoro::Task<Result<PowerReading>> AppDelegate::fetchThroughSession(Client client
     if (!session) {
         const Result<SEMSSession> renewed = co_await renewSession(client, account, password);
         if (!renewed) {
-            co_return tl::unexpected(renewed.error());
+            co_return failure(renewed.error());
         }
         session = *renewed;
     }
@@ -71,7 +71,7 @@ QCoro::Task<Result<PowerReading>> AppDelegate::fetchThroughSession(Client client
     if (error && error->is<SEMSAPIError::AuthenticationFailed>()) {
         const Result<SEMSSession> renewed = co_await renewSession(client, account, password);
         if (!renewed) {
-            co_return tl::unexpected(renewed.error());
+            co_return failure(renewed.error());
         }
         reading = co_await client->fetchCurrentPower(*renewed, preferredStationID);
     }

@@ -8,20 +8,6 @@
 namespace Varnel {
 
 namespace {
-/// Copies the fields that the settings and a draft share beside the account's own; both ways.
-template <typename From, typename To>
-void copySharedFields(const From& from, To& to) {
-    to.pollIntervalSeconds = AppSettings::clampedPollInterval(from.pollIntervalSeconds);
-    to.showOutputChart = from.showOutputChart;
-    to.chartScaleMode = from.chartScaleMode;
-    to.launchAtLogin = from.launchAtLogin;
-    to.showDockIcon = from.showDockIcon;
-    to.iconAppearanceMode = from.iconAppearanceMode;
-    to.notifyOnProductionStart = from.notifyOnProductionStart;
-    to.notifyOnProductionEnd = from.notifyOnProductionEnd;
-    to.notifyOnProductionRiseAboveOneKilowatt = from.notifyOnProductionRiseAboveOneKilowatt;
-}
-
 /// A bundled program that may not notify and was not refused has nobody to ask: no service is there.
 NotificationPermission permissionToShow(NotificationAuthorizationState state, bool isBundled) {
     switch (state) {
@@ -69,13 +55,9 @@ void AppDelegate::showConnectionState() {
 }
 
 PreferencesDraft AppDelegate::currentDraft() {
-    PreferencesDraft draft;
-    draft.baseURL = m_settings.baseURL;
-    draft.account = m_settings.account;
-    draft.stationID = m_settings.stationID;
-    copySharedFields(m_settings, draft);
+    PreferencesDraft draft{m_settings, storedPassword().value_or(QString())};
+    draft.pollIntervalSeconds = m_settings.clampedPollInterval();
     draft.launchAtLogin = m_settings.launchAtLogin || m_launchAtLoginManager.isEnabledForUI();
-    draft.password = storedPassword().value_or(QString());
     return draft;
 }
 
@@ -142,10 +124,11 @@ QCoro::Task<bool> AppDelegate::applyPreferences(PreferencesDraft draft) {
 void AppDelegate::takeAccountSettings(const PreferencesDraft& draft) {
     const AppSettings before = m_settings;
     const QString baseURL = trimmed(draft.baseURL);
+    m_settings = draft;
+    m_settings.pollIntervalSeconds = draft.clampedPollInterval();
     m_settings.baseURL = baseURL.isEmpty() ? AppSettings::defaults().baseURL : baseURL;
     m_settings.account = trimmed(draft.account);
     m_settings.stationID = trimmed(draft.stationID);
-    copySharedFields(draft, m_settings);
     m_settingsStore.save(m_settings);
     const bool isOtherAccount = trimmed(before.account).compare(m_settings.account, Qt::CaseInsensitive) != 0;
     const bool isOtherStation = trimmed(before.stationID) != m_settings.stationID;
@@ -164,7 +147,11 @@ void AppDelegate::takeAccountSettings(const PreferencesDraft& draft) {
 
 void AppDelegate::applyAutoSavedPreferences(const PreferencesDraft& draft) {
     const AppSettings before = m_settings;
-    copySharedFields(draft, m_settings);
+    m_settings = draft;
+    m_settings.pollIntervalSeconds = draft.clampedPollInterval();
+    m_settings.baseURL = before.baseURL;
+    m_settings.account = before.account;
+    m_settings.stationID = before.stationID;
     m_settingsStore.save(m_settings);
     if (m_settings.showDockIcon != before.showDockIcon) {
         applyDockIconPreference();

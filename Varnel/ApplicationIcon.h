@@ -1,6 +1,6 @@
 #pragma once
 
-#include <VarnelShared/IconAppearanceMode.h>
+#include <VarnelShared/AppSettings.h>
 
 #include <QString>
 

@@ -3,7 +3,7 @@
 #include <Varnel/StatusPresentationBuilder.h>
 #include <Varnel/TodayOutputSamples.h>
 
-#include <VarnelShared/ChartScaleMode.h>
+#include <VarnelShared/AppSettings.h>
 
 #include <QStringList>
 

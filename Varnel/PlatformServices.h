@@ -12,7 +12,6 @@
 #include <VarnelSettings/LoginItem.h>
 #include <VarnelSettings/UserDefaults.h>
 #include <VarnelShared/Clock.h>
-#include <VarnelShared/Timers.h>
 #include <VarnelStatusMenu/StatusItem.h>
 
 #include <QString>

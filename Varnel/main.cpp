@@ -13,7 +13,7 @@
 #include <VarnelSecurity/Linux/SecretServiceKeychain.h>
 #include <VarnelSettings/Linux/AutostartLoginItem.h>
 #include <VarnelSettings/Linux/IniUserDefaults.h>
-#include <VarnelShared/SystemTimers.h>
+#include <VarnelShared/SystemTime.h>
 #include <VarnelShared/TerminationSignals.h>
 #include <VarnelStatusMenu/Linux/SessionStatusItem.h>
 

@@ -1,8 +1,8 @@
 #pragma once
 
+#include <VarnelShared/Clock.h>
 #include <VarnelShared/PowerReading.h>
 #include <VarnelShared/Result.h>
-#include <VarnelShared/Timers.h>
 
 #include <QCoroTask>
 

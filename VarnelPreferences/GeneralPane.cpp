@@ -51,8 +51,8 @@ void GeneralPane::buildInterval(QFormLayout& layout) {
 }
 
 void GeneralPane::buildChart(QFormLayout& layout) {
-    auto* isShown = makeSwitch(m_form, &PreferencesDraft::showOutputChart, tr("Show output &chart"));
-    auto* scale = makePicker(m_form, &PreferencesDraft::chartScaleMode);
+    auto* isShown = makeSwitch(m_form, &AppSettings::showOutputChart, tr("Show output &chart"));
+    auto* scale = makePicker(m_form, &AppSettings::chartScaleMode);
     scale->setEnabled(isShown->isChecked());
     connect(isShown, &QCheckBox::toggled, scale, &QWidget::setEnabled);
     layout.addRow(QString(), isShown);
@@ -60,9 +60,9 @@ void GeneralPane::buildChart(QFormLayout& layout) {
 }
 
 void GeneralPane::buildIcons(QFormLayout& layout) {
-    layout.addRow(QString(), makeSwitch(m_form, &PreferencesDraft::showDockIcon, tr("Show &dock icon")));
+    layout.addRow(QString(), makeSwitch(m_form, &AppSettings::showDockIcon, tr("Show &dock icon")));
     layout.addRow(QString(), makeHint(tr("Keeps Varnel in the taskbar or dock.")));
-    addField(layout, tr("&Icon appearance"), makePicker(m_form, &PreferencesDraft::iconAppearanceMode));
+    addField(layout, tr("&Icon appearance"), makePicker(m_form, &AppSettings::iconAppearanceMode));
 }
 
 void GeneralPane::buildLaunchAtLogin(QFormLayout& layout) {
@@ -76,7 +76,7 @@ void GeneralPane::buildLaunchAtLogin(QFormLayout& layout) {
 
 void GeneralPane::handleLaunchAtLoginToggled(bool isOn) {
     m_launchAtLoginError->hide(); // first: the edit may bring a new one
-    m_form.edit(&PreferencesDraft::launchAtLogin, isOn);
+    m_form.edit(&AppSettings::launchAtLogin, isOn);
 }
 
 void GeneralPane::handleLaunchAtLoginRefused(const QString& description) {

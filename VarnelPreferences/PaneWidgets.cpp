@@ -39,7 +39,7 @@ void addField(QFormLayout& layout, const QString& label, QWidget* control, QWidg
     control->setAccessibleName(QString(label).remove(QLatin1Char('&')));
 }
 
-QCheckBox* makeSwitch(PreferencesForm& form, bool PreferencesDraft::*field, const QString& text) {
+QCheckBox* makeSwitch(PreferencesForm& form, bool AppSettings::*field, const QString& text) {
     auto* toggle = new QCheckBox(text);
     toggle->setChecked(form.draft().*field);
     QObject::connect(toggle, &QCheckBox::toggled, &form, [&form, field](bool isOn) { form.edit(field, isOn); });

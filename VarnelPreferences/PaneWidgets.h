@@ -41,11 +41,11 @@ ParagraphLabel* makeHint(const QString& text);
 void addField(QFormLayout& layout, const QString& label, QWidget* control, QWidget* row = nullptr);
 
 /// A switch that shows `field` and edits it. `form` must outlive it.
-QCheckBox* makeSwitch(PreferencesForm& form, bool PreferencesDraft::*field, const QString& text);
+QCheckBox* makeSwitch(PreferencesForm& form, bool AppSettings::*field, const QString& text);
 
 /// A picker of all cases of an enumeration that shows `field` and edits it. `form` must outlive it.
 template <typename E>
-QComboBox* makePicker(PreferencesForm& form, E PreferencesDraft::*field) {
+QComboBox* makePicker(PreferencesForm& form, E AppSettings::*field) {
     auto* picker = new QComboBox;
     for (const auto& choice : allCases<E>()) {
         picker->addItem(QString::fromUtf8(choice.displayName));

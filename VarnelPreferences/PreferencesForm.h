@@ -3,7 +3,7 @@
 #include <VarnelPreferences/ConnectionState.h>
 #include <VarnelPreferences/NotificationPermission.h>
 #include <VarnelPreferences/PreferencesHandlers.h>
-#include <VarnelShared/Timers.h>
+#include <VarnelShared/Clock.h>
 
 #include <QObject>
 #include <QPointer>
@@ -44,7 +44,7 @@ public:
 
     /// Changes one auto-saved field and hands the draft on at once, a pending poll interval with it.
     template <typename T>
-    void edit(T PreferencesDraft::*field, std::type_identity_t<T> value) {
+    void edit(T AppSettings::*field, std::type_identity_t<T> value) {
         m_draft.*field = value;
         handOn();
     }

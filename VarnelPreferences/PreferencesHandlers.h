@@ -1,6 +1,6 @@
 #pragma once
 
-#include <VarnelShared/PreferencesDraft.h>
+#include <VarnelShared/AppSettings.h>
 
 #include <QCoroTask>
 

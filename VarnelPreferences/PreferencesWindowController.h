@@ -3,7 +3,7 @@
 #include <VarnelPreferences/NotificationPermission.h>
 #include <VarnelPreferences/PreferencesHandlers.h>
 #include <VarnelPreferences/PreferencesInitialTab.h>
-#include <VarnelShared/Timers.h>
+#include <VarnelShared/Clock.h>
 
 #include <memory>
 

@@ -24,7 +24,7 @@ bool fitsTimeLimit(SEMSRequest& request, const AttemptRules& rules, Seconds elap
 Result<JSON> accepted(Result<JSON> reply, const AttemptRules& rules) {
     if (reply && rules.accept) {
         if (const auto verdict = rules.accept(*reply); !verdict) {
-            return tl::unexpected<Error>(verdict.error());
+            return failure(verdict.error());
         }
     }
     return reply;
@@ -47,16 +47,16 @@ SEMSAPIClient::SEMSAPIClient(QUrl baseURL, HTTPSession& session, const Clock& cl
 QCoro::Task<Result<JSON>> SEMSAPIClient::requestJSON(SEMSRequest request) {
     auto http = makeHTTPRequest(request);
     if (!http) {
-        co_return tl::unexpected<Error>(http.error());
+        co_return failure(http.error());
     }
     auto exchange = m_session.send(std::move(*http));
     const auto response = co_await std::move(exchange);
     if (!response) {
-        co_return tl::unexpected<Error>(response.error());
+        co_return failure(response.error());
     }
     auto reply = judgedReply(*response);
     if (!reply) {
-        co_return tl::unexpected<Error>(withoutSecrets(reply.error(), secretsOf(request)));
+        co_return failure(withoutSecrets(reply.error(), secretsOf(request)));
     }
     co_return reply;
 }

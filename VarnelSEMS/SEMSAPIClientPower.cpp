@@ -15,12 +15,12 @@ QCoro::Task<Result<PowerReading>> SEMSAPIClient::fetchCurrentPower(SEMSSession s
     const auto self = shared_from_this();
     const auto stationID = co_await settledStationID(session, preferredStationID);
     if (!stationID) {
-        co_return tl::unexpected<Error>(stationID.error());
+        co_return failure(stationID.error());
     }
     auto outcome = co_await fetchMonitorDetail(session, *stationID);
     const auto detail = std::move(outcome).result();
     if (!detail) {
-        co_return tl::unexpected<Error>(detail.error());
+        co_return failure(detail.error());
     }
     auto todayOutputKWh = SEMSJSONSearch::extractTodayOutputKWh(*detail);
     if (!todayOutputKWh) {
@@ -28,7 +28,7 @@ QCoro::Task<Result<PowerReading>> SEMSAPIClient::fetchCurrentPower(SEMSSession s
     }
     const auto kilowatts = SEMSJSONSearch::extractInstantPowerKW(*detail);
     if (!kilowatts) {
-        co_return tl::unexpected<Error>(kilowatts.error());
+        co_return failure(kilowatts.error());
     }
     co_return PowerReading{*kilowatts, todayOutputKWh, *stationID, m_clock.now()};
 }

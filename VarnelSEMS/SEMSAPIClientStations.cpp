@@ -84,7 +84,7 @@ QCoro::Task<Result<std::vector<PowerStation>>> SEMSAPIClient::stationsOfFirstRep
     auto outcome = co_await tryInOrder(std::move(requests), std::move(rules));
     const auto reply = std::move(outcome).result();
     if (!reply) {
-        co_return tl::unexpected<Error>(reply.error());
+        co_return failure(reply.error());
     }
     auto stations = SEMSJSONSearch::extractStations(*reply);
     if (stations.empty()) {

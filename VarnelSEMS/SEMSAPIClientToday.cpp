@@ -133,7 +133,7 @@ QCoro::Task<Result<std::optional<std::vector<double>>>> SEMSAPIClient::fetchToda
     if (hasAnswer) {
         co_return series;
     }
-    co_return tl::unexpected<Error>(std::move(outcome).result().error());
+    co_return failure(std::move(outcome).result().error());
 }
 
 } // namespace Varnel

@@ -32,7 +32,7 @@ struct AttemptOutcome {
         if (reply) {
             return std::move(*reply);
         }
-        return tl::unexpected<Error>(failures.empty() ? Error(SEMSAPIError::invalidResponse()) : failures.back());
+        return failure(failures.empty() ? Error(SEMSAPIError::invalidResponse()) : failures.back());
     }
 };
 

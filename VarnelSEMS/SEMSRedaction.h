@@ -1,7 +1,7 @@
 #pragma once
 
 #include <VarnelSEMS/SEMSRequest.h>
-#include <VarnelShared/Error.h>
+#include <VarnelShared/Result.h>
 
 #include <QString>
 #include <QStringList>

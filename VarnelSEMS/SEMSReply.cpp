@@ -15,7 +15,7 @@ QString textOrNothing(const QByteArray& bytes) {
 }
 
 /// A blank message is none: a failure without a reason would show as no failure at all.
-tl::unexpected<Error> envelopeFailure(const JSON& reply, const QString& fallback) {
+Failure envelopeFailure(const JSON& reply, const QString& fallback) {
     for (const char* key : {"msg", "message", "error_message"}) {
         const auto message = SEMSJSONSearch::firstString(reply, {QString::fromLatin1(key)});
         if (message && !message->isEmpty()) {
@@ -71,7 +71,7 @@ Result<JSON> judgedReply(const HTTPResponse& response) {
     auto reply = parseJSON(response.body);
     if (reply) {
         if (const auto valid = validateEnvelope(*reply); !valid) {
-            return tl::unexpected<Error>(valid.error());
+            return failure(valid.error());
         }
     }
     return reply;

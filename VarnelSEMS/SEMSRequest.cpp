@@ -86,7 +86,7 @@ Result<QUrl> joinedURL(const QString& path, const QUrl& baseURL) {
 Result<HTTPRequest> makeHTTPRequest(const SEMSRequest& request) {
     const auto url = joinedURL(request.path, request.baseURL);
     if (!url) {
-        return tl::unexpected<Error>(url.error());
+        return failure(url.error());
     }
     HTTPRequest http;
     http.method = methodName(request.method);

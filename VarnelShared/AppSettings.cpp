@@ -89,7 +89,7 @@ QByteArray encodeAppSettings(const AppSettings& settings) {
 Result<AppSettings> decodeAppSettings(const QByteArray& text) {
     const Result<JSON> parsed = parseJSON(text);
     if (!parsed) {
-        return tl::unexpected(parsed.error());
+        return failure(parsed.error());
     }
     if (!parsed->is_object()) {
         return failure(JSONError{QStringLiteral("The settings are not a JSON object.")});

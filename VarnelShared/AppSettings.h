@@ -1,7 +1,6 @@
 #pragma once
 
-#include <VarnelShared/ChartScaleMode.h>
-#include <VarnelShared/IconAppearanceMode.h>
+#include <VarnelShared/RawValueEnum.h>
 #include <VarnelShared/Result.h>
 
 #include <QByteArray>
@@ -11,6 +10,29 @@
 #include <utility>
 
 namespace Varnel {
+
+/// How the chart's vertical axis is scaled: by the day's peak, or by the station's size.
+enum class ChartScaleMode { adaptive, fixed };
+
+template <>
+struct RawValueTable<ChartScaleMode> {
+    static constexpr std::array cases = {
+        RawValueCase{ChartScaleMode::adaptive, "adaptive", "Adaptive"},
+        RawValueCase{ChartScaleMode::fixed, "fixed", "Fixed"},
+    };
+};
+
+/// Which variant of the application icon is shown; `automatic` follows the system's light or dark appearance.
+enum class IconAppearanceMode { automatic, light, dark };
+
+template <>
+struct RawValueTable<IconAppearanceMode> {
+    static constexpr std::array cases = {
+        RawValueCase{IconAppearanceMode::automatic, "automatic", "Automatic"},
+        RawValueCase{IconAppearanceMode::light, "light", "Light"},
+        RawValueCase{IconAppearanceMode::dark, "dark", "Dark"},
+    };
+};
 
 /// The user's persisted settings. The password is not among them.
 struct AppSettings {
@@ -48,6 +70,14 @@ struct AppSettings {
     bool hasEnabledProductionNotifications() const;
 
     bool operator==(const AppSettings&) const = default;
+};
+
+/// The editable copy of the settings that the preferences window works on, with the password beside them: plain text,
+/// which goes to the keychain and never into the settings.
+struct PreferencesDraft : AppSettings {
+    QString password;
+
+    bool operator==(const PreferencesDraft&) const = default;
 };
 
 /// Compact JSON with all twelve fields as keys, in declaration order; enumerations as their raw values.

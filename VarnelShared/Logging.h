@@ -1,6 +1,6 @@
 #pragma once
 
-#include <VarnelShared/Error.h>
+#include <VarnelShared/Result.h>
 
 #include <QLoggingCategory>
 

@@ -14,7 +14,7 @@
 namespace Varnel {
 
 namespace {
-tl::unexpected<Error> systemFailure(int errorNumber) {
+Failure systemFailure(int errorNumber) {
     return failure(FileError{QString::fromStdString(std::generic_category().message(errorNumber))});
 }
 

@@ -13,7 +13,8 @@ target_compile_definitions(varnel_options INTERFACE
     QT_NO_KEYWORDS QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_STRICT_ITERATORS
     QT_DISABLE_DEPRECATED_BEFORE=0x060400)
 target_compile_options(varnel_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor
-    -Woverloaded-virtual -Wcast-qual -Wimplicit-fallthrough)
+    -Woverloaded-virtual -Wcast-qual -Wimplicit-fallthrough
+    -pthread) # as some libraries ask: units with and without it could not share precompiled headers
 if(VARNEL_WERROR)
     target_compile_options(varnel_options INTERFACE -Werror)
 endif()
@@ -30,11 +31,41 @@ if(VARNEL_COVERAGE)
     target_link_options(varnel_options INTERFACE --coverage)
 endif()
 
-# varnel_module(<name> SOURCES <files> [LINK <targets>]): one folder, one static library. What is linked here
+# What nearly every unit of a kind includes is compiled once: parsing Qt, the coroutines, the JSON library and the test
+# library is most of the work of a build. A unit includes what it names all the same.
+set(varnel_core_headers <QCoroTask> <QByteArray> <QDateTime> <QObject> <QString> <QStringList> <nlohmann/json.hpp>
+    <tl/expected.hpp> <algorithm> <chrono> <functional> <memory> <optional> <utility> <variant> <vector>)
+
+# varnel_precompile(<name> HEADERS <headers> [LINK <targets>]): an object library whose precompiled headers others use.
+function(varnel_precompile name)
+    cmake_parse_arguments(arg "" "" "HEADERS;LINK" ${ARGN})
+    file(GENERATE OUTPUT ${PROJECT_BINARY_DIR}/${name}.cpp CONTENT "")
+    add_library(${name} OBJECT ${PROJECT_BINARY_DIR}/${name}.cpp)
+    set_target_properties(${name} PROPERTIES AUTOMOC OFF)
+    target_link_libraries(${name} PRIVATE varnel_options Qt6::Core QCoro6::Core nlohmann_json::nlohmann_json tl::expected
+        ${arg_LINK})
+    target_precompile_headers(${name} PRIVATE ${varnel_core_headers} ${arg_HEADERS})
+endfunction()
+set(varnel_gui_headers <QApplication> <QLabel> <QMenu> <QPainter>)
+varnel_precompile(varnel_precompiled)
+varnel_precompile(varnel_precompiled_gui HEADERS ${varnel_gui_headers} LINK Qt6::Widgets)
+if(VARNEL_TESTS)
+    find_package(GTest REQUIRED)
+    varnel_precompile(varnel_precompiled_test HEADERS <gmock/gmock.h> <gtest/gtest.h> LINK GTest::gtest GTest::gmock)
+    varnel_precompile(varnel_precompiled_gui_test HEADERS ${varnel_gui_headers} <gmock/gmock.h> <gtest/gtest.h>
+        LINK Qt6::Widgets GTest::gtest GTest::gmock)
+endif()
+
+# varnel_module(<name> [GUI] SOURCES <files> [LINK <targets>]): one folder, one static library. What is linked here
 # is all the module may include: the arrows of docs/architecture.md are these lines.
 function(varnel_module name)
-    cmake_parse_arguments(arg "" "" "SOURCES;LINK" ${ARGN})
+    cmake_parse_arguments(arg "GUI" "" "SOURCES;LINK" ${ARGN})
     add_library(${name} STATIC ${arg_SOURCES})
+    set(kind "")
+    if(arg_GUI)
+        set(kind "_gui")
+    endif()
+    target_precompile_headers(${name} REUSE_FROM varnel_precompiled${kind})
     target_link_libraries(${name} PUBLIC varnel_options ${arg_LINK})
 endfunction()
 
@@ -43,11 +74,12 @@ endfunction()
 function(varnel_test name)
     cmake_parse_arguments(arg "GUI" "" "SOURCES;LINK;LABELS" ${ARGN})
     add_executable(${name} ${arg_SOURCES})
-    set(main varnel_test_main)
+    set(kind "")
     if(arg_GUI)
-        set(main varnel_gui_test_main)
+        set(kind "_gui")
     endif()
-    target_link_libraries(${name} PRIVATE varnel_options ${main} ${arg_LINK})
+    target_link_libraries(${name} PRIVATE varnel_options varnel${kind}_test_main ${arg_LINK})
+    target_precompile_headers(${name} REUSE_FROM varnel_precompiled${kind}_test)
     add_test(NAME ${name} COMMAND ${name})
     set_tests_properties(${name} PROPERTIES TIMEOUT 300 LABELS "unit;${arg_LABELS}"
         ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;TZ=Europe/Berlin;QT_LOGGING_RULES=")

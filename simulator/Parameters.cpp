@@ -26,7 +26,7 @@ void addPairs(Values& values, const QByteArray& pairs) {
 Result<void> addMembers(Values& values, const QByteArray& body) {
     const Result<JSON> json = parseJSON(body);
     if (!json) {
-        return tl::unexpected(json.error());
+        return failure(json.error());
     }
     if (!json->is_object()) {
         return failure(SimulatorError{QStringLiteral("The body is not a JSON object.")});
@@ -55,7 +55,7 @@ Result<Parameters> Parameters::of(const ServiceRequest& request) {
     Parameters parameters;
     if (!request.body.isEmpty()) {
         if (const Result<void> added = addBody(parameters.m_values, request); !added) {
-            return tl::unexpected(added.error());
+            return failure(added.error());
         }
     }
     addPairs(parameters.m_values, request.target.mid(request.path().size() + 1));

@@ -37,7 +37,7 @@ QUrl SEMSSimulator::baseURL() const {
 Result<void> SEMSSimulator::change(const JSON& settings) {
     Result<SettingsChange> wanted = changed(m_service.behaviour(), settings, m_service.now());
     if (!wanted) {
-        return tl::unexpected(wanted.error());
+        return failure(wanted.error());
     }
     m_service.behaviour() = std::move(wanted->behaviour);
     if (wanted->expireSessions) {
@@ -70,7 +70,7 @@ Reply SEMSSimulator::answerControl(const ServiceRequest& request) {
         return state();
     }
     const Result<JSON> settings = parseJSON(request.body);
-    const Result<void> done = settings ? change(*settings) : tl::unexpected(settings.error());
+    const Result<void> done = settings ? change(*settings) : failure(settings.error());
     return done ? state() : badControl(400, done.error().localizedDescription());
 }
 

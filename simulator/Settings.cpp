@@ -278,7 +278,7 @@ constexpr Setting settings[] = {
 Result<SettingsChange> changed(Behaviour behaviour, const JSON& wanted, const QDateTime& now) {
     Target target{{std::move(behaviour)}, now};
     if (const Result<void> applied = applyMembers(target, wanted, settings); !applied) {
-        return tl::unexpected(applied.error());
+        return failure(applied.error());
     }
     return std::move(target.change);
 }

@@ -1,3 +1,4 @@
+#include <VarnelShared/SystemTime.h>
 #include <VarnelShared/TerminationSignals.h>
 #include <simulator/CommandLine.h>
 #include <simulator/SEMSSimulator.h>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <VarnelShared/Timers.h>
+#include <VarnelShared/Clock.h>
 #include <VarnelStatusMenu/Linux/StatusItemBackEnd.h>
 #include <VarnelStatusMenu/StatusItem.h>
 #include <VarnelStatusMenu/StatusMenuPresenter.h>

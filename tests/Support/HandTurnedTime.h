@@ -1,7 +1,6 @@
 #pragma once
 
 #include <VarnelShared/Clock.h>
-#include <VarnelShared/Timers.h>
 
 #include <QDateTime>
 

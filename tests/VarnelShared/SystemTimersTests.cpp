@@ -1,4 +1,4 @@
-#include <VarnelShared/SystemTimers.h>
+#include <VarnelShared/SystemTime.h>
 
 #include "../Support/EventLoop.h"
 #include "../Support/HandTurnedTime.h"

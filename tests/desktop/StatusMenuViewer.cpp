@@ -2,7 +2,7 @@
 // at them and for the desktop tests.
 
 #include <VarnelShared/Clock.h>
-#include <VarnelShared/SystemTimers.h>
+#include <VarnelShared/SystemTime.h>
 #include <VarnelStatusMenu/Linux/SessionStatusItem.h>
 #include <VarnelStatusMenu/StatusBarController.h>
 

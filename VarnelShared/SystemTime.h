@@ -1,13 +1,18 @@
 #pragma once
 
 #include <VarnelShared/Clock.h>
-#include <VarnelShared/Timers.h>
 
 #include <QPointer>
 
 #include <vector>
 
 namespace Varnel {
+
+/// The system's wall clock.
+class SystemClock final : public Clock {
+public:
+    Timestamp now() const override;
+};
 
 class SystemTimer;
 

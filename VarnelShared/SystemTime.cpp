@@ -1,4 +1,4 @@
-#include <VarnelShared/SystemTimers.h>
+#include <VarnelShared/SystemTime.h>
 
 #include <QBasicTimer>
 #include <QDeadlineTimer>
@@ -9,6 +9,11 @@
 #include <utility>
 
 namespace Varnel {
+
+Timestamp SystemClock::now() const {
+    const Seconds sinceUnixEpoch = std::chrono::system_clock::now().time_since_epoch();
+    return {sinceUnixEpoch.count() - Timestamp::referenceDateUnixSeconds};
+}
 
 /// One timer of the event loop, with the times at which it is due by the wall clock and by the monotonic clock.
 class SystemTimer final : public QObject, public OneShotTimer {
