@@ -37,6 +37,13 @@ void logFailedAttempt(const SEMSRequest& request, const Error& error) {
 }
 } // namespace
 
+Result<JSON> AttemptOutcome::result() && {
+    if (reply) {
+        return std::move(*reply);
+    }
+    return failure(failures.empty() ? Error(SEMSAPIError::invalidResponse()) : failures.back());
+}
+
 SEMSAPIClient::SEMSAPIClient(QUrl baseURL, HTTPSession& session, const Clock& clock, SEMSEndpoints endpoints)
     : m_configuredBaseURL(std::move(baseURL))
     , m_session(session)

@@ -1,15 +1,8 @@
 #include <VarnelSEMS/SEMSAPIClient.h>
 
-#include <VarnelSEMS/LegacyBase.h>
-#include <VarnelSEMS/LegacyTokenHeader.h>
-#include <VarnelSEMS/SEMSJSONSearch.h>
-#include <VarnelSEMS/WebURL.h>
-
 #include <utility>
 
 namespace Varnel {
-
-using namespace Qt::StringLiterals;
 
 namespace {
 /// The service's generations read the account and the password under different names; every name is sent at once.
@@ -22,20 +15,24 @@ std::vector<SEMSRequest> openAPISignInRequests(const QUrl& base, const QString& 
     (*request.body)["userName"] = toUtf8(account);
     (*request.body)["username"] = toUtf8(account);
     (*request.body)["password"] = toUtf8(password);
-    return requestsForPaths(request, {u"/api/v1/OpenApi/GetToken"_s, u"/api/OpenApi/GetToken"_s});
+    return requestsForPaths(request,
+                            {QStringLiteral("/api/v1/OpenApi/GetToken"), QStringLiteral("/api/OpenApi/GetToken")});
 }
 
 Result<SEMSSession> openAPISession(const JSON& reply, const QUrl& base) {
-    const auto token = SEMSJSONSearch::firstString(reply, {u"data.token"_s, u"token"_s, u"data.access_token"_s,
-                                                           u"data.accessToken"_s, u"access_token"_s, u"accessToken"_s});
+    const auto token = SEMSJSONSearch::firstString(
+        reply, {QStringLiteral("data.token"), QStringLiteral("token"), QStringLiteral("data.access_token"),
+                QStringLiteral("data.accessToken"), QStringLiteral("access_token"), QStringLiteral("accessToken")});
     if (!token || token->isEmpty()) {
         return failure(SEMSAPIError::authenticationFailed());
     }
     SEMSSession session;
     session.authMode = SEMSAuthMode::openAPI;
     session.token = *token;
-    session.uid = SEMSJSONSearch::firstString(reply, {u"data.uid"_s, u"uid"_s, u"data.userId"_s, u"userId"_s});
-    session.timestamp = SEMSJSONSearch::firstInt(reply, {u"data.timestamp"_s, u"timestamp"_s, u"data.ts"_s, u"ts"_s});
+    session.uid = SEMSJSONSearch::firstString(reply, {QStringLiteral("data.uid"), QStringLiteral("uid"),
+                                                      QStringLiteral("data.userId"), QStringLiteral("userId")});
+    session.timestamp = SEMSJSONSearch::firstInt(reply, {QStringLiteral("data.timestamp"), QStringLiteral("timestamp"),
+                                                         QStringLiteral("data.ts"), QStringLiteral("ts")});
     session.apiBaseURL = base;
     return session;
 }
@@ -52,7 +49,7 @@ std::vector<SEMSRequest> portalSignInRequests(const std::vector<QUrl>& bases, co
 
     std::vector<SEMSRequest> requests;
     for (const QUrl& base : bases) {
-        for (const QString& path : {u"v2/Common/CrossLogin"_s, u"v1/Common/CrossLogin"_s}) {
+        for (const QString& path : {QStringLiteral("v2/Common/CrossLogin"), QStringLiteral("v1/Common/CrossLogin")}) {
             request.baseURL = base;
             request.path = path;
             request.name = shownAddress(base) + path;
@@ -68,17 +65,19 @@ Result<SEMSSession> portalSession(const JSON& reply) {
     if (!reply.is_object()) {
         return failure(SEMSAPIError::invalidResponse());
     }
-    const JSON* found = SEMSJSONSearch::firstDictionary(reply, {u"data"_s});
+    const JSON* found = SEMSJSONSearch::firstDictionary(reply, {QStringLiteral("data")});
     const JSON data = found != nullptr ? *found : JSON::object();
-    const auto token = SEMSJSONSearch::firstString(data, {u"token"_s, u"access_token"_s, u"accessToken"_s});
+    const auto token = SEMSJSONSearch::firstString(
+        data, {QStringLiteral("token"), QStringLiteral("access_token"), QStringLiteral("accessToken")});
     if (!token || token->isEmpty()) {
         return failure(SEMSAPIError::authenticationFailed());
     }
     SEMSSession session;
     session.authMode = SEMSAuthMode::legacyPortal;
     session.token = *token;
-    session.uid = SEMSJSONSearch::firstString(data, {u"uid"_s, u"user_id"_s, u"userId"_s});
-    session.timestamp = SEMSJSONSearch::firstInt(data, {u"timestamp"_s, u"ts"_s});
+    session.uid =
+        SEMSJSONSearch::firstString(data, {QStringLiteral("uid"), QStringLiteral("user_id"), QStringLiteral("userId")});
+    session.timestamp = SEMSJSONSearch::firstInt(data, {QStringLiteral("timestamp"), QStringLiteral("ts")});
     session.legacyTokenHeader = legacyTokenHeaderString(session.uid, session.timestamp, session.token, data);
     return session;
 }
@@ -87,7 +86,7 @@ Result<SEMSSession> portalSession(const JSON& reply) {
 QStringList attemptLines(const std::vector<SEMSRequest>& requests, const std::vector<Error>& failures) {
     QStringList lines;
     for (std::size_t i = 0; i < failures.size(); ++i) {
-        lines += requests[i].name + u": "_s + failures[i].localizedDescription();
+        lines += requests[i].name + QStringLiteral(": ") + failures[i].localizedDescription();
     }
     return lines;
 }
@@ -104,8 +103,8 @@ QCoro::Task<Result<SEMSSession>> SEMSAPIClient::signIn(QString account, QString 
     if (byPortal) {
         co_return byPortal;
     }
-    const QStringList lines{u"OpenAPI: "_s + byToken.error().localizedDescription(),
-                            u"Portal API: "_s + byPortal.error().localizedDescription()};
+    const QStringList lines{QStringLiteral("OpenAPI: ") + byToken.error().localizedDescription(),
+                            QStringLiteral("Portal API: ") + byPortal.error().localizedDescription()};
     co_return failure(SEMSAPIError::allSignInStrategiesFailed(lines));
 }
 

@@ -1,14 +1,11 @@
 #include <VarnelSEMS/SEMSAPIClient.h>
 
-#include <VarnelSEMS/SEMSJSONSearch.h>
 #include <VarnelShared/Text.h>
 
 #include <algorithm>
 #include <utility>
 
 namespace Varnel {
-
-using namespace Qt::StringLiterals;
 
 namespace {
 /// Every path with the first form, then, when all of those failed, every path with the second.
@@ -55,10 +52,11 @@ QCoro::Task<Result<std::vector<PowerStation>>> SEMSAPIClient::fetchPowerStations
     SEMSRequest asked = posted;
     asked.method = HTTPMethod::get;
     asked.body.reset();
-    return stationsOfFirstReply(
-        inTwoPasses(posted, asked,
-                    {u"/api/v1/OpenApi/GetUserPowerStation"_s, u"/api/OpenApi/GetUserPowerStation"_s,
-                     u"/api/v1/OpenApi/GetPowerStationByUser"_s, u"/api/OpenApi/GetPowerStationByUser"_s}));
+    return stationsOfFirstReply(inTwoPasses(posted, asked,
+                                            {QStringLiteral("/api/v1/OpenApi/GetUserPowerStation"),
+                                             QStringLiteral("/api/OpenApi/GetUserPowerStation"),
+                                             QStringLiteral("/api/v1/OpenApi/GetPowerStationByUser"),
+                                             QStringLiteral("/api/OpenApi/GetPowerStationByUser")}));
 }
 
 QCoro::Task<Result<std::vector<PowerStation>>> SEMSAPIClient::fetchPowerStationsLegacy(const SEMSSession& session) {
@@ -72,10 +70,10 @@ QCoro::Task<Result<std::vector<PowerStation>>> SEMSAPIClient::fetchPowerStations
     SEMSRequest asForm = asJSON;
     asForm.encoding = BodyEncoding::form;
     return stationsOfFirstReply(inTwoPasses(asJSON, asForm,
-                                            {u"v3/PowerStationQuery/QueryPowerStationMonitor"_s,
-                                             u"PowerStationMonitor/QueryPowerStationMonitorForApp"_s,
-                                             u"v2/PowerStationMonitor/QueryPowerStationMonitorForApp"_s,
-                                             u"v1/PowerStationMonitor/QueryPowerStationMonitorForApp"_s}));
+                                            {QStringLiteral("v3/PowerStationQuery/QueryPowerStationMonitor"),
+                                             QStringLiteral("PowerStationMonitor/QueryPowerStationMonitorForApp"),
+                                             QStringLiteral("v2/PowerStationMonitor/QueryPowerStationMonitorForApp"),
+                                             QStringLiteral("v1/PowerStationMonitor/QueryPowerStationMonitorForApp")}));
 }
 
 /// The first answer decides, also one without a station: the other paths read the same account.

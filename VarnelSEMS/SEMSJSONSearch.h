@@ -1,9 +1,10 @@
 #pragma once
 
-#include <VarnelSEMS/PowerStation.h>
 #include <VarnelShared/JSON.h>
+#include <VarnelShared/Result.h>
 
 #include <QDate>
+#include <QString>
 #include <QStringList>
 
 #include <cstdint>
@@ -11,6 +12,15 @@
 #include <vector>
 
 namespace Varnel {
+
+/// A solar installation of the account.
+struct PowerStation {
+    QString id; ///< as the service gives it, never empty
+    std::optional<QString> name;
+    std::optional<double> capacityKW; ///< rated size in kW
+
+    bool operator==(const PowerStation&) const = default;
+};
 
 /// Finds power, energy, series, stations and envelope fields anywhere in a reply of the service, whose key names,
 /// units and nesting differ between its generations and regions. Stateless; only `extractInstantPowerKW` can fail.

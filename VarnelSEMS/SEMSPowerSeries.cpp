@@ -2,16 +2,58 @@
 
 #include <VarnelSEMS/SEMSJSONCoercion.h>
 #include <VarnelSEMS/SEMSJSONTree.h>
-#include <VarnelSEMS/SEMSSeriesIndex.h>
+#include <VarnelShared/Text.h>
+
+#include <QRegularExpression>
 
 #include <algorithm>
 #include <array>
-#include <string_view>
+#include <span>
+#include <string>
 #include <tuple>
 
 namespace Varnel {
 
 namespace {
+using Words = std::span<const std::string_view>;
+
+constexpr auto energyOrMoneyWords = std::to_array<std::string_view>(
+    {"energy", "kwh", "wh", "eday", "etoday", "income", "money", "benefit", "earnings", "profit"});
+constexpr auto powerOrCurveWords =
+    std::to_array<std::string_view>({"power", "pac", "ppv", "pv", "output", "curve", "line", "trend", "chart", "plot",
+                                     "series", "time", "hour", "minute"});
+constexpr auto otherQuantityWords = std::to_array<std::string_view>({"temp", "humidity", "wind", "weather", "co2"});
+constexpr auto strongWords =
+    std::to_array<std::string_view>({"power", "pac", "ppv", "curve", "line", "trend", "chart", "output"});
+constexpr auto pointsWords = std::to_array<std::string_view>({"values", "points", "plot", "series"});
+
+bool containsAny(const std::string& text, Words words) {
+    return std::any_of(words.begin(), words.end(),
+                       [&text](std::string_view word) { return text.find(word) != std::string::npos; });
+}
+
+/// Grows with the days of either form of date; 0 without one.
+int dayOrder(const QRegularExpressionMatch& match) {
+    const bool isYearFirst = match.capturedLength(1) == 4;
+    const int year = match.captured(isYearFirst ? 1 : 3).toInt();
+    const int month = match.captured(isYearFirst ? 2 : 1).toInt();
+    const int day = match.captured(isYearFirst ? 3 : 2).toInt();
+    return (year * 12 + month) * 31 + day;
+}
+
+std::optional<SEMSSeriesIndex> clockIndex(const QString& text) {
+    static const QRegularExpression pattern(QStringLiteral(
+        R"(^\s*(?:(\d{1,4})\D{1,3}(\d{1,2})\D{1,3}(\d{1,4})\D{1,3})?(\d{1,2})\s*:\s*(\d{2})(?:\s*:\s*(\d{2}))?)"));
+    const QRegularExpressionMatch match = pattern.match(text);
+    const int hour = match.captured(4).toInt();
+    const int minute = match.captured(5).toInt();
+    if (!match.hasMatch() || hour > 24 || minute > 59) {
+        return std::nullopt;
+    }
+    const int minuteOfDay = hour * 60 + minute;
+    return SEMSSeriesIndex{dayOrder(match) * 86400.0 + minuteOfDay * 60.0 + match.captured(6).toInt(), minuteOfDay};
+}
+
 constexpr std::array<std::string_view, 4> valueKeys = {"y", "value", "pac", "power"};
 constexpr std::array<std::string_view, 4> timeKeys = {"x", "date", "time", "t"};
 /// Before this minute of the day there is light only beyond the polar circle.
@@ -109,6 +151,30 @@ SEMSPowerSeries seriesOf(std::vector<Sample> samples, const SEMSSeriesHint& hint
     return series;
 }
 } // namespace
+
+SEMSSeriesHint SEMSSeriesHint::member(std::string_view name) const {
+    const std::string text = lowercased(name);
+    SEMSSeriesHint hint = *this;
+    hint.hasEnergyOrMoneyWord = hasEnergyOrMoneyWord || containsAny(text, energyOrMoneyWords);
+    hint.hasPowerOrCurveWord = hasPowerOrCurveWord || containsAny(text, powerOrCurveWords);
+    hint.hasOtherQuantityWord = hasOtherQuantityWord || containsAny(text, otherQuantityWords);
+    hint.hasStrongWord = hasStrongWord || containsAny(text, strongWords);
+    hint.hasPointsWord = hasPointsWord || containsAny(text, pointsWords);
+    hint.hasKilowattWord = hasKilowattWord || text.find("kw") != std::string::npos;
+    hint.hasWattWord = hasWattWord || text.find("watt") != std::string::npos;
+    hint.endsInW = text.ends_with('w');
+    return hint;
+}
+
+std::optional<SEMSSeriesIndex> parsedSeriesIndex(const QString& text) {
+    if (const std::optional<SEMSSeriesIndex> clock = clockIndex(text)) {
+        return clock;
+    }
+    static const QRegularExpression pattern(QStringLiteral(R"(^(?:hour|minute|time|point|h|t|p)?_?(\d{1,15})$)"),
+                                            QRegularExpression::CaseInsensitiveOption);
+    const QRegularExpressionMatch match = pattern.match(trimmed(text));
+    return match.hasMatch() ? std::optional(SEMSSeriesIndex{match.captured(1).toDouble(), std::nullopt}) : std::nullopt;
+}
 
 SEMSPowerSeries numericSeriesFromArray(const JSON& array, const SEMSSeriesHint& hint) {
     std::vector<Sample> samples;

@@ -1,6 +1,5 @@
 #include <VarnelSEMS/SEMSRedaction.h>
 
-#include <VarnelSEMS/FormEncoding.h>
 #include <VarnelSEMS/SEMSAPIError.h>
 
 #include <algorithm>

@@ -1,9 +1,8 @@
 #include <VarnelSEMS/SEMSRequest.h>
 
-#include <VarnelSEMS/FormEncoding.h>
-#include <VarnelSEMS/LegacyTokenHeader.h>
 #include <VarnelSEMS/SEMSAPIError.h>
-#include <VarnelSEMS/WebURL.h>
+
+#include <QByteArrayList>
 
 namespace Varnel {
 
@@ -44,6 +43,15 @@ void applyAuthHeaders(HTTPRequest& request, const SEMSSession& session) {
     }
 }
 
+bool standsForItself(char byte) {
+    return (byte >= 'A' && byte <= 'Z') || (byte >= 'a' && byte <= 'z') || (byte >= '0' && byte <= '9') ||
+           byte == '-' || byte == '.' || byte == '_' || byte == '~';
+}
+
+QString describedValue(const JSON& value) {
+    return value.is_string() ? textOf(value) : QString::fromUtf8(serializedJSON(value));
+}
+
 void attachBody(HTTPRequest& request, const JSON& body, BodyEncoding encoding) {
     switch (encoding) {
     case BodyEncoding::json:
@@ -57,6 +65,30 @@ void attachBody(HTTPRequest& request, const JSON& body, BodyEncoding encoding) {
     }
 }
 } // namespace
+
+QByteArray formURLEncoded(const QString& text) {
+    const QByteArray bytes = text.toUtf8();
+    QByteArray encoded;
+    encoded.reserve(3 * bytes.size());
+    for (const char byte : bytes) {
+        if (standsForItself(byte)) {
+            encoded += byte;
+        } else if (byte == ' ') {
+            encoded += '+';
+        } else {
+            encoded += '%' + QByteArray(1, byte).toHex().toUpper();
+        }
+    }
+    return encoded;
+}
+
+QByteArray formURLEncodedData(const JSON& fields) {
+    QByteArrayList pairs;
+    for (const auto& [key, value] : fields.items()) {
+        pairs += formURLEncoded(QString::fromStdString(key)) + '=' + formURLEncoded(describedValue(value));
+    }
+    return pairs.join('&');
+}
 
 std::vector<SEMSRequest> requestsForPaths(const SEMSRequest& pattern, const QStringList& paths) {
     std::vector<SEMSRequest> requests;

@@ -4,6 +4,7 @@
 #include <VarnelSEMS/SEMSSession.h>
 #include <VarnelShared/JSON.h>
 
+#include <QByteArray>
 #include <QStringList>
 #include <QUrl>
 
@@ -41,5 +42,12 @@ Result<QUrl> joinedURL(const QString& path, const QUrl& baseURL);
 /// The HTTP form of a request: headers in the order Accept, Content-Type, authentication, extra ones. Fails as
 /// `joinedURL`.
 Result<HTTPRequest> makeHTTPRequest(const SEMSRequest& request);
+
+/// One name or value in the form encoding that the portal reads: letters, digits and "-._~" of the UTF-8 text stand
+/// for themselves, a space becomes "+", every other byte "%" and two upper-case hexadecimal digits.
+QByteArray formURLEncoded(const QString& text);
+
+/// The members of an object as name=value pairs joined with "&", in the object's order; numbers in decimal.
+QByteArray formURLEncodedData(const JSON& fields);
 
 } // namespace Varnel

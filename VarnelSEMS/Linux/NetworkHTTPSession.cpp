@@ -1,7 +1,6 @@
 #include <VarnelSEMS/Linux/NetworkHTTPSession.h>
 
 #include <VarnelSEMS/Linux/NetworkTransfer.h>
-#include <VarnelSEMS/WebURL.h>
 #include <VarnelShared/URLError.h>
 
 #include <QCoreApplication>

@@ -1,6 +1,6 @@
 #include <VarnelSEMS/Linux/SystemProxies.h>
 
-#include <VarnelSEMS/WebURL.h>
+#include <VarnelSEMS/HTTPSession.h>
 
 #include <QHostAddress>
 #include <QNetworkProxyQuery>

@@ -5,8 +5,6 @@
 namespace Varnel {
 namespace {
 
-using namespace Qt::StringLiterals;
-
 class AttemptsEndToEnd : public EndToEndTest {
 protected:
     /// The log as the files of the attempts folder hold it: a line for each request, below it what else it says when
@@ -20,18 +18,20 @@ protected:
             before = more;
         }
         return QByteArray::fromStdString(text)
-            .replace(session.legacyTokenHeader.value_or(u"none"_s).toUtf8(), "<session>")
+            .replace(session.legacyTokenHeader.value_or(QStringLiteral("none")).toUtf8(), "<session>")
             .replace(session.token.toUtf8(), "<token>");
     }
 };
 
 TEST_F(AttemptsEndToEnd, WhatFailsEverywhereWasTriedInThisOrderAndTheLastErrorCounts) {
-    const auto own = std::make_shared<SEMSAPIClient>(base(u"own"_s), http, time, endpoints);
+    const auto own = std::make_shared<SEMSAPIClient>(base(QStringLiteral("own")), http, time, endpoints);
     using Call = std::function<std::string(const SEMSSession&)>;
     const Call signIn = [&](auto&) { return errorOf(await(own->signIn(account, password))); };
     const Call stations = [&](auto& session) { return errorOf(await(client->fetchPowerStations(session))); };
-    const Call detail = [&](auto& session) { return errorOf(reading(session, u" s&1/é "_s)); };
-    const Call day = [&](auto& session) { return errorOf(await(client->fetchTodayOutputSeries(session, u"s&1"_s))); };
+    const Call detail = [&](auto& session) { return errorOf(reading(session, QStringLiteral(" s&1/é "))); };
+    const Call day = [&](auto& session) {
+        return errorOf(await(client->fetchTodayOutputSeries(session, QStringLiteral("s&1"))));
+    };
     const struct {
         const char* name;
         SEMSAuthMode mode;
@@ -49,8 +49,8 @@ TEST_F(AttemptsEndToEnd, WhatFailsEverywhereWasTriedInThisOrderAndTheLastErrorCo
         SCOPED_TRACE(row.name);
         simulator.behaviour().faults.clear();
         const SEMSSession session = signedIn(row.mode);
-        answer(u"*"_s, 404, {}, u"json"_s);
-        answer(u"*"_s, 401);
+        answer(QStringLiteral("*"), 404, {}, QStringLiteral("json"));
+        answer(QStringLiteral("*"), 401);
         EXPECT_THAT(row.call(session), testing::HasSubstr("Authentication failed."));
         const QString file = QStringLiteral(VARNEL_ATTEMPTS_FOLDER "/%1.txt").arg(QLatin1String(row.name));
         EXPECT_EQ(attempts(session).toStdString(), Testing::contentOf(file).toStdString());

@@ -5,14 +5,12 @@
 namespace Varnel {
 namespace {
 
-using namespace Qt::StringLiterals;
-
 class ReadingEndToEnd : public EndToEndTest {};
 
 TEST_F(ReadingEndToEnd, WithoutAPreferenceTheFirstStationIsRead) {
     const SEMSSession session = signedIn(SEMSAuthMode::openAPI);
     simulator.behaviour().todayOutputKWh = 12.3;
-    for (const std::optional<QString>& none : {std::optional<QString>(), std::optional(u" "_s)}) {
+    for (const std::optional<QString>& none : {std::optional<QString>(), std::optional(QStringLiteral(" "))}) {
         const PowerReading read = await(client->fetchCurrentPower(session, none)).value();
         EXPECT_EQ(read, (PowerReading{read.kilowatts, 12.3, stationID, time.now()}));
         EXPECT_NEAR(read.kilowatts, Simulator::SunCurve::powerKW(8.2, QTime(12, 0)), 0.001);
@@ -45,12 +43,12 @@ TEST_F(ReadingEndToEnd, TheSearchForTheDayEndsWithAnAnswerWithTheConnectionAndAf
     EXPECT_EQ(asked().size(), 2U);
     EXPECT_TRUE(simulator.log().requests().back().body.contains(R"("count":1,"date":"2026-06-01")"));
 
-    disturb(FaultKind::cut, u"*ByDay*"_s);
+    disturb(FaultKind::cut, QStringLiteral("*ByDay*"));
     EXPECT_EQ(reading(session).value().todayOutputKWh, std::nullopt);
     EXPECT_EQ(asked().size(), 4U);
 
     simulator.behaviour().faults.clear();
-    answer(u"*ByDay*"_s, 500);
+    answer(QStringLiteral("*ByDay*"), 500);
     http.onSend = [this] { time.jumpTo(time.now() + Seconds(11)); };
     EXPECT_EQ(reading(session).value().todayOutputKWh, std::nullopt);
     EXPECT_EQ(asked().size(), 8U);
@@ -70,13 +68,13 @@ TEST_F(ReadingEndToEnd, TheSeriesIsTheFirstCurveThatADayEndpointHolds) {
     }
     simulator.log().clear();
     simulator.behaviour().shape.dayForm = Simulator::DayForm::totals;
-    answer(u"*v3*"_s, 200, uR"({"data":{"pacs":[{"pac":0},{"pac":1500}]}})"_s);
+    answer(QStringLiteral("*v3*"), 200, QStringLiteral(R"({"data":{"pacs":[{"pac":0},{"pac":1500}]}})"));
     EXPECT_EQ(series().value(), (std::vector<double>{0, 1.5}));
     EXPECT_EQ(asked().size(), 3U);
 
     simulator.behaviour().faults.clear();
     EXPECT_EQ(series().value(), std::nullopt);
-    answer(u"*"_s, 500);
+    answer(QStringLiteral("*"), 500);
     EXPECT_EQ(errorOf(series()), "SEMS API returned HTTP 500.");
 }
 

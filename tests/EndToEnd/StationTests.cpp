@@ -3,14 +3,14 @@
 namespace Varnel {
 namespace {
 
-using namespace Qt::StringLiterals;
-
 class StationsEndToEnd : public EndToEndTest {};
 
 TEST_F(StationsEndToEnd, TheSizeIsThatOfThePreferredStation) {
     const SEMSSession session = signedIn(SEMSAuthMode::legacyPortal);
     const std::pair<std::optional<QString>, double> rows[] = {
-        {u" 6f1c2a34-58be-4d0e-9a57-2b8c41d7e002 "_s, 3.0}, {u"unknown"_s, 8.2}, {std::nullopt, 8.2}};
+        {QStringLiteral(" 6f1c2a34-58be-4d0e-9a57-2b8c41d7e002 "), 3.0},
+        {QStringLiteral("unknown"), 8.2},
+        {std::nullopt, 8.2}};
     for (const auto& [preferred, size] : rows) {
         EXPECT_EQ(await(client->fetchSystemSizeKW(session, preferred)).value(), size);
     }

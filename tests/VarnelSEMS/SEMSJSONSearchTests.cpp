@@ -1,12 +1,9 @@
 #include <VarnelSEMS/SEMSJSONSearch.h>
-#include <VarnelSEMS/SEMSSeriesIndex.h>
 
 #include <gtest/gtest.h>
 
 namespace Varnel {
 namespace {
-
-using namespace Qt::StringLiterals;
 
 JSON parsed(const char* text) {
     return parseJSON(text).value();
@@ -19,15 +16,15 @@ TEST(SEMSJSONSearch, FindsTheFirstKeyOfTheListThatHasAText) {
         QStringList keys;
         std::optional<QString> expected;
     } rows[] = {
-        {{u"token"_s}, u"top"_s},
-        {{u"accessToken"_s, u"token"_s}, u"deep"_s},
-        {{u"missing"_s, u"UID"_s}, u"1234567890123"_s},
-        {{u"flag"_s, u"ratio"_s}, u"0.25"_s},
-        {{u"whole"_s}, u"12"_s},
-        {{u"list"_s, u"empty"_s, u"token"_s}, u""_s},
-        {{u"A.access_token"_s}, u"deep"_s},
-        {{u".a..accesstoken."_s}, u"deep"_s},
-        {{u"list.b.uid"_s, u"a.missing"_s}, std::nullopt},
+        {{QStringLiteral("token")}, QStringLiteral("top")},
+        {{QStringLiteral("accessToken"), QStringLiteral("token")}, QStringLiteral("deep")},
+        {{QStringLiteral("missing"), QStringLiteral("UID")}, QStringLiteral("1234567890123")},
+        {{QStringLiteral("flag"), QStringLiteral("ratio")}, QStringLiteral("0.25")},
+        {{QStringLiteral("whole")}, QStringLiteral("12")},
+        {{QStringLiteral("list"), QStringLiteral("empty"), QStringLiteral("token")}, QStringLiteral("")},
+        {{QStringLiteral("A.access_token")}, QStringLiteral("deep")},
+        {{QStringLiteral(".a..accesstoken.")}, QStringLiteral("deep")},
+        {{QStringLiteral("list.b.uid"), QStringLiteral("a.missing")}, std::nullopt},
         {{}, std::nullopt},
     };
     for (const auto& row : rows) {
@@ -60,19 +57,19 @@ TEST(SEMSJSONSearch, CoercesToIntegersAndBooleans) {
     };
     for (const auto& row : rows) {
         const JSON reply = {{"data", {{"Co_de", parsed(row.value)}}}};
-        EXPECT_EQ(SEMSJSONSearch::firstInt(reply, {u"code"_s}), row.integer) << row.value;
-        EXPECT_EQ(SEMSJSONSearch::firstBool(reply, {u"data.code"_s}), row.boolean) << row.value;
+        EXPECT_EQ(SEMSJSONSearch::firstInt(reply, {QStringLiteral("code")}), row.integer) << row.value;
+        EXPECT_EQ(SEMSJSONSearch::firstBool(reply, {QStringLiteral("data.code")}), row.boolean) << row.value;
     }
 }
 
 TEST(SEMSJSONSearch, FindsDictionariesAndPaths) {
     const JSON reply = parsed(R"({"data":[1],"result":{"DATA":{"pac":7}},"info":{"p_ac":null}})");
-    const JSON* found = SEMSJSONSearch::firstDictionary(reply, {u"data"_s, u"result"_s});
+    const JSON* found = SEMSJSONSearch::firstDictionary(reply, {QStringLiteral("data"), QStringLiteral("result")});
     EXPECT_EQ(found, &reply["result"]);
-    EXPECT_EQ(SEMSJSONSearch::value(reply, u"result.data.pac"_s), &reply["result"]["DATA"]["pac"]);
-    EXPECT_EQ(SEMSJSONSearch::value(reply, u"info.pac"_s), &reply["info"]["p_ac"]);
-    EXPECT_EQ(SEMSJSONSearch::value(reply, u"data.pac"_s), nullptr);
-    EXPECT_EQ(SEMSJSONSearch::firstDictionary(reply, {u"result.data.pac"_s}), nullptr);
+    EXPECT_EQ(SEMSJSONSearch::value(reply, QStringLiteral("result.data.pac")), &reply["result"]["DATA"]["pac"]);
+    EXPECT_EQ(SEMSJSONSearch::value(reply, QStringLiteral("info.pac")), &reply["info"]["p_ac"]);
+    EXPECT_EQ(SEMSJSONSearch::value(reply, QStringLiteral("data.pac")), nullptr);
+    EXPECT_EQ(SEMSJSONSearch::firstDictionary(reply, {QStringLiteral("result.data.pac")}), nullptr);
 }
 
 TEST(SEMSJSONSearch, PassesOverADigitStringThatNoDoubleHolds) {
@@ -107,22 +104,6 @@ TEST(SEMSJSONSearch, PrefersTheCurveThatTheSunDraws) {
     for (const auto& row : rows) {
         const JSON reply = {{"power", {{"a", row.other}, {"b", sunDay}}}};
         EXPECT_EQ(SEMSJSONSearch::extractTodayPowerSeriesKW(reply), sunDay.get<std::vector<double>>()) << row.name;
-    }
-}
-
-TEST(SEMSSeriesIndex, ReadsTimesAndIndexes) {
-    const auto order = [](const char* text) {
-        const auto index = parsedSeriesIndex(QLatin1String(text));
-        return index ? std::optional(index->order) : std::nullopt;
-    };
-    EXPECT_EQ(order("12:05"), 12 * 3600 + 300);
-    EXPECT_EQ(order(" 7 "), 7);
-    EXPECT_EQ(order("t_0935"), 935);
-    EXPECT_LT(order("12/31/2024 23:59:00"), order("01/01/2025 00:00:00"));
-    EXPECT_LT(order("06/ 9/2025  9:05:59"), order("06/09/2025 09:06:00"));
-    EXPECT_LT(order("2025-06-21T12:05"), order("2025-06-22T00:00"));
-    for (const char* text : {"", "pac", "vpv1", "25:00", "12:60", "2025-06-21", "-1", "1.5", "999999999999999999999"}) {
-        EXPECT_EQ(order(text), std::nullopt) << text;
     }
 }
 

@@ -1,4 +1,4 @@
-#include <VarnelSEMS/LegacyTokenHeader.h>
+#include <VarnelSEMS/SEMSSession.h>
 
 namespace Varnel {
 

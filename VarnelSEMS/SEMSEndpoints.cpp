@@ -1,7 +1,7 @@
-#include <VarnelSEMS/LegacyBase.h>
+#include <VarnelSEMS/SEMSEndpoints.h>
 
+#include <VarnelSEMS/HTTPSession.h>
 #include <VarnelSEMS/SEMSJSONSearch.h>
-#include <VarnelSEMS/WebURL.h>
 
 #include <algorithm>
 
