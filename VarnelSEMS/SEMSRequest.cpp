@@ -43,11 +43,6 @@ void applyAuthHeaders(HTTPRequest& request, const SEMSSession& session) {
     }
 }
 
-bool standsForItself(char byte) {
-    return (byte >= 'A' && byte <= 'Z') || (byte >= 'a' && byte <= 'z') || (byte >= '0' && byte <= '9') ||
-           byte == '-' || byte == '.' || byte == '_' || byte == '~';
-}
-
 QString describedValue(const JSON& value) {
     return value.is_string() ? textOf(value) : QString::fromUtf8(serializedJSON(value));
 }
@@ -67,19 +62,7 @@ void attachBody(HTTPRequest& request, const JSON& body, BodyEncoding encoding) {
 } // namespace
 
 QByteArray formURLEncoded(const QString& text) {
-    const QByteArray bytes = text.toUtf8();
-    QByteArray encoded;
-    encoded.reserve(3 * bytes.size());
-    for (const char byte : bytes) {
-        if (standsForItself(byte)) {
-            encoded += byte;
-        } else if (byte == ' ') {
-            encoded += '+';
-        } else {
-            encoded += '%' + QByteArray(1, byte).toHex().toUpper();
-        }
-    }
-    return encoded;
+    return QUrl::toPercentEncoding(text).replace("%20", "+");
 }
 
 QByteArray formURLEncodedData(const JSON& fields) {
