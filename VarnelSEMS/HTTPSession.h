@@ -16,11 +16,13 @@ namespace Varnel {
 
 /// One HTTP request. Header names fold case: setting a name again replaces its value and its spelling.
 struct HTTPRequest {
+    static constexpr std::chrono::seconds defaultTimeout{12}; ///< in force for every call of the service
+
     QByteArray method; ///< "GET" or "POST"
     QUrl url;
     std::vector<std::pair<QByteArray, QByteArray>> headers; ///< in the order of their first setting
     std::optional<QByteArray> body;
-    std::chrono::milliseconds timeout{60000}; ///< the total time from sending to the last byte of the body
+    std::chrono::milliseconds timeout = defaultTimeout; ///< from sending to the last byte of the body
 
     void setHeader(const QByteArray& name, const QByteArray& value);
 };

@@ -28,8 +28,8 @@ struct SEMSRequest {
     BodyEncoding encoding = BodyEncoding::json;
     std::optional<SEMSSession> authSession = std::nullopt;
     std::vector<std::pair<QByteArray, QByteArray>> extraHeaders; ///< set last, replacing earlier ones
-    std::chrono::milliseconds timeout{12000};                    ///< in total; 12 s for every call of the service
-    QString name;                                                ///< in the log; empty takes the path
+    std::chrono::milliseconds timeout = HTTPRequest::defaultTimeout;
+    QString name; ///< in the log; empty takes the path
 };
 
 /// The pattern once per path, in the order of the paths.
