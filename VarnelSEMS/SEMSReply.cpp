@@ -28,13 +28,10 @@ Failure envelopeFailure(const JSON& reply, const QString& fallback) {
 /// Code 1 is a success: one generation of the service counts that way. No code at all is one too.
 bool isSuccessCode(const JSON& reply) {
     const QStringList keys{QStringLiteral("code"), QStringLiteral("status")};
-    if (const auto text = SEMSJSONSearch::firstString(reply, keys)) {
-        static const QStringList accepted{QStringLiteral("0"),  QStringLiteral("1"),       QStringLiteral("200"),
-                                          QStringLiteral("ok"), QStringLiteral("success"), QStringLiteral("true")};
-        return accepted.contains(text->toLower());
-    }
-    const auto number = SEMSJSONSearch::firstInt(reply, keys);
-    return !number || *number == 0 || *number == 1 || *number == 200;
+    const auto code = SEMSJSONSearch::firstString(reply, keys); // a number as text
+    static const QStringList accepted{QStringLiteral("0"),  QStringLiteral("1"),       QStringLiteral("200"),
+                                      QStringLiteral("ok"), QStringLiteral("success"), QStringLiteral("true")};
+    return !code || accepted.contains(code->toLower());
 }
 } // namespace
 
