@@ -1,6 +1,7 @@
 #pragma once
 
 #include <VarnelSEMS/HTTPSession.h>
+#include <VarnelShared/URLError.h>
 
 #include <QNetworkReply>
 #include <QObject>
@@ -11,6 +12,16 @@
 class QNetworkAccessManager;
 
 namespace Varnel {
+
+enum class NetworkState { available, absent };
+
+/// Whether any network beyond the machine itself is up, as the desktop's network service reports it when the
+/// application has loaded that, else as the interfaces say.
+NetworkState currentNetworkState();
+
+/// The platform's error for a reply that brought no usable HTTP answer. `text` is the reply's own error text, which
+/// alone tells some causes apart.
+URLError urlErrorFor(QNetworkReply::NetworkError error, const QString& text, NetworkState state);
 
 /// One request on the wire and the reading of its reply. Reads as the bytes arrive, at most `maximumBodySize` of them,
 /// and ends at its deadline. Destroying it ends the reply.

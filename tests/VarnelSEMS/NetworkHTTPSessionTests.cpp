@@ -3,7 +3,7 @@
 #include "../Support/EventLoop.h"
 #include "../Support/Files.h"
 
-#include <VarnelSEMS/Linux/NetworkErrorMapping.h>
+#include <VarnelSEMS/Linux/NetworkTransfer.h>
 #include <VarnelShared/URLError.h>
 #include <simulator/LoopbackHTTPServer.h>
 
@@ -19,7 +19,6 @@
 namespace Varnel {
 namespace {
 
-using namespace Qt::StringLiterals;
 using Simulator::ServiceRequest;
 using Testing::await;
 using Code = URLError::Code;
@@ -36,7 +35,9 @@ public:
         })
         , m_port(m_server.listen(0)) {}
 
-    QUrl url(const QString& path = u"/"_s) const { return QUrl(u"http://127.0.0.1:%1"_s.arg(m_port) + path); }
+    QUrl url(const QString& path = QStringLiteral("/")) const {
+        return QUrl(QStringLiteral("http://127.0.0.1:%1").arg(m_port) + path);
+    }
 
     std::vector<ServiceRequest> requests;
 
@@ -136,7 +137,8 @@ TEST(NetworkHTTPSession, NothingIsSentWithAControlCharacterOrToNoWebAddress) {
         injected.setHeader("X", value);
         EXPECT_EQ(codeOf(sent(injected)), Code::badURL);
     }
-    for (const QString& address : {u"file:///etc/hostname"_s, u"data:,x"_s, u"http:///x"_s, u"path"_s}) {
+    for (const QString& address : {QStringLiteral("file:///etc/hostname"), QStringLiteral("data:,x"),
+                                   QStringLiteral("http:///x"), QStringLiteral("path")}) {
         EXPECT_EQ(codeOf(sent(request(QUrl(address)))), Code::badURL) << address.toStdString();
     }
     EXPECT_TRUE(server.requests.empty());
@@ -165,7 +167,7 @@ TEST(NetworkHTTPSession, RedirectsStayWithinTheirOrigin) {
             const QByteArray location = "Location: " + row.location + "\r\n";
             socket.write(asked.target == "/old" ? httpReply(row.redirect, {}, location) : httpReply(200, {}));
         });
-        const auto response = sent(request(server.url(u"/old"_s), "POST"));
+        const auto response = sent(request(server.url(QStringLiteral("/old")), "POST"));
         EXPECT_EQ(response.value().statusCode, row.status) << row.location.data();
         const ServiceRequest& last = server.requests.back();
         EXPECT_EQ(last.method + ' ' + last.target, row.last);
@@ -190,7 +192,7 @@ TEST(NetworkHTTPSession, AResetForgetsCookiesAndConnections) {
     EXPECT_EQ(first.value().body, second.value().body);
     EXPECT_EQ(server.requests.back().header("Cookie"), "a=b");
 
-    auto inFlight = session.send(request(server.url(u"/slow"_s)));
+    auto inFlight = session.send(request(server.url(QStringLiteral("/slow"))));
     EXPECT_TRUE(Testing::waitUntil([&slow] { return !slow.isEmpty(); }));
     session.reset();
     EXPECT_NE(await(session.send(request(server.url()))).value().body, first.value().body);
@@ -218,15 +220,15 @@ TEST(NetworkHTTPSession, GoesThroughTheSystemsProxyAndGoesWithoutItWhenItIsNotFo
     LoopbackServer proxy([](QTcpSocket& socket, auto&) { socket.write(httpReply(200, "from the proxy")); });
     QTcpSocket* asked = nullptr;
     LoopbackServer silent([&asked](QTcpSocket& socket, auto&) { asked = &socket; });
-    HTTPRequest outside = request(QUrl(u"http://varnel.invalid/path"_s));
+    HTTPRequest outside = request(QUrl(QStringLiteral("http://varnel.invalid/path")));
 
-    qputenv("http_proxy", "pac+" + silent.url(u"/proxy.pac"_s).toEncoded());
+    qputenv("http_proxy", "pac+" + silent.url(QStringLiteral("/proxy.pac")).toEncoded());
     int ticks = 0;
     QTimer ticking;
     QObject::connect(&ticking, &QTimer::timeout, [&ticks] { ++ticks; });
     ticking.start(10);
     QUrl elsewhere = proxy.url(); // this machine too, but no loopback address
-    elsewhere.setHost(u"0.0.0.0"_s);
+    elsewhere.setHost(QStringLiteral("0.0.0.0"));
     HTTPRequest withoutProxy = request(elsewhere);
     withoutProxy.timeout = std::chrono::milliseconds(900);
     EXPECT_TRUE(sent(withoutProxy).has_value());
@@ -254,12 +256,12 @@ TEST(NetworkHTTPSession, ASelfSignedCertificateIsRefused) {
     QSslServer server;
     server.setSslConfiguration(configuration);
     ASSERT_TRUE(server.listen(QHostAddress::LocalHost));
-    const auto response = sent(request(QUrl(u"https://127.0.0.1:%1/"_s.arg(server.serverPort()))));
+    const auto response = sent(request(QUrl(QStringLiteral("https://127.0.0.1:%1/").arg(server.serverPort()))));
     ASSERT_EQ(codeOf(response), Code::secureConnectionFailed);
-    EXPECT_TRUE(response.error().localizedDescription().contains(u"self-signed"_s));
+    EXPECT_TRUE(response.error().localizedDescription().contains(QStringLiteral("self-signed")));
 }
 
-TEST(NetworkErrorMapping, WhatTheLoopbackCannotShow) {
+TEST(NetworkTransfer, WhatTheLoopbackCannotShow) {
     using Reply = QNetworkReply;
     const struct {
         Reply::NetworkError error;
@@ -269,9 +271,11 @@ TEST(NetworkErrorMapping, WhatTheLoopbackCannotShow) {
     } rows[] = {
         {Reply::HostNotFoundError, {}, NetworkState::available, Code::cannotFindHost},
         {Reply::HostNotFoundError, {}, NetworkState::absent, Code::notConnectedToInternet},
-        {Reply::UnknownNetworkError, u"Network unreachable"_s, NetworkState::absent, Code::notConnectedToInternet},
-        {Reply::UnknownNetworkError, u"Host unreachable"_s, NetworkState::available, Code::cannotConnectToHost},
-        {Reply::UnknownNetworkError, u"Proxy refused"_s, NetworkState::available, Code::unknown},
+        {Reply::UnknownNetworkError, QStringLiteral("Network unreachable"), NetworkState::absent,
+         Code::notConnectedToInternet},
+        {Reply::UnknownNetworkError, QStringLiteral("Host unreachable"), NetworkState::available,
+         Code::cannotConnectToHost},
+        {Reply::UnknownNetworkError, QStringLiteral("Proxy refused"), NetworkState::available, Code::unknown},
         {Reply::TimeoutError, {}, NetworkState::available, Code::timedOut},
     };
     for (const auto& row : rows) {
