@@ -9,7 +9,7 @@
 #include <VarnelSEMS/HTTPSession.h>
 #include <VarnelSEMS/SEMSEndpoints.h>
 #include <VarnelSecurity/KeychainServices.h>
-#include <VarnelSettings/LoginItem.h>
+#include <VarnelSettings/LaunchAtLoginManager.h>
 #include <VarnelSettings/UserDefaults.h>
 #include <VarnelShared/Clock.h>
 #include <VarnelStatusMenu/StatusItem.h>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <VarnelAppSupport/OutputHistorySnapshot.h>
+#include <VarnelAppSupport/OutputHistoryArchive.h>
 
 #include <optional>
 #include <vector>

@@ -12,7 +12,7 @@
 #include <VarnelSecurity/Linux/FileKeychain.h>
 #include <VarnelSecurity/Linux/SecretServiceKeychain.h>
 #include <VarnelSettings/Linux/AutostartLoginItem.h>
-#include <VarnelSettings/Linux/IniUserDefaults.h>
+#include <VarnelSettings/UserDefaults.h>
 #include <VarnelShared/SystemTime.h>
 #include <VarnelShared/TerminationSignals.h>
 #include <VarnelStatusMenu/Linux/SessionStatusItem.h>
@@ -45,7 +45,7 @@ int run(SingleInstance& instance) {
     const QString identifier = QString::fromLatin1(BundleInfo::applicationIdentifier);
     const SystemClock clock;
     SystemTimers timers(clock);
-    IniUserDefaults userDefaults(installation.userDefaultsFile);
+    UserDefaults userDefaults(installation.userDefaultsFile);
     SecretServiceKeychain secretService;
     FileKeychain passwordFile(installation.passwordFile);
     DesktopKeychain keychain(secretService, passwordFile);

@@ -1,6 +1,5 @@
 #include <VarnelAppSupport/OutputHistoryStore.h>
 
-#include <VarnelAppSupport/OutputHistoryArchive.h>
 #include <VarnelShared/Calendar.h>
 #include <VarnelShared/PrivateFiles.h>
 #include <VarnelShared/Text.h>

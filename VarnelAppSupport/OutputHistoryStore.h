@@ -1,6 +1,6 @@
 #pragma once
 
-#include <VarnelAppSupport/OutputHistorySnapshot.h>
+#include <VarnelAppSupport/OutputHistoryArchive.h>
 
 #include <QString>
 
@@ -8,8 +8,6 @@
 #include <vector>
 
 namespace Varnel {
-
-struct OutputHistoryArchive;
 
 /// Keeps each day's power samples, by account and station, in the one file "output-history.json". The file is a cache
 /// and the only state: every call reads it whole, and no call reports a failure. A file that is missing, unreadable or

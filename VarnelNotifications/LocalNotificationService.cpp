@@ -107,7 +107,7 @@ NotificationRequest LocalNotificationService::request(ProductionNotificationEven
     return {QStringLiteral("varnel.%1.%2")
                 .arg(QLatin1String(text.identifierWord), QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper()),
             QString::fromLatin1(text.title),
-            QString::fromLatin1(text.body).replace(QLatin1String("%1"), formatPower(kilowatts))};
+            QString::fromLatin1(text.body).replace(QStringLiteral("%1"), formatPower(kilowatts))};
 }
 
 QString LocalNotificationService::formatPower(double kilowatts) const {

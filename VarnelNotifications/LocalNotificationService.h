@@ -1,7 +1,7 @@
 #pragma once
 
 #include <VarnelNotifications/NotificationCenter.h>
-#include <VarnelNotifications/ProductionNotificationEvent.h>
+#include <VarnelNotifications/ProductionNotificationEvaluator.h>
 
 #include <QLocale>
 

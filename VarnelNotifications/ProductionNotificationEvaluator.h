@@ -1,11 +1,16 @@
 #pragma once
 
-#include <VarnelNotifications/ProductionNotificationEvent.h>
-
 #include <cstdint>
 #include <vector>
 
 namespace Varnel {
+
+/// What the readings say about the day's production.
+enum class ProductionNotificationEvent {
+    productionStarted,              ///< the power turned positive after a reading that was not
+    productionEnded,                ///< the power stayed negative for more readings in a row than are tolerated
+    productionRiseAboveOneKilowatt, ///< the power exceeded the threshold for the first time in this session
+};
 
 /// Turns successive power readings into production events. A production session lasts from a positive reading to the
 /// end event or a reset.

@@ -1,7 +1,6 @@
 #include <VarnelPreferences/AccountPane.h>
 
 #include <VarnelPreferences/PaneWidgets.h>
-#include <VarnelPreferences/StateLine.h>
 
 #include <QApplication>
 #include <QHBoxLayout>

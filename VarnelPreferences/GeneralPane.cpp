@@ -1,7 +1,6 @@
 #include <VarnelPreferences/GeneralPane.h>
 
 #include <VarnelPreferences/PaneWidgets.h>
-#include <VarnelPreferences/StateLine.h>
 
 #include <QSpinBox>
 

@@ -1,7 +1,6 @@
 #include <VarnelPreferences/NotificationsPane.h>
 
 #include <VarnelPreferences/PaneWidgets.h>
-#include <VarnelPreferences/StateLine.h>
 
 #include <QVBoxLayout>
 
@@ -19,6 +18,23 @@ StateLine::Sign signOf(NotificationPermission permission) {
         return StateLine::Sign::good;
     }
     return StateLine::Sign::none;
+}
+
+/// The state, and what to do about it where there is something to do.
+QString textOf(NotificationPermission permission) {
+    switch (permission) {
+    case NotificationPermission::notInstalled:
+        return QStringLiteral("Varnel shows notifications once it is installed.");
+    case NotificationPermission::noService:
+        return QStringLiteral("No notification service is running, so nothing can be shown. Start the notification "
+                              "service of your desktop, or install one.");
+    case NotificationPermission::denied:
+        return QStringLiteral("Notifications are blocked. Allow them for Varnel in the notification settings of your "
+                              "desktop.");
+    case NotificationPermission::authorized:
+        return QStringLiteral("Notifications are allowed.");
+    }
+    return {};
 }
 } // namespace
 
@@ -44,7 +60,7 @@ void NotificationsPane::showPermission() {
     const std::optional<NotificationPermission> permission = m_form.notificationPermission();
     m_permission->setVisible(permission.has_value());
     if (permission) {
-        m_permission->setState(signOf(*permission), notificationPermissionText(*permission));
+        m_permission->setState(signOf(*permission), textOf(*permission));
     }
 }
 

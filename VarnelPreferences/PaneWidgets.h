@@ -33,6 +33,25 @@ private:
     int m_columns;
 };
 
+/// A state in words, with a small sign before it whose shape, not only its colour, tells the kind.
+class StateLine final : public QWidget {
+    Q_OBJECT
+
+public:
+    enum class Sign { none, good, off, warning };
+
+    /// `columns` is the width of the text in average characters.
+    explicit StateLine(int columns);
+
+    void setState(Sign sign, const QString& text);
+
+private:
+    class SignWidget;
+
+    SignWidget* m_sign;
+    ParagraphLabel* m_text;
+};
+
 /// A paragraph in small type that explains the switch above it, in line with that one's text.
 ParagraphLabel* makeHint(const QString& text);
 

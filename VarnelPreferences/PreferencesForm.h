@@ -1,7 +1,6 @@
 #pragma once
 
 #include <VarnelPreferences/ConnectionState.h>
-#include <VarnelPreferences/NotificationPermission.h>
 #include <VarnelPreferences/PreferencesHandlers.h>
 #include <VarnelShared/Clock.h>
 

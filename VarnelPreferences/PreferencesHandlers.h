@@ -8,6 +8,17 @@
 
 namespace Varnel {
 
+/// The pane that the preferences window opens on. The values are the positions of the tabs.
+enum class PreferencesInitialTab { general = 0, account = 1, notifications = 2 };
+
+/// What stands between the notification switches and a notification on the screen.
+enum class NotificationPermission {
+    notInstalled, ///< only the installed application has a name to notify under
+    noService,    ///< the desktop runs no notification service
+    denied,
+    authorized,
+};
+
 /// What the preferences window asks of its owner. All are called on the main thread and may destroy the window's
 /// controller. `save`, `autoSave` and `signOut` must be set.
 struct PreferencesHandlers {

@@ -1,8 +1,6 @@
 #pragma once
 
-#include <VarnelPreferences/NotificationPermission.h>
 #include <VarnelPreferences/PreferencesHandlers.h>
-#include <VarnelPreferences/PreferencesInitialTab.h>
 #include <VarnelShared/Clock.h>
 
 #include <memory>

@@ -1,7 +1,5 @@
 #include <VarnelSecurity/KeychainStore.h>
 
-#include <VarnelSecurity/KeychainError.h>
-
 #include <QStringDecoder>
 #include <QStringEncoder>
 
@@ -23,6 +21,18 @@ std::optional<QString> decoded(const QByteArray& bytes) {
     return decoder.hasError() ? std::nullopt : std::optional(text);
 }
 } // namespace
+
+QString KeychainError::localizedDescription() const {
+    switch (kind) {
+    case Kind::unexpectedStatus:
+        return QStringLiteral("Keychain operation failed with status %1.").arg(status);
+    case Kind::encodingFailed:
+        return QStringLiteral("Failed to encode value for Keychain.");
+    case Kind::decodingFailed:
+        return QStringLiteral("Failed to decode value from Keychain.");
+    }
+    return {};
+}
 
 KeychainStore::KeychainStore(const QString& service, KeychainServices& services)
     : m_service(service)

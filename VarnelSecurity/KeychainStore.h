@@ -8,6 +8,22 @@
 
 namespace Varnel {
 
+/// Why a secret could not be saved, read or deleted.
+struct KeychainError {
+    enum class Kind { unexpectedStatus, encodingFailed, decodingFailed };
+
+    Kind kind;
+    KeychainStatus status = keychainSuccess; ///< for `unexpectedStatus` alone
+
+    static KeychainError unexpectedStatus(KeychainStatus status) { return {Kind::unexpectedStatus, status}; }
+    static KeychainError encodingFailed() { return {Kind::encodingFailed}; }
+    static KeychainError decodingFailed() { return {Kind::decodingFailed}; }
+
+    QString localizedDescription() const;
+
+    bool operator==(const KeychainError&) const = default;
+};
+
 /// Keeps secrets as generic-password items in the user's keychain, one by account, as UTF-8 without a terminator.
 /// All failures are `KeychainError`; nothing is logged.
 class KeychainStore final {

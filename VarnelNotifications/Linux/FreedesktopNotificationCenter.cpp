@@ -1,7 +1,5 @@
 #include <VarnelNotifications/Linux/FreedesktopNotificationCenter.h>
 
-#include <VarnelNotifications/Linux/NotificationClicks.h>
-
 #include <QCoroDBusPendingCall>
 #include <QCoroDBusPendingReply>
 #include <QDBusConnection>
@@ -20,10 +18,10 @@ namespace {
 constexpr int callTimeoutMilliseconds = 3000;
 
 const QString serverName = QStringLiteral("org.freedesktop.Notifications");
+const QString serverPath = QStringLiteral("/org/freedesktop/Notifications");
 
 QDBusMessage serverCall(const char* method) {
-    return QDBusMessage::createMethodCall(serverName, QStringLiteral("/org/freedesktop/Notifications"), serverName,
-                                          QLatin1String(method));
+    return QDBusMessage::createMethodCall(serverName, serverPath, serverName, QLatin1String(method));
 }
 
 /// The reply, or an error message after the time-out.
@@ -53,9 +51,9 @@ QDBusMessage notifyCall(const NotificationSender& sender, const NotificationRequ
                         const QStringList& capabilities) {
     constexpr uint replacesNothing = 0;
     constexpr int serverDecidesWhenItExpires = -1;
-    const bool readsMarkup = capabilities.contains(QLatin1String("body-markup"));
+    const bool readsMarkup = capabilities.contains(QStringLiteral("body-markup"));
     // Some servers without actions show a dialog in place of a notification that has any.
-    const QStringList actions = capabilities.contains(QLatin1String("actions"))
+    const QStringList actions = capabilities.contains(QStringLiteral("actions"))
                                     ? QStringList{QStringLiteral("default"), QStringLiteral("Show")}
                                     : QStringList();
     const QVariantMap hints = {{QStringLiteral("desktop-entry"), sender.desktopEntry},
@@ -70,10 +68,13 @@ QDBusMessage notifyCall(const NotificationSender& sender, const NotificationRequ
 } // namespace
 
 FreedesktopNotificationCenter::FreedesktopNotificationCenter(NotificationSender sender)
-    : m_sender(std::move(sender))
-    , m_clicks(std::make_unique<NotificationClicks>()) {}
-
-FreedesktopNotificationCenter::~FreedesktopNotificationCenter() = default;
+    : m_sender(std::move(sender)) {
+    // Without a service name: to follow its owner, QtDBus would ask the bus for it and wait.
+    QDBusConnection bus = QDBusConnection::sessionBus();
+    bus.connect({}, serverPath, serverName, QStringLiteral("ActionInvoked"), this, SLOT(onActionInvoked(QDBusMessage)));
+    bus.connect({}, serverPath, serverName, QStringLiteral("NotificationClosed"), this,
+                SLOT(onNotificationClosed(QDBusMessage)));
+}
 
 QCoro::Task<NotificationAuthorizationStatus> FreedesktopNotificationCenter::authorizationStatus() {
     const bool isThere = co_await isServerThere();
@@ -90,15 +91,40 @@ QCoro::Task<Result<void>> FreedesktopNotificationCenter::add(NotificationRequest
     const QDBusMessage capabilities = co_await send(serverCall("GetCapabilities"));
     const QDBusMessage call = notifyCall(m_sender, request, capabilities.arguments().value(0).toStringList());
     const QDBusMessage reply = co_await send(call);
-    if (reply.type() != QDBusMessage::ReplyMessage || reply.signature() != QLatin1String("u")) {
+    if (reply.type() != QDBusMessage::ReplyMessage || reply.signature() != QStringLiteral("u")) {
         co_return failure(NotificationServerError{reply.errorMessage()});
     }
-    m_clicks->noteShown(reply);
+    noteShown(reply);
     co_return Result<void>();
 }
 
 void FreedesktopNotificationCenter::setActivationHandler(std::function<void()> activated) {
-    m_clicks->setHandler(std::move(activated));
+    m_activated = std::move(activated);
+}
+
+/// A later click on the notification in the reply is ours.
+void FreedesktopNotificationCenter::noteShown(const QDBusMessage& reply) {
+    if (m_server != reply.service()) {
+        m_server = reply.service();
+        m_shown.clear();
+    }
+    m_shown.insert(reply.arguments().constFirst().toUInt());
+}
+
+void FreedesktopNotificationCenter::onActionInvoked(const QDBusMessage& signal) {
+    if (isOurs(signal) && signal.arguments().value(1).toString() == QStringLiteral("default") && m_activated) {
+        m_activated();
+    }
+}
+
+void FreedesktopNotificationCenter::onNotificationClosed(const QDBusMessage& signal) {
+    if (isOurs(signal)) {
+        m_shown.remove(signal.arguments().constFirst().toUInt());
+    }
+}
+
+bool FreedesktopNotificationCenter::isOurs(const QDBusMessage& signal) const {
+    return signal.service() == m_server && m_shown.contains(signal.arguments().value(0).toUInt());
 }
 
 } // namespace Varnel

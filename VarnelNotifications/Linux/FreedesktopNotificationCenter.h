@@ -2,11 +2,13 @@
 
 #include <VarnelNotifications/NotificationCenter.h>
 
-#include <memory>
+#include <QDBusMessage>
+#include <QObject>
+#include <QSet>
+
+#include <functional>
 
 namespace Varnel {
-
-class NotificationClicks;
 
 /// How the notification server names and draws the program.
 struct NotificationSender {
@@ -27,10 +29,14 @@ struct NotificationServerError {
 ///
 /// Desktops ask nobody for permission, so the answer is whether there is a server: `authorized` when one is on the bus
 /// or the bus can start one, asked anew each time, and `notDetermined` otherwise.
-class FreedesktopNotificationCenter final : public NotificationCenter {
+///
+/// Clicks on our own notifications are told from those on everybody else's: the server sends its signals to all.
+class FreedesktopNotificationCenter final : public QObject, public NotificationCenter {
+    Q_OBJECT
+
 public:
+    /// Listens on the session bus at once.
     explicit FreedesktopNotificationCenter(NotificationSender sender);
-    ~FreedesktopNotificationCenter() override;
 
     QCoro::Task<NotificationAuthorizationStatus> authorizationStatus() override;
     QCoro::Task<Result<bool>> requestAuthorization(NotificationAuthorizationOptions options) override;
@@ -40,9 +46,18 @@ public:
 
     void setActivationHandler(std::function<void()> activated) override;
 
+private Q_SLOTS:
+    void onActionInvoked(const QDBusMessage& signal);
+    void onNotificationClosed(const QDBusMessage& signal);
+
 private:
+    void noteShown(const QDBusMessage& reply);
+    bool isOurs(const QDBusMessage& signal) const;
+
     NotificationSender m_sender;
-    std::unique_ptr<NotificationClicks> m_clicks;
+    QString m_server; ///< the bus's own name of the server; a new server counts its notifications anew
+    QSet<uint> m_shown;
+    std::function<void()> m_activated;
 };
 
 } // namespace Varnel

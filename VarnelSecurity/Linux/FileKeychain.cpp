@@ -103,7 +103,7 @@ KeychainStatus FileKeychain::write(const Items& items) const {
 }
 
 bool FileKeychain::moveAside() const {
-    const QString aside = m_path + QLatin1String(".corrupt");
+    const QString aside = m_path + QStringLiteral(".corrupt");
     return std::rename(QFile::encodeName(m_path).constData(), QFile::encodeName(aside).constData()) == 0;
 }
 

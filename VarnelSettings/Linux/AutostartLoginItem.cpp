@@ -41,7 +41,7 @@ QString programOf(const char* exec) {
     if (!exec || !g_shell_parse_argv(exec, nullptr, &arguments, nullptr)) {
         return {};
     }
-    return QFile::decodeName(arguments[0]).replace(QLatin1String("%%"), QLatin1String("%"));
+    return QFile::decodeName(arguments[0]).replace(QStringLiteral("%%"), QStringLiteral("%"));
 }
 
 bool startsExistingProgram(GKeyFile* entry) {
@@ -67,7 +67,7 @@ QByteArray quotedForExec(const QString& argument) {
 
 AutostartLoginItem::AutostartLoginItem(const QString& autostartFolder, const QString& bundleIdentifier,
                                        const QString& executable)
-    : m_path(autostartFolder + QLatin1Char('/') + bundleIdentifier + QLatin1String(".desktop"))
+    : m_path(autostartFolder + QLatin1Char('/') + bundleIdentifier + QStringLiteral(".desktop"))
     , m_bundleIdentifier(bundleIdentifier)
     , m_executable(executable) {}
 

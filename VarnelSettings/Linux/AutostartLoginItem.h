@@ -1,6 +1,6 @@
 #pragma once
 
-#include <VarnelSettings/LoginItem.h>
+#include <VarnelSettings/LaunchAtLoginManager.h>
 
 #include <QString>
 

@@ -9,7 +9,7 @@
 #include <Varnel/AppDelegate.h>
 
 #include <VarnelSEMS/Linux/NetworkHTTPSession.h>
-#include <VarnelSettings/Linux/IniUserDefaults.h>
+#include <VarnelSettings/UserDefaults.h>
 #include <simulator/SEMSSimulator.h>
 
 #include <QTemporaryDir>
@@ -50,7 +50,7 @@ public:
     Simulator::SEMSSimulator simulator;
     std::unique_ptr<NetworkHTTPSession> http;
     QTemporaryDir dataFolder;
-    IniUserDefaults userDefaults{dataFolder.filePath(QStringLiteral("defaults.ini"))};
+    UserDefaults userDefaults{dataFolder.filePath(QStringLiteral("defaults.ini"))};
     FakeKeychainServices keychain;
     FakeLoginItem loginItem;
     std::shared_ptr<FakeNotificationCenter> notificationCenter = std::make_shared<FakeNotificationCenter>();

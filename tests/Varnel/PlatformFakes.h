@@ -4,7 +4,7 @@
 #include <Varnel/ApplicationShell.h>
 #include <Varnel/SystemEvents.h>
 
-#include <VarnelSettings/LoginItem.h>
+#include <VarnelSettings/LaunchAtLoginManager.h>
 #include <VarnelShared/URLError.h>
 #include <VarnelStatusMenu/StatusItem.h>
 

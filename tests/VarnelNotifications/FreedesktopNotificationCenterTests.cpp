@@ -88,7 +88,7 @@ public:
 
     QString introspect(const QString&) const override { return {}; }
     bool handleMessage(const QDBusMessage& call, const QDBusConnection& connection) override {
-        const bool isNotify = call.member() == QLatin1String("Notify");
+        const bool isNotify = call.member() == QStringLiteral("Notify");
         if (isNotify) {
             notified.push_back(call);
         }

@@ -1,4 +1,3 @@
-#include <VarnelSecurity/KeychainError.h>
 #include <VarnelSecurity/KeychainStore.h>
 
 #include "FakeKeychainServices.h"

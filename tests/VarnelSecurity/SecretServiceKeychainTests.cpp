@@ -14,8 +14,6 @@
 namespace Varnel {
 namespace {
 
-using namespace Qt::StringLiterals;
-
 const QString service = QStringLiteral("com.varnel.menubar");
 const QString account = QStringLiteral("password.me@example.com");
 const KeychainQuery query{service, account};
@@ -80,11 +78,11 @@ TEST_F(SecretServiceKeychainTest, TheFileServesUntilThereIsASecretService) {
 }
 
 TEST_F(SecretServiceKeychainTest, AServiceThatCouldBeStartedCountsAsExisting) {
-    session.setSecretServiceStartable(u"false"_s);
+    session.setSecretServiceStartable(QStringLiteral("false"));
     EXPECT_FALSE(store.saveSecret(QStringLiteral("x"), account));
     EXPECT_FALSE(QFile::exists(path));
-    session.setSecretServiceStartable(
-        u"sleep 1.6; echo | timeout -s KILL 2 gnome-keyring-daemon --foreground --unlock --components=secrets"_s);
+    session.setSecretServiceStartable(QStringLiteral(
+        "sleep 1.6; echo | timeout -s KILL 2 gnome-keyring-daemon --foreground --unlock --components=secrets"));
     SecretServiceKeychain patient;
     EXPECT_TRUE(Testing::await(patient.unlock(query, KeychainAccess::reading))) << "while it takes its time to start";
     session.setSecretServiceStartable({});
@@ -108,10 +106,11 @@ TEST_F(SecretServiceKeychainTest, ALockedKeyringIsToldAndNeverReplacedByTheFile)
 TEST_F(SecretServiceKeychainTest, EachUnlockGetsTheAnswerToItsOwnQuestion) {
     session.startKeyring();
     storeFromOutside(service, "behind the lock");
-    secretTool({u"store"_s, u"--label=x"_s, u"--collection=session"_s}, u"other"_s, "never locked");
+    secretTool({QStringLiteral("store"), QStringLiteral("--label=x"), QStringLiteral("--collection=session")},
+               QStringLiteral("other"), "never locked");
     session.lockKeyring();
     auto locked = secretService.unlock(query, KeychainAccess::reading);
-    auto open = secretService.unlock({u"other"_s, account}, KeychainAccess::reading);
+    auto open = secretService.unlock({QStringLiteral("other"), account}, KeychainAccess::reading);
     EXPECT_FALSE(Testing::await(std::move(locked)));
     EXPECT_TRUE(Testing::await(std::move(open)));
 }

@@ -1,5 +1,5 @@
 #include <VarnelSettings/AppSettingsStore.h>
-#include <VarnelSettings/Linux/IniUserDefaults.h>
+#include <VarnelSettings/UserDefaults.h>
 
 #include "../Support/Files.h"
 
@@ -25,14 +25,14 @@ AppSettings unusualSettings() {
     return settings;
 }
 
-class IniUserDefaultsTest : public testing::Test {
+class UserDefaultsTest : public testing::Test {
 protected:
     QTemporaryDir folder;
     QString path = folder.filePath(QStringLiteral("a/b/defaults.ini"));
 };
 
-TEST_F(IniUserDefaultsTest, WritesTheRecordAtOnceIntoAPrivateFolder) {
-    IniUserDefaults defaults(path);
+TEST_F(UserDefaultsTest, WritesTheRecordAtOnceIntoAPrivateFolder) {
+    UserDefaults defaults(path);
     AppSettingsStore store(defaults);
     EXPECT_EQ(store.load(), AppSettings::defaults());
     EXPECT_FALSE(QFile::exists(path));
@@ -46,11 +46,11 @@ TEST_F(IniUserDefaultsTest, WritesTheRecordAtOnceIntoAPrivateFolder) {
     }
     store.save(unusualSettings());
     EXPECT_EQ(store.load(), unusualSettings());
-    EXPECT_EQ(IniUserDefaults(path).data(key), encodeAppSettings(unusualSettings()));
+    EXPECT_EQ(UserDefaults(path).data(key), encodeAppSettings(unusualSettings()));
 }
 
-TEST_F(IniUserDefaultsTest, AForeignRecordYieldsTheDefaultsAndIsKeptUntilTheNextSave) {
-    IniUserDefaults defaults(path);
+TEST_F(UserDefaultsTest, AForeignRecordYieldsTheDefaultsAndIsKeptUntilTheNextSave) {
+    UserDefaults defaults(path);
     AppSettingsStore store(defaults);
     for (const char* foreign : {"[]", "{", "", "\xff\x00", R"({"chartScaleMode": "Fixed"})"}) {
         defaults.setData(key, foreign);
@@ -62,25 +62,25 @@ TEST_F(IniUserDefaultsTest, AForeignRecordYieldsTheDefaultsAndIsKeptUntilTheNext
     EXPECT_EQ(defaults.data(QStringLiteral("another")), std::nullopt);
 }
 
-TEST_F(IniUserDefaultsTest, OtherKindsOfValueCountAsAbsentAndStay) {
+TEST_F(UserDefaultsTest, OtherKindsOfValueCountAsAbsentAndStay) {
     for (const char* value : {R"("{\"pollIntervalSeconds\": 30}")", "42", "a, b", "@Variant(broken"}) {
         const QByteArray content = QByteArray("[General]\nvarnel.settings.v1=") + value + "\nother=kept\n";
         putFile(path, content);
-        IniUserDefaults defaults(path);
+        UserDefaults defaults(path);
         EXPECT_EQ(AppSettingsStore(defaults).load(), AppSettings::defaults()) << value;
         EXPECT_EQ(contentOf(path), content);
     }
     putFile(path, "\x00\xff not an INI file at all \n[");
-    IniUserDefaults defaults(path);
+    UserDefaults defaults(path);
     AppSettingsStore(defaults).save(unusualSettings());
-    IniUserDefaults reopened(path);
+    UserDefaults reopened(path);
     EXPECT_EQ(AppSettingsStore(reopened).load(), unusualSettings());
 }
 
-TEST_F(IniUserDefaultsTest, AFileThatCannotBeWrittenKeepsTheValueForThisRun) {
+TEST_F(UserDefaultsTest, AFileThatCannotBeWrittenKeepsTheValueForThisRun) {
     const QString blocker = folder.filePath(QStringLiteral("a"));
     putFile(blocker, "a file where the folder would be");
-    IniUserDefaults unwritable(path);
+    UserDefaults unwritable(path);
     AppSettingsStore store(unwritable);
     store.save(unusualSettings());
     EXPECT_EQ(store.load(), unusualSettings());

@@ -1,4 +1,4 @@
-#include <VarnelSettings/Linux/IniUserDefaults.h>
+#include <VarnelSettings/UserDefaults.h>
 
 #include <VarnelShared/PrivateFiles.h>
 
@@ -6,15 +6,15 @@
 
 namespace Varnel {
 
-IniUserDefaults::IniUserDefaults(const QString& path)
+UserDefaults::UserDefaults(const QString& path)
     : m_settings(path, QSettings::IniFormat) {}
 
-std::optional<QByteArray> IniUserDefaults::data(const QString& key) const {
+std::optional<QByteArray> UserDefaults::data(const QString& key) const {
     const QVariant value = m_settings.value(key);
     return value.typeId() == QMetaType::QByteArray ? std::optional(value.toByteArray()) : std::nullopt;
 }
 
-void IniUserDefaults::setData(const QString& key, const QByteArray& bytes) {
+void UserDefaults::setData(const QString& key, const QByteArray& bytes) {
     m_settings.setValue(key, bytes);
     // Made here because the settings class would make the folder with the mode of the umask.
     if (createPrivateFolder(QFileInfo(m_settings.fileName()).absolutePath())) {
