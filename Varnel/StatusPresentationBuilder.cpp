@@ -1,5 +1,7 @@
 #include <Varnel/StatusPresentationBuilder.h>
 
+#include <VarnelShared/Text.h>
+
 #include <QRegularExpression>
 
 #include <algorithm>
@@ -27,7 +29,7 @@ QString StatusPresentationBuilder::formatPowerDisplay(double kilowatts) const {
     if (shown < smallestShownInKilowatts) {
         return QString::number(std::lround(shown * wattsPerKilowatt)) + QLatin1String(" W");
     }
-    return m_locale.toString(shown, 'f', 2) + QLatin1String(" kW");
+    return kilowattsText(shown, m_locale);
 }
 
 QString StatusPresentationBuilder::formatEnergyDisplay(double kilowattHours) const {

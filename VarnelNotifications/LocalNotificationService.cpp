@@ -1,5 +1,7 @@
 #include <VarnelNotifications/LocalNotificationService.h>
 
+#include <VarnelShared/Text.h>
+
 #include <QUuid>
 
 #include <utility>
@@ -111,7 +113,7 @@ NotificationRequest LocalNotificationService::request(ProductionNotificationEven
 }
 
 QString LocalNotificationService::formatPower(double kilowatts) const {
-    return m_locale.toString(kilowatts, 'f', 2) + QStringLiteral(" kW");
+    return kilowattsText(kilowatts, m_locale);
 }
 
 } // namespace Varnel

@@ -14,4 +14,8 @@ QString firstCharacters(const QString& text, int count) {
     return text.left(finder.position());
 }
 
+QString kilowattsText(double kilowatts, const QLocale& locale) {
+    return locale.toString(kilowatts, 'f', 2) + QStringLiteral(" kW");
+}
+
 } // namespace Varnel

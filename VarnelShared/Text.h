@@ -2,6 +2,8 @@
 
 #include <QString>
 
+class QLocale;
+
 namespace Varnel {
 
 /// The text without Unicode white space and newlines at both ends. Accounts, station identifiers, base URLs and
@@ -12,5 +14,8 @@ inline QString trimmed(const QString& text) {
 
 /// The first `count` characters as a person counts them: neither a surrogate pair nor a letter and its accent is split.
 QString firstCharacters(const QString& text, int count);
+
+/// A power as "1.23 kW": two decimals, in the number format of `locale`.
+QString kilowattsText(double kilowatts, const QLocale& locale);
 
 } // namespace Varnel
