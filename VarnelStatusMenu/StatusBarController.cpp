@@ -7,15 +7,13 @@ namespace Varnel {
 StatusBarController::StatusBarController(std::unique_ptr<StatusItem> statusItem)
     : m_statusItem(std::move(statusItem)) {
     m_statusItem->setCommandHandler([this](StatusMenuCommand command) { handleCommand(command); });
-    m_statusItem->setTitle(m_presentation.title);
-    m_statusItem->setMenu(statusMenu(m_presentation));
+    m_statusItem->show({m_presentation.title, {}, statusMenu(m_presentation)});
 }
 
 void StatusBarController::update(const StatusPresentation& presentation) {
     m_presentation = presentation;
-    m_statusItem->setTitle(presentation.title);
-    m_statusItem->setToolTip(QStringLiteral("Current Output: ") + presentation.outputValue);
-    m_statusItem->setMenu(statusMenu(presentation));
+    m_statusItem->show(
+        {presentation.title, QStringLiteral("Current Output: ") + presentation.outputValue, statusMenu(presentation)});
 }
 
 void StatusBarController::showWindow() {

@@ -1,15 +1,24 @@
 #pragma once
 
-#include <VarnelStatusMenu/StatusMenu.h>
+#include <VarnelStatusMenu/Menu/StatusMenu.h>
 
 #include <functional>
 
 namespace Varnel {
 
+/// All that the item shows at one time.
+struct StatusItemContent {
+    QString title;   ///< the text in the panel
+    QString toolTip; ///< empty: none
+    StatusMenu menu;
+    bool operator==(const StatusItemContent&) const = default;
+};
+
 /// The application's one item in the desktop's status area. A port; every implementation
-/// - shows `title` in the panel in whatever form its host can (a label, a picture of the text, a window),
-/// - opens the menu on a left click, with the content of the last `setMenu`; a menu that is open when a new one is set
-///   stays as it is until it closes,
+/// - shows the title in the panel in whatever form its host can (a label, a picture of the text, a window),
+/// - opens the menu on a left click, with the content of the last `show`; a menu that is open when a new one comes
+/// stays
+///   as it is until it closes,
 /// - offers the text form of the menu on a right click where the host draws that menu,
 /// - calls the command handler on the main thread, once per choice.
 class StatusItem {
@@ -19,13 +28,11 @@ public:
     StatusItem& operator=(const StatusItem&) = delete;
     virtual ~StatusItem() = default;
 
-    virtual void setTitle(const QString& title) = 0;
-    virtual void setToolTip(const QString& toolTip) = 0;
-    virtual void setMenu(const StatusMenu& menu) = 0;
+    virtual void show(const StatusItemContent& content) = 0;
     virtual void setCommandHandler(std::function<void(StatusMenuCommand)> handler) = 0;
 
     /// Shows the menu's content in an ordinary window, brought to the front: for a click on a notification and for a
-    /// desktop without a status area. The window follows later `setMenu` calls.
+    /// desktop without a status area. The window follows later content.
     virtual void showWindow() = 0;
 };
 

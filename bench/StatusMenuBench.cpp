@@ -1,9 +1,9 @@
 // The status menu with a full day of samples: one frame at 60 Hz is 16.7 ms; and a menu that is set again and again
 // while nobody opens it must not grow.
 
-#include <VarnelStatusMenu/OutputChartMenuView.h>
-#include <VarnelStatusMenu/StatusMenuPresenter.h>
-#include <VarnelStatusMenu/StatusPopupMenu.h>
+#include <VarnelStatusMenu/Chart/OutputChartMenuView.h>
+#include <VarnelStatusMenu/Menu/StatusMenuPresenter.h>
+#include <VarnelStatusMenu/Menu/StatusPopup.h>
 
 #include <QApplication>
 #include <QFile>

@@ -1,7 +1,7 @@
 #include <Varnel/Linux/DesktopApplicationShell.h>
 
 #include <Varnel/Linux/TaskbarPresence.h>
-#include <VarnelStatusMenu/StatusMenuWindow.h>
+#include <VarnelStatusMenu/Menu/StatusMenuWindow.h>
 
 #include <QApplication>
 #include <QEvent>
@@ -28,7 +28,8 @@ QWidgetList visibleWindows() {
 }
 
 bool standsForItem(const QWidget& window) {
-    return window.property(StatusMenuWindow::standsForItemProperty).toBool();
+    const auto* statusWindow = qobject_cast<const StatusMenuWindow*>(&window);
+    return statusWindow != nullptr && statusWindow->standsForItem();
 }
 } // namespace
 
@@ -48,9 +49,7 @@ bool DesktopApplicationShell::setActivationPolicy(ActivationPolicy policy) {
     } else {
         m_taskbarWindow.reset();
     }
-    for (const QWidget* window : visibleWindows()) {
-        applyToWindow(*window);
-    }
+    applyToWindows();
     return true;
 }
 
@@ -88,20 +87,27 @@ bool DesktopApplicationShell::eventFilter(QObject* watched, QEvent* event) {
         // but not from outside.
         event->ignore();
         return true;
-    } else if (watched->isWidgetType() && isOrdinaryWindow(*static_cast<QWidget*>(watched))) {
-        handleWindowEvent(static_cast<QWidget&>(*watched), *event);
+    } else if (event->type() == QEvent::Show && watched->isWidgetType() &&
+               isOrdinaryWindow(*static_cast<QWidget*>(watched))) {
+        onWindowShown(static_cast<QWidget&>(*watched));
     }
     return QObject::eventFilter(watched, event);
 }
 
-void DesktopApplicationShell::handleWindowEvent(QWidget& window, const QEvent& event) {
-    if (event.type() == QEvent::Show) {
-        loadIcon();
-        // The window is mapped after its show event; the message to the window manager must come later than that.
-        QMetaObject::invokeMethod(
-            &window, [this, &window] { applyToWindow(window); }, Qt::QueuedConnection);
-    } else if (event.type() == QEvent::DynamicPropertyChange) {
-        applyToWindow(window);
+void DesktopApplicationShell::onWindowShown(QWidget& window) {
+    loadIcon();
+    // The window is mapped after its show event; the message to the window manager must come later than that.
+    QMetaObject::invokeMethod(
+        &window, [this, &window] { applyToWindow(window); }, Qt::QueuedConnection);
+    if (const auto* statusWindow = qobject_cast<StatusMenuWindow*>(&window)) {
+        connect(statusWindow, &StatusMenuWindow::standsForItemChanged, this, &DesktopApplicationShell::applyToWindows,
+                Qt::UniqueConnection);
+    }
+}
+
+void DesktopApplicationShell::applyToWindows() {
+    for (const QWidget* window : visibleWindows()) {
+        applyToWindow(*window);
     }
 }
 

@@ -31,7 +31,8 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    void handleWindowEvent(QWidget& window, const QEvent& event);
+    void onWindowShown(QWidget& window);
+    void applyToWindows();
     void showTaskbarWindow();
     void onTaskbarWindowStateChanged();
     void applyToWindow(const QWidget& window) const;

@@ -152,7 +152,7 @@ bool DBusMenuExporter::handle(int id, const QString& eventId) {
     if (!isKnown(id)) {
         return false;
     }
-    if (eventId == QLatin1String("clicked") && id != rootId) {
+    if (eventId == QStringLiteral("clicked") && id != rootId) {
         choose(*exportedItem(m_menu, id));
     }
     return true;

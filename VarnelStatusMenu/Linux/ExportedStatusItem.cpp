@@ -1,13 +1,141 @@
 #include <VarnelStatusMenu/Linux/ExportedStatusItem.h>
 
 #include <VarnelStatusMenu/Linux/DBusMenuExporter.h>
-#include <VarnelStatusMenu/Linux/LabelledItemAdaptor.h>
 
+#include <QDBusAbstractAdaptor>
+#include <QDBusObjectPath>
 #include <QGuiApplication>
 
+#include <functional>
 #include <utility>
 
 namespace Varnel {
+
+/// The item as panels see it on the bus, interface org.kde.StatusNotifierItem. Hosts call `Activate` on a left click;
+/// on a right click they draw the menu at `Menu` by themselves.
+class StatusNotifierItemAdaptor : public QDBusAbstractAdaptor {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.kde.StatusNotifierItem")
+    Q_PROPERTY(QString Category READ category CONSTANT)
+    Q_PROPERTY(QString Id READ id CONSTANT)
+    Q_PROPERTY(QString Status READ status CONSTANT)
+    Q_PROPERTY(QString Title READ title NOTIFY NewTitle)
+    Q_PROPERTY(int WindowId READ windowId CONSTANT)
+    Q_PROPERTY(QString IconName READ iconName CONSTANT)
+    Q_PROPERTY(QList<Varnel::ItemPixmap> IconPixmap READ iconPixmap NOTIFY NewIcon)
+    Q_PROPERTY(Varnel::ItemToolTip ToolTip READ toolTip NOTIFY NewToolTip)
+    Q_PROPERTY(bool ItemIsMenu READ itemIsMenu CONSTANT)
+    Q_PROPERTY(QDBusObjectPath Menu READ menu CONSTANT)
+
+public:
+    /// `parent` is the object that is exported and owns this; `openMenu` is called per click, after the reply.
+    StatusNotifierItemAdaptor(QObject* parent, QString identifier, ItemFace face, std::function<void()> openMenu);
+
+    /// Takes the new face and tells the panel what changed, and nothing else.
+    virtual void setFace(const ItemFace& face);
+
+    QString category() const { return QStringLiteral("SystemServices"); }
+    QString id() const { return m_identifier; }
+    QString status() const { return QStringLiteral("Active"); }
+    QString title() const { return m_face.title; }
+    int windowId() const { return 0; }
+    QString iconName() const { return {}; }
+    QList<ItemPixmap> iconPixmap() const { return m_face.icon; }
+    ItemToolTip toolTip() const { return {{}, {}, m_face.toolTip, {}}; }
+    bool itemIsMenu() const { return false; }
+    QDBusObjectPath menu() const { return QDBusObjectPath(QStringLiteral("/MenuBar")); }
+
+public Q_SLOTS:
+    // The coordinates are of no use: some hosts send the item's own, some the panel's corner.
+    void Activate(int x, int y);
+    void SecondaryActivate(int x, int y);
+    void ContextMenu(int x, int y);
+    void Scroll(int delta, const QString& orientation);
+
+Q_SIGNALS:
+    void NewTitle();
+    void NewIcon();
+    void NewToolTip();
+
+protected:
+    const ItemFace& face() const { return m_face; }
+
+private:
+    void openMenuSoon();
+
+    QString m_identifier;
+    ItemFace m_face;
+    std::function<void()> m_openMenu;
+};
+
+StatusNotifierItemAdaptor::StatusNotifierItemAdaptor(QObject* parent, QString identifier, ItemFace face,
+                                                     std::function<void()> openMenu)
+    : QDBusAbstractAdaptor(parent)
+    , m_identifier(std::move(identifier))
+    , m_face(std::move(face))
+    , m_openMenu(std::move(openMenu)) {}
+
+void StatusNotifierItemAdaptor::setFace(const ItemFace& face) {
+    const ItemFace old = std::exchange(m_face, face);
+    if (face.title != old.title) {
+        Q_EMIT NewTitle();
+    }
+    if (face.icon != old.icon) {
+        Q_EMIT NewIcon();
+    }
+    if (face.toolTip != old.toolTip) {
+        Q_EMIT NewToolTip();
+    }
+}
+
+void StatusNotifierItemAdaptor::Activate(int /*x*/, int /*y*/) {
+    openMenuSoon();
+}
+
+void StatusNotifierItemAdaptor::SecondaryActivate(int /*x*/, int /*y*/) {
+    openMenuSoon();
+}
+
+void StatusNotifierItemAdaptor::ContextMenu(int /*x*/, int /*y*/) {
+    openMenuSoon();
+}
+
+void StatusNotifierItemAdaptor::Scroll(int /*delta*/, const QString& /*orientation*/) {}
+
+void StatusNotifierItemAdaptor::openMenuSoon() {
+    // The panel gets its reply before the menu takes the pointer.
+    QMetaObject::invokeMethod(
+        this, [this] { m_openMenu(); }, Qt::QueuedConnection);
+}
+
+/// The item for panels that draw a label. A class of its own because a panel takes the mere presence of the label
+/// properties, even empty ones, for the wish to show a label and no icon.
+class LabelledItemAdaptor final : public StatusNotifierItemAdaptor {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.kde.StatusNotifierItem")
+    Q_PROPERTY(QString XAyatanaLabel READ label NOTIFY XAyatanaNewLabel)
+    Q_PROPERTY(QString XAyatanaLabelGuide READ labelGuide CONSTANT)
+
+public:
+    using StatusNotifierItemAdaptor::StatusNotifierItemAdaptor;
+
+    void setFace(const ItemFace& face) override;
+
+    QString label() const { return face().label; }
+    /// The widest usual text, for panels that keep its room.
+    QString labelGuide() const { return QStringLiteral("00.00 kW"); }
+
+Q_SIGNALS:
+    void XAyatanaNewLabel(const QString& label, const QString& guide);
+};
+
+void LabelledItemAdaptor::setFace(const ItemFace& face) {
+    const QString oldLabel = label();
+    StatusNotifierItemAdaptor::setFace(face);
+    if (label() != oldLabel) {
+        Q_EMIT XAyatanaNewLabel(label(), labelGuide());
+    }
+}
 
 namespace {
 
@@ -44,7 +172,7 @@ void ExportedStatusItem::setForm(TitleForm form) {
 
 void ExportedStatusItem::setContent(const StatusItemContent& content) {
     const StatusItemContent old = std::exchange(m_content, content);
-    m_menu->setMenu(content.menu);
+    m_menu->setMenu(exportedMenu(content.menu));
     if (!m_form) {
         return;
     }
@@ -57,3 +185,5 @@ void ExportedStatusItem::setContent(const StatusItemContent& content) {
 }
 
 } // namespace Varnel
+
+#include "ExportedStatusItem.moc"

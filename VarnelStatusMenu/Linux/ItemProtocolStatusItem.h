@@ -1,19 +1,17 @@
 #pragma once
 
-#include <VarnelStatusMenu/Linux/StatusItemBackEnd.h>
-
-#include <QDBusConnection>
-
-#include <memory>
+#include <VarnelStatusMenu/Linux/ExportedStatusItem.h>
+#include <VarnelStatusMenu/Linux/ItemWatcher.h>
 
 namespace Varnel {
 
 /// The item in panels of today: org.kde.StatusNotifierItem at /StatusNotifierItem, its text menu at /MenuBar. Registers
 /// anew with each panel that comes, in the form which that panel can show. Every call on the bus is asynchronous.
-class ItemProtocolStatusItem final : public StatusItemBackEnd {
+class ItemProtocolStatusItem final : public QObject, public StatusItemBackEnd {
 public:
     /// `identifier` is the bundle identifier. One item per connection.
-    ItemProtocolStatusItem(const QDBusConnection& connection, const QString& identifier, StatusItemHandlers handlers);
+    ItemProtocolStatusItem(const QDBusConnection& connection, const QString& identifier,
+                           const StatusItemHandlers& handlers);
     ~ItemProtocolStatusItem() override;
 
     Availability availability() const override;
@@ -24,9 +22,20 @@ public:
     void setShown(bool isShown) override;
 
 private:
-    class Registration;
+    void onWatcherChanged();
+    void registerWithWatcher();
+    void requestName();
+    void sendRegistration();
+    void onRegistered(const QString& owner, const QDBusError& error);
 
-    std::unique_ptr<Registration> m_registration;
+    QDBusConnection m_connection;
+    ItemWatcher m_watcher;
+    ExportedStatusItem m_exported;
+    std::function<void()> m_availabilityChanged;
+    bool m_isShown = false;
+    QString m_service; ///< our own name on the bus; empty until the first registration
+    QString m_registeredWith;
+    QString m_refusedBy;
 };
 
 } // namespace Varnel

@@ -1,7 +1,7 @@
 #pragma once
 
 #include <VarnelStatusMenu/Linux/StatusItemBackEnd.h>
-#include <VarnelStatusMenu/Linux/TitleForm.h>
+#include <VarnelStatusMenu/Linux/TitlePicture.h>
 
 #include <QDBusConnection>
 #include <QDBusPendingCall>

@@ -54,21 +54,13 @@ StatusItemHandlers SessionStatusItem::handlers() {
             }};
 }
 
-void SessionStatusItem::setTitle(const QString& title) {
-    m_content.title = title;
-    m_presenter.setWindowTitle(title);
-    publishContent();
-}
-
-void SessionStatusItem::setToolTip(const QString& toolTip) {
-    m_content.toolTip = toolTip;
-    publishContent();
-}
-
-void SessionStatusItem::setMenu(const StatusMenu& menu) {
-    m_content.menu = exportedMenu(menu);
-    m_presenter.setMenu(menu);
-    publishContent();
+void SessionStatusItem::show(const StatusItemContent& content) {
+    m_title = content.title;
+    m_presenter.setMenu(content.menu);
+    m_presenter.setWindowTitle(content.title);
+    for (const auto& backEnd : m_backEnds) {
+        backEnd->setContent(content);
+    }
 }
 
 void SessionStatusItem::setCommandHandler(std::function<void(StatusMenuCommand)> handler) {
@@ -77,13 +69,7 @@ void SessionStatusItem::setCommandHandler(std::function<void(StatusMenuCommand)>
 
 void SessionStatusItem::showWindow() {
     m_isFallbackWindow = m_isFallbackWindow && m_presenter.isWindowOpen();
-    m_presenter.showWindow(m_content.title);
-}
-
-void SessionStatusItem::publishContent() {
-    for (const auto& backEnd : m_backEnds) {
-        backEnd->setContent(m_content);
-    }
+    m_presenter.showWindow(m_title);
 }
 
 std::optional<StatusItemBackEnd*> SessionStatusItem::best() const {
@@ -149,14 +135,14 @@ void SessionStatusItem::showFallbackWindow() {
     if (!m_presenter.isWindowOpen()) {
         qCInfo(lcApp, "The desktop shows no status items: a window takes their place");
         m_isFallbackWindow = true;
-        m_presenter.showWindowQuietly(m_content.title); // the user may be typing the account
+        m_presenter.showWindowQuietly(m_title); // the user may be typing the account
     }
 }
 
 void SessionStatusItem::keepInTaskbar() {
     if (!m_current) {
         m_isFallbackWindow = true;
-        m_presenter.showWindowMinimized(m_content.title);
+        m_presenter.showWindowMinimized(m_title);
     }
 }
 

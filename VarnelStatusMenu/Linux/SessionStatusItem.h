@@ -2,8 +2,7 @@
 
 #include <VarnelShared/Clock.h>
 #include <VarnelStatusMenu/Linux/StatusItemBackEnd.h>
-#include <VarnelStatusMenu/StatusItem.h>
-#include <VarnelStatusMenu/StatusMenuPresenter.h>
+#include <VarnelStatusMenu/Menu/StatusMenuPresenter.h>
 
 #include <memory>
 #include <vector>
@@ -25,15 +24,12 @@ public:
     SessionStatusItem(const std::function<BackEnds(const StatusItemHandlers&)>& makeBackEnds, TimerFactory& timers);
     ~SessionStatusItem() override;
 
-    void setTitle(const QString& title) override;
-    void setToolTip(const QString& toolTip) override;
-    void setMenu(const StatusMenu& menu) override;
+    void show(const StatusItemContent& content) override;
     void setCommandHandler(std::function<void(StatusMenuCommand)> handler) override;
     void showWindow() override;
 
 private:
     StatusItemHandlers handlers();
-    void publishContent();
     /// The best kind of panel that is there; null when there is none. No value while a better one may yet answer.
     std::optional<StatusItemBackEnd*> best() const;
     void choose();
@@ -46,7 +42,7 @@ private:
 
     TimerFactory& m_timers;
     StatusMenuPresenter m_presenter;
-    StatusItemContent m_content;
+    QString m_title; ///< of the window
     std::function<void(StatusMenuCommand)> m_commandHandler;
     BackEnds m_backEnds;
     StatusItemBackEnd* m_current = nullptr; ///< where the item is shown; null: nowhere

@@ -1,18 +1,10 @@
 #pragma once
 
-#include <VarnelStatusMenu/StatusMenu.h>
+#include <VarnelStatusMenu/StatusItem.h>
 
 #include <functional>
 
 namespace Varnel {
-
-/// What a panel is given to show: the same for every kind of panel.
-struct StatusItemContent {
-    QString title;
-    QString toolTip;
-    ExportedMenu menu; ///< the menu as text, for hosts that draw it themselves
-    bool operator==(const StatusItemContent&) const = default;
-};
 
 /// What a person can do with the item in the panel.
 struct StatusItemHandlers {

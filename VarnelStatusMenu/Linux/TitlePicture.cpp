@@ -1,7 +1,6 @@
 #include <VarnelStatusMenu/Linux/TitlePicture.h>
 
-#include <VarnelStatusMenu/Linux/TitleForm.h>
-
+#include <QFileInfo>
 #include <QFontMetricsF>
 #include <QGuiApplication>
 #include <QPainter>
@@ -15,6 +14,20 @@
 namespace Varnel {
 
 namespace {
+
+struct KnownHost {
+    QLatin1String program;
+    TitleForm form;
+};
+constexpr std::array knownHosts{
+    KnownHost{QLatin1String("mate-panel"), TitleForm::label},
+    KnownHost{QLatin1String("notification-area-applet"), TitleForm::label}, // the tray of MATE, outside of its panel
+    KnownHost{QLatin1String("gnome-shell"), TitleForm::label},
+    KnownHost{QLatin1String("indicator-application-service"), TitleForm::label},
+    KnownHost{QLatin1String("ayatana-indicator-application-service"), TitleForm::label},
+    KnownHost{QLatin1String("waybar"), TitleForm::widePicture},
+};
+constexpr int longestLabel = 24;
 
 constexpr QColor badgeColor(0x2b, 0x31, 0x3b);
 constexpr QColor badgeEdgeColor(0xff, 0xff, 0xff, 0x46);
@@ -98,6 +111,23 @@ bool hasDigit(const QString& text) {
 }
 
 } // namespace
+
+TitleForm titleFormForHost(const QStringList& commandLine) {
+    const QString program = commandLine.isEmpty() ? QString() : QFileInfo(commandLine.first()).fileName();
+    const auto known = std::find_if(knownHosts.begin(), knownHosts.end(),
+                                    [&program](const KnownHost& host) { return host.program == program; });
+    return known == knownHosts.end() ? TitleForm::square : known->form;
+}
+
+TitleLines titleLines(const QString& title) {
+    const QString text = title.simplified();
+    const qsizetype space = text.lastIndexOf(QLatin1Char(' '));
+    return space < 0 ? TitleLines{text, {}} : TitleLines{text.left(space), text.mid(space + 1)};
+}
+
+QString titleLabel(const QString& title) {
+    return title.size() <= longestLabel ? title : title.left(longestLabel - 1).trimmed() + QChar(0x2026);
+}
 
 QImage wideTitlePicture(const QString& title, int height) {
     const int padding = height / 4;

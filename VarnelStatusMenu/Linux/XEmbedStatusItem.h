@@ -1,6 +1,5 @@
 #pragma once
 
-#include <VarnelStatusMenu/Linux/LegacyTray.h>
 #include <VarnelStatusMenu/Linux/StatusItemBackEnd.h>
 
 #include <QObject>
@@ -11,9 +10,11 @@ class QSystemTrayIcon;
 
 namespace Varnel {
 
+class LegacyTray;
+
 /// The item as an icon in the tray of an older X11 panel: a picture of the title. A left click opens our own menu, a
 /// right click the text menu.
-class XEmbedStatusItem final : public StatusItemBackEnd {
+class XEmbedStatusItem final : public QObject, public StatusItemBackEnd {
 public:
     explicit XEmbedStatusItem(StatusItemHandlers handlers);
     ~XEmbedStatusItem() override;
@@ -27,10 +28,9 @@ private:
     void applyContent();
     void makeIcon();
 
-    QObject m_context; ///< what is queued ends with it
     StatusItemHandlers m_handlers;
     std::function<void()> m_availabilityChanged;
-    LegacyTray m_tray;
+    std::unique_ptr<LegacyTray> m_tray;
     StatusItemContent m_content;
     QString m_drawnTitle; ///< of the picture that the tray has
     std::unique_ptr<QSystemTrayIcon> m_icon;

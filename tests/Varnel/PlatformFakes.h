@@ -70,9 +70,14 @@ public:
 
 class RecordingStatusItem final : public StatusItem {
 public:
-    void setTitle(const QString& text) override { take(&StatusItem::setTitle, title, text); }
-    void setToolTip(const QString& text) override { take(&StatusItem::setToolTip, toolTip, text); }
-    void setMenu(const StatusMenu& entries) override { take(&StatusItem::setMenu, menu, entries); }
+    void show(const StatusItemContent& content) override {
+        title = content.title;
+        toolTip = content.toolTip;
+        menu = content.menu;
+        if (shownBy) {
+            shownBy->show(content);
+        }
+    }
     void setCommandHandler(std::function<void(StatusMenuCommand)> handler) override { choose = std::move(handler); }
     void showWindow() override {}
 
@@ -81,15 +86,6 @@ public:
     QString toolTip;
     StatusMenu menu;
     std::function<void(StatusMenuCommand)> choose;
-
-private:
-    template <typename Value>
-    void take(void (StatusItem::*setter)(const Value&), Value& kept, const Value& value) {
-        kept = value;
-        if (shownBy) {
-            (shownBy.get()->*setter)(value);
-        }
-    }
 };
 
 } // namespace Varnel::Testing

@@ -2,12 +2,17 @@
 
 #include "../Support/EventLoop.h"
 #include "../Support/PrivateBus.h"
-#include "SignalSpy.h"
 
-#include <VarnelStatusMenu/Linux/DBusMenuTypes.h>
-#include <VarnelStatusMenu/Linux/ItemProtocolTypes.h>
+#include <VarnelStatusMenu/Linux/DBusMenuRows.h>
+#include <VarnelStatusMenu/Linux/ItemFace.h>
+
+#include <QDBusMessage>
+#include <QStringList>
 
 #include <gmock/gmock.h>
+
+#include <string>
+#include <vector>
 
 using namespace Varnel;
 using namespace Varnel::Testing;
@@ -21,7 +26,7 @@ StatusItemContent content(const QString& title, bool hasChart = true) {
     presentation.showOutputChart = hasChart;
     presentation.isSignedIn = true;
     presentation.errorLine = QStringLiteral("Offline");
-    return {title, QStringLiteral("Current Output: ") + title, exportedMenu(statusMenu(presentation))};
+    return {title, QStringLiteral("Current Output: ") + title, statusMenu(presentation)};
 }
 
 const QString clicked = QStringLiteral("clicked");
@@ -32,6 +37,26 @@ constexpr int preferencesId = 11;
 constexpr int signOutId = 13;
 constexpr int outputRowId = 102;
 constexpr int unknownId = 999;
+
+/// Records the signals of the bus it is connected to.
+class SignalSpy final : public QObject {
+    Q_OBJECT
+
+public:
+    std::vector<QDBusMessage> messages;
+
+    /// The names of what was received, in order.
+    std::string members() const {
+        QStringList names;
+        for (const QDBusMessage& message : messages) {
+            names << message.member();
+        }
+        return names.join(u' ').toStdString();
+    }
+
+public Q_SLOTS:
+    void receive(const QDBusMessage& message) { messages.push_back(message); }
+};
 
 /// What a panel sees and does: each call goes over the bus.
 struct ExportedStatusItemTest : testing::Test {
@@ -166,3 +191,5 @@ TEST_F(ExportedStatusItemTest, AnnouncesTextsWhenTheRowsAreTheSameAndTheLayoutOt
     ASSERT_EQ(menuSpy.members(), "LayoutUpdated ItemsPropertiesUpdated LayoutUpdated");
     EXPECT_EQ(qdbus_cast<QList<DBusMenuItem>>(menuSpy.messages[1].arguments().value(0)).size(), 1);
 }
+
+#include "ExportedStatusItemTests.moc"

@@ -2,17 +2,57 @@
 
 #include "../Support/EventLoop.h"
 #include "../Support/PrivateBus.h"
-#include "FakeItemWatcher.h"
-
-#include <gtest/gtest.h>
 
 #include <QCoreApplication>
+#include <QDBusContext>
+
+#include <gtest/gtest.h>
 
 using namespace Varnel;
 using namespace Varnel::Testing;
 using Availability = StatusItemBackEnd::Availability;
 
 namespace {
+
+/// A panel's org.kde.StatusNotifierWatcher on a bus, from its construction to its destruction.
+class FakeItemWatcher final : public QObject, protected QDBusContext {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.kde.StatusNotifierWatcher")
+    Q_PROPERTY(bool IsStatusNotifierHostRegistered MEMBER hasHost)
+
+public:
+    explicit FakeItemWatcher(PrivateBus& bus, bool withHost = true)
+        : hasHost(withHost)
+        , m_bus(bus) {
+        m_connection.registerObject(QStringLiteral("/StatusNotifierWatcher"), this, QDBusConnection::ExportAllContents);
+        m_connection.registerService(QStringLiteral("org.kde.StatusNotifierWatcher"));
+    }
+    ~FakeItemWatcher() override { m_bus.disconnect(m_connection); }
+
+    bool waitForItem() {
+        return waitUntil([this] { return !registered.empty(); });
+    }
+
+    bool hasHost;
+    bool isRefusing = false;
+    QStringList registered;
+
+public Q_SLOTS:
+    void RegisterStatusNotifierItem(const QString& service) {
+        if (isRefusing) {
+            sendErrorReply(QDBusError::AccessDenied, QStringLiteral("no items here"));
+        } else {
+            registered << service;
+        }
+    }
+
+Q_SIGNALS:
+    void StatusNotifierHostRegistered();
+
+private:
+    PrivateBus& m_bus;
+    QDBusConnection m_connection = m_bus.connect();
+};
 
 struct ItemProtocolStatusItemTest : testing::Test {
     bool becomes(Availability availability) {
@@ -76,3 +116,5 @@ TEST(ItemProtocolStatusItem, IsUnavailableAtOnceWithoutABus) {
     item.setContent({});
     item.setShown(true);
 }
+
+#include "ItemProtocolStatusItemTests.moc"

@@ -1,5 +1,5 @@
-#include <VarnelStatusMenu/MenuColors.h>
-#include <VarnelStatusMenu/OutputChartMenuView.h>
+#include <VarnelStatusMenu/Chart/OutputChartMenuView.h>
+#include <VarnelStatusMenu/Menu/MenuStyle.h>
 
 #include <QApplication>
 #include <QImage>

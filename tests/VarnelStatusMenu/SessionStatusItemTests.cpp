@@ -2,7 +2,7 @@
 #include "../Support/HandTurnedTime.h"
 
 #include <VarnelStatusMenu/Linux/SessionStatusItem.h>
-#include <VarnelStatusMenu/StatusMenuWindow.h>
+#include <VarnelStatusMenu/Menu/StatusMenuWindow.h>
 
 #include <gtest/gtest.h>
 
@@ -54,13 +54,13 @@ struct SessionStatusItemTest : testing::Test {
                 return backEnds;
             },
             time);
-        item->setTitle(QStringLiteral("1.00 kW"));
+        item->show({QStringLiteral("1.00 kW"), {}, {}});
     }
 
-    static QWidget* window() {
+    static StatusMenuWindow* window() {
         for (QWidget* widget : QApplication::topLevelWidgets()) {
             if (widget->isVisible() && widget->windowTitle() == QStringLiteral("1.00 kW")) {
-                return widget;
+                return qobject_cast<StatusMenuWindow*>(widget);
             }
         }
         return nullptr;
@@ -69,7 +69,7 @@ struct SessionStatusItemTest : testing::Test {
     /// In brackets where the item is shown: p in the panel of the protocol, l in the legacy tray, w in a window; W in
     /// one that has to stay in reach.
     QString whereShown() const {
-        const bool isToStay = window() && window()->property(StatusMenuWindow::standsForItemProperty).toBool();
+        const bool isToStay = window() && window()->standsForItem();
         return u'[' + QStringLiteral("p").repeated(protocol->isShown) + QStringLiteral("l").repeated(legacy->isShown) +
                QString(isToStay ? u'W' : u'w').repeated(window() != nullptr) + u']';
     }
@@ -139,12 +139,11 @@ TEST_F(SessionStatusItemTest, AWindowClosedByHandStaysInTheTaskbarUntilAPanelCom
 
 TEST_F(SessionStatusItemTest, EveryPanelHasTheContentAndTheHandlerOfTheMoment) {
     start(Availability::available, Availability::unavailable);
-    const StatusMenu menu = statusMenu(StatusPresentation::initial());
-    item->setToolTip(QStringLiteral("tip"));
-    item->setMenu(menu);
-    const StatusItemContent expected{QStringLiteral("1.00 kW"), QStringLiteral("tip"), exportedMenu(menu)};
-    EXPECT_EQ(legacy->content, expected);
-    EXPECT_EQ(protocol->content, expected);
+    const StatusItemContent content{QStringLiteral("1.00 kW"), QStringLiteral("tip"),
+                                    statusMenu(StatusPresentation::initial())};
+    item->show(content);
+    EXPECT_EQ(legacy->content, content);
+    EXPECT_EQ(protocol->content, content);
     handlers.choose(StatusMenuCommand::refresh); // nobody to tell yet
     std::vector<StatusMenuCommand> chosen;
     item->setCommandHandler([&chosen](StatusMenuCommand command) { chosen.push_back(command); });

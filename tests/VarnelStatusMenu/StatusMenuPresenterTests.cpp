@@ -1,9 +1,8 @@
-#include <VarnelStatusMenu/MenuRowView.h>
-#include <VarnelStatusMenu/OutputChartMenuView.h>
-#include <VarnelStatusMenu/StatusMenuPresenter.h>
-#include <VarnelStatusMenu/StatusMenuWindow.h>
-#include <VarnelStatusMenu/StatusPopupMenu.h>
-#include <VarnelStatusMenu/StatusPopupWindow.h>
+#include <VarnelStatusMenu/Chart/OutputChartMenuView.h>
+#include <VarnelStatusMenu/Menu/MenuEntryView.h>
+#include <VarnelStatusMenu/Menu/StatusMenuPresenter.h>
+#include <VarnelStatusMenu/Menu/StatusMenuWindow.h>
+#include <VarnelStatusMenu/Menu/StatusPopup.h>
 
 #include <tests/Support/EventLoop.h>
 

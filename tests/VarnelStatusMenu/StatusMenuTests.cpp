@@ -1,4 +1,4 @@
-#include <VarnelStatusMenu/StatusMenu.h>
+#include <VarnelStatusMenu/Menu/StatusMenu.h>
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,4 @@
 #include <VarnelStatusMenu/Linux/ItemFace.h>
-#include <VarnelStatusMenu/Linux/TitleForm.h>
 #include <VarnelStatusMenu/Linux/TitlePicture.h>
 
 #include <gtest/gtest.h>

@@ -1,0 +1,70 @@
+#pragma once
+
+#include <VarnelStatusMenu/Menu/StatusMenu.h>
+
+#include <QElapsedTimer>
+#include <QObject>
+#include <QPointer>
+
+#include <functional>
+
+namespace Varnel {
+
+class StatusMenuWindow;
+
+/// Shows a status menu with widgets: as the pop-up of a status item, and as an ordinary window. Every back end of the
+/// status item shares this one.
+class StatusMenuPresenter final : public QObject {
+public:
+    StatusMenuPresenter() = default;
+    ~StatusMenuPresenter() override;
+
+    /// Called once per command that is chosen, after the menu has closed.
+    void setCommandHandler(std::function<void(StatusMenuCommand)> handler);
+
+    /// The content of the next menu that opens. An open pop-up stays as it is until it closes and is freed then; an
+    /// open window takes the new content at once.
+    void setMenu(const StatusMenu& menu);
+
+    /// Opens the pop-up: on X11 a menu at the pointer, on Wayland a fixed-size window that closes on losing focus.
+    /// Closes it when it is open already.
+    void toggleMenu();
+    bool isMenuOpen() const;
+
+    /// Opens the ordinary window, or brings the open one to the front.
+    void showWindow(const QString& title);
+
+    /// Opens the ordinary window and leaves the keyboard with the window that has it.
+    void showWindowQuietly(const QString& title);
+
+    /// Opens the ordinary window minimised: out of the way, but there in the taskbar.
+    void showWindowMinimized(const QString& title);
+    void closeWindow();
+
+    /// Called from the event loop when the user has closed the ordinary window; not for `closeWindow`.
+    void setWindowClosedHandler(std::function<void()> handler);
+    bool isWindowOpen() const;
+    void setWindowTitle(const QString& title);
+
+    /// Whether the ordinary window, the next one too, is the only way to reach the program.
+    void setWindowStandsForItem(bool standsForItem);
+
+private:
+    void openPopupMenu();
+    void openPopupWindow();
+    template <typename Popup>
+    void follow(Popup* opened);
+    void deliver(StatusMenuCommand command);
+    StatusMenuWindow& titledWindow(const QString& title);
+    bool isClickThatDismissed();
+
+    StatusMenu m_menu;
+    std::function<void(StatusMenuCommand)> m_commandHandler;
+    std::function<void()> m_windowClosed;
+    QPointer<QWidget> m_popup;
+    QPointer<StatusMenuWindow> m_window;
+    bool m_windowStandsForItem = false;
+    QElapsedTimer m_sinceDismissal;
+};
+
+} // namespace Varnel

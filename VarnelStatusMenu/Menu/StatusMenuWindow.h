@@ -1,0 +1,39 @@
+#pragma once
+
+#include <VarnelStatusMenu/Menu/StatusMenu.h>
+
+#include <QWidget>
+
+namespace Varnel {
+
+class StatusMenuPanel;
+
+/// The content of the status menu as an ordinary window, as large as its content. It follows later menus and deletes
+/// itself when it is closed.
+class StatusMenuWindow : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit StatusMenuWindow(const StatusMenu& menu);
+
+    void setMenu(const StatusMenu& menu);
+
+    /// Whether the window is the only way to reach the program.
+    bool standsForItem() const { return m_standsForItem; }
+    void setStandsForItem(bool standsForItem);
+
+    /// Shows the window in front of the others, also when it was minimised.
+    void bringToFront();
+
+    void showInTaskbar();
+
+Q_SIGNALS:
+    void commandChosen(Varnel::StatusMenuCommand command);
+    void standsForItemChanged();
+
+private:
+    StatusMenuPanel* m_panel;
+    bool m_standsForItem = false;
+};
+
+} // namespace Varnel
