@@ -10,171 +10,143 @@
 
 namespace Varnel {
 
-QString AppDelegate::trimmedAccount() const {
-    return trimmed(m_settings.account);
-}
-
-QString AppDelegate::keychainAccount() const {
-    return QStringLiteral("password.") + trimmedAccount().toLower();
-}
-
 std::optional<QString> AppDelegate::trimmedStationID() const {
     const QString stationID = trimmed(m_settings.stationID);
     return stationID.isEmpty() ? std::nullopt : std::optional(stationID);
 }
 
-std::optional<QString> AppDelegate::storedPassword() {
-    const Result<std::optional<QString>> secret = m_keychain.readSecret(keychainAccount());
-    const QString password = secret ? trimmed(secret->value_or(QString())) : QString();
-    return password.isEmpty() ? std::nullopt : std::optional(password);
-}
-
-void AppDelegate::storePassword(const QString& password) {
-    if (storedPassword() == password) {
-        return; // a save deletes first: a keychain that then refuses the new item would lose what it has
+QCoro::Task<void> AppDelegate::bootstrap(BootstrapMode mode) {
+    const auto self = shared_from_this();
+    if (!m_settings.hasEnabledProductionNotifications()) {
+        m_productionNotificationEvaluator.reset();
     }
-    // A keychain that cannot keep it costs a question at the next start, not this connection.
-    if (const Result<void> saved = m_keychain.saveSecret(password, keychainAccount()); !saved) {
-        qCWarning(lcApp, "The password could not be stored: %s", qUtf8Printable(saved.error().localizedDescription()));
+    const bool isSilent = mode == BootstrapMode::silent;
+    if (m_connection.isConnected() || m_connection.isUnderWay() || (isSilent && m_isSignedOutByUser)) {
+        co_return; // the user has connected, is about to, or wants no connection
+    }
+    const Connection::Attempt attempt = m_connection.begin();
+    // A repeated attempt asks for nothing: the prompt to unlock belongs to the start and to the preferences.
+    if (!isSilent) {
+        co_await m_storedPassword.unlock(m_settings.account, KeychainAccess::reading);
+    }
+    if (!m_connection.isCurrent(attempt)) {
+        co_return;
+    }
+    const std::optional<QString> password = m_storedPassword.read(m_settings.account);
+    if (password) {
+        co_await connect(attempt, *password);
+        co_return;
+    }
+    m_connection.end(attempt);
+    if (!isSilent && !m_preferencesCoordinator.window()) {
+        showPreferencesWindow(PreferencesInitialTab::account);
     }
 }
 
 QCoro::Task<void> AppDelegate::authenticateAndStartPolling(QString password) {
-    const QString account = trimmedAccount();
-    if (account.isEmpty()) {
-        rejectSignIn(QStringLiteral("SEMS account is required."));
-        return completedTask();
-    }
-    const QUrl baseURL(trimmed(m_settings.baseURL), QUrl::StrictMode);
-    if (!baseURL.isValid() || baseURL.scheme().isEmpty()) {
-        rejectSignIn(QStringLiteral("Invalid SEMS base URL."));
-        return completedTask();
-    }
-    return signIn(std::make_shared<SEMSAPIClient>(baseURL, m_platform.http, m_platform.clock, m_platform.endpoints),
-                  account, std::move(password));
+    return connect(m_connection.begin(), std::move(password));
 }
 
-QCoro::Task<void> AppDelegate::signIn(Client client, QString account, QString password) {
+QCoro::Task<void> AppDelegate::connect(Connection::Attempt attempt, QString password) {
     const auto self = shared_from_this();
-    const int attempt = ++m_latestSignIn;
-    m_isSigningIn = true;
-    m_bootstrapAgain = false;
-    m_isSignedOutByUser = false;
-    Result<SEMSSession> session = co_await client->signIn(account, password);
-    if (!isCurrentSignIn(attempt, account)) {
+    m_connectAgain = false;
+    const QString account = trimmed(m_settings.account);
+    const QUrl baseURL(trimmed(m_settings.baseURL), QUrl::StrictMode);
+    if (account.isEmpty()) {
+        rejectSignIn(attempt, QStringLiteral("SEMS account is required."));
         co_return;
     }
-    if (!session) {
-        failSignIn(session.error());
+    if (!baseURL.isValid() || baseURL.scheme().isEmpty()) {
+        rejectSignIn(attempt, QStringLiteral("Invalid SEMS base URL."));
+        co_return;
+    }
+    m_isSignedOutByUser = false;
+    const Result<void> signedIn = co_await m_connection.signIn(attempt, baseURL, account, password);
+    if (!m_connection.isCurrent(attempt)) {
+        co_return;
+    }
+    if (!signedIn) {
+        failSignIn(attempt, signedIn.error());
         co_return;
     }
     dropPollingService(); // its readings belong to the connection that this one replaces
-    m_apiClient = client;
-    m_semsSession = *session;
-    storePassword(password);
-    m_cachedPassword = std::move(password);
-    const Result<void> settled = co_await settleStationAndSize(client, *session);
-    if (!isCurrentSignIn(attempt, account)) {
+    // A keychain that cannot keep it costs a question at the next start, not this connection.
+    if (const Result<void> saved = m_storedPassword.save(account, password); !saved) {
+        qCWarning(lcApp, "The password could not be stored: %s", qUtf8Printable(saved.error().localizedDescription()));
+    }
+    const Result<void> settled = co_await settleStationAndSize(attempt);
+    if (!m_connection.isCurrent(attempt)) {
         co_return;
     }
-    m_isSigningIn = false;
-    if (m_apiClient != client) {
-        co_return; // signed out meanwhile
-    }
     if (!settled) {
-        failSignIn(settled.error());
+        failSignIn(attempt, settled.error());
         co_return;
     }
     qCInfo(lcApp, "Signed in");
-    m_bootstrapAgain = false;
-    m_lastErrorMessage.reset();
+    m_connection.end(attempt);
+    m_connectAgain = false;
+    m_values.errorMessage.reset();
     startPolling();
     updateStatusBar();
     co_await refreshNow();
 }
 
-bool AppDelegate::isCurrentSignIn(int attempt, const QString& account) {
-    const bool isNewest = attempt == m_latestSignIn;
-    const bool isWanted = account == trimmedAccount() && !m_isTerminated;
-    m_isSigningIn = m_isSigningIn && (!isNewest || isWanted);
-    return isNewest && isWanted;
-}
-
-void AppDelegate::rejectSignIn(const QString& message) {
-    m_lastErrorMessage = message;
-    updateStatusBar();
-}
-
-void AppDelegate::failSignIn(const Error& error) {
-    qCCritical(lcApp, "Sign in failed: %s", qUtf8Printable(logText(error)));
-    m_isSigningIn = false;
-    dropConnection();
-    m_lastErrorMessage = AppErrorMapper::userFacingMessage(error, AppErrorContext::signIn);
-    updateStatusBar();
-    if (std::exchange(m_bootstrapAgain, false)) {
-        startBootstrapTask(BootstrapMode::silent);
-    }
-}
-
-QCoro::Task<Result<void>> AppDelegate::settleStationAndSize(Client client, SEMSSession session) {
+QCoro::Task<Result<void>> AppDelegate::settleStationAndSize(Connection::Attempt attempt) {
     const auto self = shared_from_this();
-    const int save = m_latestSave;
+    const Client client = m_connection.client();
+    const SEMSSession session = m_connection.session().value();
     if (!trimmedStationID()) {
         const Result<PowerStation> station = co_await client->discoverDefaultPowerStation(session);
         if (!station) {
             co_return failure(station.error());
         }
-        if (m_apiClient != client || m_isTerminated) {
-            co_return Result<void>();
+        if (!m_connection.isCurrent(attempt)) {
+            co_return Result<void>(); // the user may have saved a station, or another server, meanwhile
         }
-        if (save == m_latestSave) { // else the user has saved a station, or another server, meanwhile
-            adoptStation(station->id);
-            m_settingsStore.save(m_settings);
-        }
+        adoptStation(station->id);
     }
     const Result<std::optional<double>> size = co_await client->fetchSystemSizeKW(session, trimmedStationID());
-    if (m_apiClient != client || m_isTerminated) {
+    if (!m_connection.isCurrent(attempt)) {
         co_return Result<void>();
     }
     if (!size) {
         qCCritical(lcApp, "System size fetch failed: %s", qUtf8Printable(logText(size.error())));
     }
-    m_systemSizeKW = size.value_or(std::nullopt);
+    m_values.systemSizeKW = size.value_or(std::nullopt);
     co_return Result<void>();
 }
 
-QCoro::Task<void> AppDelegate::refreshSystemSizeIfPossible() {
-    const auto self = shared_from_this();
-    const Client client = m_apiClient;
-    if (!client || !m_semsSession) {
-        co_return;
-    }
-    const std::optional<QString> stationID = trimmedStationID();
-    const Result<std::optional<double>> size = co_await client->fetchSystemSizeKW(*m_semsSession, stationID);
-    if (m_apiClient != client || trimmedStationID() != stationID || m_isTerminated) {
-        co_return;
-    }
-    if (!size) {
-        qCCritical(lcApp, "System size refresh failed: %s", qUtf8Printable(logText(size.error())));
-        co_return;
-    }
-    m_systemSizeKW = *size;
+void AppDelegate::rejectSignIn(Connection::Attempt attempt, const QString& message) {
+    m_connection.end(attempt);
+    m_values.errorMessage = message;
     updateStatusBar();
+}
+
+void AppDelegate::failSignIn(Connection::Attempt attempt, const Error& error) {
+    qCCritical(lcApp, "Sign in failed: %s", qUtf8Printable(logText(error)));
+    dropPollingService();
+    m_connection.drop();
+    rejectSignIn(attempt, AppErrorMapper::userFacingMessage(error, AppErrorContext::signIn));
+    if (std::exchange(m_connectAgain, false)) {
+        startTask("bootstrap", ifAlive(weak_from_this(), &AppDelegate::bootstrap, BootstrapMode::silent));
+    }
 }
 
 void AppDelegate::adoptStation(const QString& stationID) {
     m_settings.stationID = stationID;
-    restoreOutputHistoryIfAvailable();
+    m_settingsStore.save(m_settings);
+    m_todayOutput.setOwner(m_settings.account, stationID);
+    m_todayOutput.restore();
 }
 
 void AppDelegate::signOut(bool clearStoredPassword) {
     m_isSignedOutByUser = true;
     forgetAccount();
-    m_lastErrorMessage.reset();
-    if (clearStoredPassword && !trimmedAccount().isEmpty()) {
-        if (const Result<void> deleted = m_keychain.deleteSecret(keychainAccount()); !deleted) {
+    m_values.errorMessage.reset();
+    if (clearStoredPassword) {
+        if (const Result<void> removed = m_storedPassword.remove(m_settings.account); !removed) {
             qCWarning(lcApp, "The password could not be deleted: %s",
-                      qUtf8Printable(deleted.error().localizedDescription()));
+                      qUtf8Printable(removed.error().localizedDescription()));
         }
     }
     qCInfo(lcApp, "Signed out");
@@ -182,33 +154,22 @@ void AppDelegate::signOut(bool clearStoredPassword) {
 }
 
 void AppDelegate::dropPollingService() {
-    if (m_pollingService) {
-        m_pollingService->stop();
-        m_pollingService.reset();
+    if (const auto service = std::exchange(m_pollingService, nullptr)) {
+        service->stop();
     }
 }
 
-void AppDelegate::dropConnection() {
-    dropPollingService();
-    m_apiClient.reset();
-    m_semsSession.reset();
-}
-
 void AppDelegate::forgetAccount() {
-    dropConnection();
-    m_platform.http.reset();
-    m_cachedPassword.reset();
+    dropPollingService();
+    m_connection.forget();
     forgetReadings();
-    m_outputHistoryStore.clear();
+    m_todayOutput.forget();
 }
 
 void AppDelegate::forgetReadings() {
     m_productionNotificationEvaluator.reset();
-    m_latestPowerKW.reset();
-    m_latestTodayOutputKWh.reset();
-    m_systemSizeKW.reset();
-    m_lastUpdatedAt.reset();
-    m_todayOutputSamples.clear();
+    m_values = {.errorMessage = m_values.errorMessage};
+    m_todayOutput.clear();
 }
 
 } // namespace Varnel

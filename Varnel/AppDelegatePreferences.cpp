@@ -1,7 +1,10 @@
 #include <Varnel/AppDelegate.h>
 
+#include <VarnelShared/Logging.h>
 #include <VarnelShared/Task.h>
 #include <VarnelShared/Text.h>
+
+#include <QMenu>
 
 #include <utility>
 
@@ -20,152 +23,109 @@ NotificationPermission permissionToShow(NotificationAuthorizationState state, bo
     }
     return NotificationPermission::authorized;
 }
-
-QCoro::Task<bool> notConnected() {
-    co_return false;
-}
 } // namespace
 
 void AppDelegate::showPreferencesWindow(PreferencesInitialTab initialTab) {
-    if (m_isTerminated) {
+    if (m_connection.isClosed()) {
         return;
     }
-    m_preferencesCoordinator.close();
-    auto window = std::make_unique<PreferencesWindowController>(currentDraft(), m_semsSession.has_value(),
-                                                                m_lastErrorMessage.has_value(), initialTab,
-                                                                preferencesHandlers(), m_platform.timers);
+    m_preferencesCoordinator.close(); // first: what is still pending belongs into the new draft
+    const QString password = m_storedPassword.read(m_settings.account).value_or(QString());
+    auto window = std::make_unique<PreferencesWindowController>(
+        m_preferencesCoordinator.draft(password), m_connection.isConnected(), m_values.errorMessage.has_value(),
+        initialTab, preferencesHandlers(), m_platform.timers);
     window->setApplicationMenu(m_applicationMenu.get());
-    m_preferencesCoordinator.show(std::move(window));
-    showConnectionState();
-    showNotificationAuthorization();
+    m_preferencesCoordinator.open(std::move(window));
+    m_preferencesCoordinator.updateConnectionState(m_connection.isConnected(), m_values.errorMessage);
+    startTask("notification permission", ifAlive(weak_from_this(), &AppDelegate::showNotificationAuthorization));
 }
 
 void AppDelegate::bringPreferencesToFront() {
-    PreferencesWindowController* window = m_preferencesCoordinator.window();
-    if (!window) {
+    if (PreferencesWindowController* window = m_preferencesCoordinator.window()) {
+        window->showWindowAndFocus();
+    } else {
         showPreferencesWindow(PreferencesInitialTab::general);
-        return;
     }
-    window->showWindowAndFocus();
-}
-
-void AppDelegate::showConnectionState() {
-    m_preferencesCoordinator.updateConnectionState(m_semsSession.has_value(), m_lastErrorMessage.has_value(),
-                                                   m_lastErrorMessage.value_or(QString()));
-}
-
-PreferencesDraft AppDelegate::currentDraft() {
-    PreferencesDraft draft{m_settings, storedPassword().value_or(QString())};
-    draft.pollIntervalSeconds = m_settings.clampedPollInterval();
-    draft.launchAtLogin = m_settings.launchAtLogin || m_launchAtLoginManager.isEnabledForUI();
-    return draft;
 }
 
 PreferencesHandlers AppDelegate::preferencesHandlers() {
     const std::weak_ptr<AppDelegate> weak = weak_from_this();
     PreferencesHandlers handlers;
-    handlers.save = [weak](PreferencesDraft draft) {
-        const auto self = weak.lock();
-        return self ? self->applyPreferences(std::move(draft)) : notConnected();
-    };
-    handlers.autoSave = [weak](const PreferencesDraft& draft) {
-        if (const auto self = weak.lock()) {
-            self->applyAutoSavedPreferences(draft);
-        }
-    };
-    handlers.signOut = [weak] {
-        if (const auto self = weak.lock()) {
-            self->signOut(true);
-        }
-    };
-    handlers.closed = [weak] {
-        if (const auto self = weak.lock()) {
-            self->m_preferencesCoordinator.close();
-        }
-    };
+    handlers.save = ifAlive(weak, &AppDelegate::applyPreferences);
+    handlers.autoSave = ifAlive(weak, &AppDelegate::applyAutoSavedPreferences);
+    handlers.signOut = ifAlive(weak, &AppDelegate::signOut, true);
+    handlers.closed = ifAlive(weak, [](AppDelegate& self) { self.m_preferencesCoordinator.close(); });
     return handlers;
 }
 
 QCoro::Task<bool> AppDelegate::applyPreferences(PreferencesDraft draft) {
     const auto self = shared_from_this();
-    const int save = ++m_latestSave;
-    takeAccountSettings(draft);
-    applyDockIconPreference();
-    applyApplicationIconIfAvailable();
-    applyLaunchAtLoginPreference(LaunchAtLoginRequest::save);
+    const Connection::Attempt attempt = m_connection.begin();
+    takeAccountChange(m_preferencesCoordinator.save(draft));
     co_await synchronizeNotificationAuthorizationIfNeeded(true);
-    showNotificationAuthorization();
-    if (save != m_latestSave || m_isTerminated) {
-        co_return m_semsSession.has_value(); // a later save decides
-    }
-    if (trimmedAccount().isEmpty()) {
+    startTask("notification permission", ifAlive(weak_from_this(), &AppDelegate::showNotificationAuthorization));
+    if (m_connection.isCurrent(attempt) && trimmed(m_settings.account).isEmpty()) {
         signOut(false);
-        rejectSignIn(QStringLiteral("Set your SEMS account to connect."));
+        rejectSignIn(attempt, QStringLiteral("Set your SEMS account to connect."));
         co_return false;
     }
-    co_await m_keychain.unlock(keychainAccount(), KeychainAccess::writing);
-    if (save != m_latestSave || m_isTerminated) {
-        co_return m_semsSession.has_value();
+    co_await m_storedPassword.unlock(m_settings.account, KeychainAccess::writing);
+    if (!m_connection.isCurrent(attempt)) {
+        co_return m_connection.isConnected(); // a later save decides
     }
     QString password = trimmed(draft.password);
     if (password.isEmpty()) {
-        password = storedPassword().value_or(QString());
+        password = m_storedPassword.read(m_settings.account).value_or(QString());
     }
     if (password.isEmpty()) {
-        rejectSignIn(QStringLiteral("Password is required for sign in."));
+        rejectSignIn(attempt, QStringLiteral("Password is required for sign in."));
         co_return false;
     }
-    m_cachedPassword = password;
-    storePassword(password);
-    co_await authenticateAndStartPolling(password);
-    co_return m_semsSession.has_value();
+    if (const Result<void> saved = m_storedPassword.save(m_settings.account, password); !saved) {
+        qCWarning(lcApp, "The password could not be stored: %s", qUtf8Printable(saved.error().localizedDescription()));
+    }
+    co_await connect(attempt, password);
+    co_return m_connection.isConnected();
 }
 
-void AppDelegate::takeAccountSettings(const PreferencesDraft& draft) {
-    const AppSettings before = m_settings;
-    const QString baseURL = trimmed(draft.baseURL);
-    m_settings = draft;
-    m_settings.pollIntervalSeconds = draft.clampedPollInterval();
-    m_settings.baseURL = baseURL.isEmpty() ? AppSettings::defaults().baseURL : baseURL;
-    m_settings.account = trimmed(draft.account);
-    m_settings.stationID = trimmed(draft.stationID);
-    m_settingsStore.save(m_settings);
-    const bool isOtherAccount = trimmed(before.account).compare(m_settings.account, Qt::CaseInsensitive) != 0;
-    const bool isOtherStation = trimmed(before.stationID) != m_settings.stationID;
-    if (isOtherAccount) {
+void AppDelegate::takeAccountChange(PreferencesCoordinator::AccountChange change) {
+    m_todayOutput.setOwner(m_settings.account, m_settings.stationID);
+    switch (change) {
+    case PreferencesCoordinator::AccountChange::none:
+        return;
+    case PreferencesCoordinator::AccountChange::account:
         forgetAccount();
-        updateStatusBar();
-    } else if (isOtherStation) {
+        break;
+    case PreferencesCoordinator::AccountChange::station:
         forgetReadings();
-        restoreOutputHistoryIfAvailable();
+        m_todayOutput.restore();
         if (m_pollingService) {
             startPolling(); // a poll in flight would bring the former station back
         }
-        updateStatusBar();
+        break;
     }
+    updateStatusBar();
 }
 
 void AppDelegate::applyAutoSavedPreferences(const PreferencesDraft& draft) {
-    const AppSettings before = m_settings;
-    m_settings = draft;
-    m_settings.pollIntervalSeconds = draft.clampedPollInterval();
-    m_settings.baseURL = before.baseURL;
-    m_settings.account = before.account;
-    m_settings.stationID = before.stationID;
-    m_settingsStore.save(m_settings);
-    if (m_settings.showDockIcon != before.showDockIcon) {
-        applyDockIconPreference();
+    const PreferencesCoordinator::AutoSaved saved = m_preferencesCoordinator.autoSave(draft);
+    if (saved.isFirstNotificationSwitchedOn) {
+        startTask("notification permission", ifAlive(weak_from_this(), &AppDelegate::askForNotificationPermission));
     }
-    applyApplicationIconIfAvailable();
-    applyLaunchAtLoginPreference(LaunchAtLoginRequest::save);
-    if (!before.hasEnabledProductionNotifications() && m_settings.hasEnabledProductionNotifications()) {
-        startTask("notification permission", [weak = weak_from_this()] {
-            const auto self = weak.lock();
-            return self ? self->askForNotificationPermission() : completedTask();
-        });
-    }
-    if (m_semsSession && m_settings.clampedPollInterval() != before.clampedPollInterval()) {
+    if (m_connection.isConnected() && saved.isPollIntervalChanged) {
         startPolling();
+    }
+    updateStatusBar();
+}
+
+QCoro::Task<void> AppDelegate::synchronizeNotificationAuthorizationIfNeeded(bool requestAuthorization) {
+    const auto self = shared_from_this();
+    if (!m_settings.hasEnabledProductionNotifications()) {
+        m_productionNotificationEvaluator.reset();
+        co_return;
+    }
+    if (requestAuthorization) {
+        co_await m_notificationService.requestAuthorizationIfNeeded();
     }
     updateStatusBar();
 }
@@ -173,17 +133,10 @@ void AppDelegate::applyAutoSavedPreferences(const PreferencesDraft& draft) {
 QCoro::Task<void> AppDelegate::askForNotificationPermission() {
     const auto self = shared_from_this();
     co_await synchronizeNotificationAuthorizationIfNeeded(true);
-    co_await showNotificationAuthorizationTask();
+    co_await showNotificationAuthorization();
 }
 
-void AppDelegate::showNotificationAuthorization() {
-    startTask("notification permission", [weak = weak_from_this()] {
-        const auto self = weak.lock();
-        return self ? self->showNotificationAuthorizationTask() : completedTask();
-    });
-}
-
-QCoro::Task<void> AppDelegate::showNotificationAuthorizationTask() {
+QCoro::Task<void> AppDelegate::showNotificationAuthorization() {
     const auto self = shared_from_this();
     const NotificationAuthorizationState state = co_await m_notificationService.authorizationStatus();
     if (PreferencesWindowController* window = m_preferencesCoordinator.window()) {

@@ -1,10 +1,60 @@
 #include <Varnel/PreferencesCoordinator.h>
 
+#include <VarnelShared/Logging.h>
+#include <VarnelShared/Text.h>
+
 #include <utility>
 
 namespace Varnel {
 
-void PreferencesCoordinator::show(std::unique_ptr<PreferencesWindowController> window) {
+PreferencesCoordinator::PreferencesCoordinator(AppSettings& settings, AppSettingsStore& store,
+                                               const PlatformServices& platform)
+    : m_settings(settings)
+    , m_store(store)
+    , m_platform(platform)
+    , m_launchAtLoginManager(platform.loginItem, platform.bundle.identifier) {}
+
+PreferencesDraft PreferencesCoordinator::draft(const QString& password) const {
+    PreferencesDraft draft{m_settings, password};
+    draft.pollIntervalSeconds = m_settings.clampedPollInterval();
+    draft.launchAtLogin = m_settings.launchAtLogin || m_launchAtLoginManager.isEnabledForUI();
+    return draft;
+}
+
+PreferencesCoordinator::AccountChange PreferencesCoordinator::save(const PreferencesDraft& draft) {
+    const AppSettings before = std::exchange(m_settings, draft);
+    const QString baseURL = trimmed(draft.baseURL);
+    m_settings.baseURL = baseURL.isEmpty() ? AppSettings::defaults().baseURL : baseURL;
+    m_settings.account = trimmed(draft.account);
+    m_settings.stationID = trimmed(draft.stationID);
+    m_settings.pollIntervalSeconds = draft.clampedPollInterval();
+    m_store.save(m_settings);
+    applyDockIconPreference();
+    applyApplicationIconIfAvailable();
+    applyLaunchAtLoginPreference(LaunchAtLoginRequest::save);
+    if (trimmed(before.account).compare(m_settings.account, Qt::CaseInsensitive) != 0) {
+        return AccountChange::account;
+    }
+    return trimmed(before.stationID) == m_settings.stationID ? AccountChange::none : AccountChange::station;
+}
+
+PreferencesCoordinator::AutoSaved PreferencesCoordinator::autoSave(const PreferencesDraft& draft) {
+    const AppSettings before = std::exchange(m_settings, draft);
+    m_settings.baseURL = before.baseURL;
+    m_settings.account = before.account;
+    m_settings.stationID = before.stationID;
+    m_settings.pollIntervalSeconds = draft.clampedPollInterval();
+    m_store.save(m_settings);
+    if (m_settings.showDockIcon != before.showDockIcon) {
+        applyDockIconPreference();
+    }
+    applyApplicationIconIfAvailable();
+    applyLaunchAtLoginPreference(LaunchAtLoginRequest::save);
+    return {m_settings.clampedPollInterval() != before.clampedPollInterval(),
+            m_settings.hasEnabledProductionNotifications() && !before.hasEnabledProductionNotifications()};
+}
+
+void PreferencesCoordinator::open(std::unique_ptr<PreferencesWindowController> window) {
     close();
     m_window = std::move(window);
     m_window->showWindowAndFocus();
@@ -16,10 +66,54 @@ void PreferencesCoordinator::close() {
     }
 }
 
-void PreferencesCoordinator::updateConnectionState(bool isConnected, bool hasConnectionError,
-                                                   const QString& errorMessage) {
-    if (PreferencesWindowController* open = window()) {
-        open->updateConnectionState(isConnected, hasConnectionError, errorMessage);
+void PreferencesCoordinator::updateConnectionState(bool isConnected, const std::optional<QString>& errorMessage) {
+    if (m_window) {
+        m_window->updateConnectionState(isConnected, errorMessage.has_value(), errorMessage.value_or(QString()));
+    }
+}
+
+void PreferencesCoordinator::applyDockIconPreference() {
+    const ActivationPolicy policy = m_settings.showDockIcon ? ActivationPolicy::regular : ActivationPolicy::accessory;
+    if (m_platform.shell.activationPolicy() == policy) {
+        return;
+    }
+    if (!m_platform.shell.setActivationPolicy(policy)) {
+        qCWarning(lcApp, "Failed to set activation policy to %s",
+                  policy == ActivationPolicy::regular ? "regular" : "accessory");
+        return;
+    }
+    applyApplicationIconIfAvailable();
+    if (m_window) {
+        m_window->showWindowAndFocus();
+    }
+}
+
+void PreferencesCoordinator::applyApplicationIconIfAvailable() {
+    m_platform.shell.setApplicationIcon(
+        m_platform.bundle.iconPath(m_settings.iconAppearanceMode, m_platform.appearance.isDark()));
+}
+
+void PreferencesCoordinator::applyLaunchAtLoginPreference(LaunchAtLoginRequest request) {
+    const bool isStart = request == LaunchAtLoginRequest::start;
+    if (isStart && !m_settings.launchAtLogin) {
+        return; // an entry that the user made, or that outlived lost settings, is the user's
+    }
+    if (m_settings.launchAtLogin == m_launchAtLoginManager.isEnabledForUI()) {
+        return; // an unbundled program would be told otherwise that it cannot have what nobody wants
+    }
+    const Result<void> changed = m_launchAtLoginManager.setEnabled(m_settings.launchAtLogin);
+    if (changed) {
+        return;
+    }
+    const QString description = changed.error().localizedDescription();
+    qCWarning(lcApp, "%s", qUtf8Printable(description));
+    if (isStart) {
+        return;
+    }
+    m_settings.launchAtLogin = m_launchAtLoginManager.isEnabledForUI();
+    m_store.save(m_settings);
+    if (m_window) {
+        m_window->showLaunchAtLoginError(description, m_settings.launchAtLogin);
     }
 }
 

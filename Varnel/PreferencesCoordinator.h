@@ -1,26 +1,62 @@
 #pragma once
 
+#include <Varnel/PlatformServices.h>
+
 #include <VarnelPreferences/PreferencesWindowController.h>
+#include <VarnelSettings/AppSettingsStore.h>
+#include <VarnelSettings/LaunchAtLoginManager.h>
 
 #include <memory>
 
 namespace Varnel {
 
-/// Holds the one preferences window, if it is open.
+/// The preferences: their one window, the draft it works on, what its two saves make of the settings, and what the
+/// desktop is told of them (the taskbar entry, the application icon, the start at login).
 class PreferencesCoordinator {
 public:
+    /// Which values no longer belong to what is configured.
+    enum class AccountChange { none, station, account };
+
+    struct AutoSaved {
+        bool isPollIntervalChanged = false;
+        bool isFirstNotificationSwitchedOn = false;
+    };
+
+    /// Who asks for the start at login: the start, which only adds a missing entry and logs a failure, or a save.
+    enum class LaunchAtLoginRequest { start, save };
+
+    /// All three must outlive this object.
+    PreferencesCoordinator(AppSettings& settings, AppSettingsStore& store, const PlatformServices& platform);
+
+    /// The settings as the window edits them, with the password beside them.
+    PreferencesDraft draft(const QString& password) const;
+
+    /// The explicit save: takes the whole draft, trimmed and clamped, an empty base URL as the default one.
+    AccountChange save(const PreferencesDraft& draft);
+
+    /// The automatic save: takes all but base URL, account and station.
+    AutoSaved autoSave(const PreferencesDraft& draft);
+
     /// Null when no window is held. One that is hidden with the application is still held, with what was typed.
     PreferencesWindowController* window() const { return m_window.get(); }
 
-    /// Keeps the window and shows it in front with focus; the one held before is closed and dropped.
-    void show(std::unique_ptr<PreferencesWindowController> window);
+    /// Shows the window in front with focus; the one held before is closed and dropped.
+    void open(std::unique_ptr<PreferencesWindowController> window);
 
     void close();
 
     /// Tells an open window of the connection; does nothing otherwise.
-    void updateConnectionState(bool isConnected, bool hasConnectionError, const QString& errorMessage);
+    void updateConnectionState(bool isConnected, const std::optional<QString>& errorMessage);
+
+    void applyDockIconPreference();
+    void applyApplicationIconIfAvailable();
+    void applyLaunchAtLoginPreference(LaunchAtLoginRequest request);
 
 private:
+    AppSettings& m_settings;
+    AppSettingsStore& m_store;
+    const PlatformServices& m_platform;
+    LaunchAtLoginManager m_launchAtLoginManager;
     std::unique_ptr<PreferencesWindowController> m_window;
 };
 

@@ -12,17 +12,68 @@ namespace Varnel {
 namespace {
 constexpr double smallestShownInKilowatts = 0.1;
 constexpr double wattsPerKilowatt = 1000.0;
+constexpr double smallestAxisKW = 0.1;
+constexpr double headroom = 1.15;
 
 /// The short format without seconds, which only the C locale has in it.
 QString hoursAndMinutesFormat(const QLocale& locale) {
     static const QRegularExpression seconds(QStringLiteral("[:.]s{1,2}"));
     return locale.timeFormat(QLocale::ShortFormat).remove(seconds);
 }
+
+std::vector<double> chartValues(const std::vector<OutputSample>& samples) {
+    std::vector<double> values(samples.size());
+    std::transform(samples.begin(), samples.end(), values.begin(), std::mem_fn(&OutputSample::kilowatts));
+    return values;
+}
+
+double adaptiveMaxKW(const std::vector<double>& values, double peak, std::optional<double> size) {
+    if (values.empty()) {
+        return size.value_or(smallestAxisKW);
+    }
+    const double candidate = std::max(peak * headroom, smallestAxisKW);
+    return size ? std::min(*size, candidate) : candidate;
+}
 } // namespace
 
 StatusPresentationBuilder::StatusPresentationBuilder(const QLocale& locale)
     : m_locale(locale)
     , m_timeFormat(hoursAndMinutesFormat(locale)) {}
+
+StatusPresentation StatusPresentationBuilder::build(const StatusValues& values,
+                                                    const std::vector<OutputSample>& samples,
+                                                    const AppSettings& settings, Timestamp now) const {
+    StatusPresentation presentation;
+    presentation.isSignedIn = values.isConnected;
+    presentation.canRefresh = values.isConnected;
+    presentation.showOutputChart = values.isConnected && settings.showOutputChart;
+    addTexts(presentation, values);
+    presentation.outputChartValues = chartValues(samples);
+    if (presentation.showOutputChart) {
+        presentation.outputChartXAxisLabels = chartXAxisLabels(samples, now);
+        presentation.outputChartPointLabels = chartPointLabels(samples);
+        presentation.outputChartYAxisMaxKW =
+            outputChartYAxisMaxKW(presentation.outputChartValues, values.systemSizeKW, settings.chartScaleMode);
+    }
+    return presentation;
+}
+
+void StatusPresentationBuilder::addTexts(StatusPresentation& presentation, const StatusValues& values) const {
+    const auto absent = QStringLiteral("--");
+    const QString todayOutput = values.todayOutputKWh ? formatEnergyDisplay(*values.todayOutputKWh) : absent;
+    if (values.powerKW) {
+        presentation.title = formatPowerDisplay(*values.powerKW);
+        presentation.outputValue = presentation.title;
+        presentation.todayOutputValue = todayOutput;
+    } else if (values.isConnected) {
+        presentation.title = absent;
+        presentation.todayOutputValue = todayOutput;
+    }
+    if (values.lastUpdatedAt) {
+        presentation.lastUpdatedValue = formatTime(*values.lastUpdatedAt);
+    }
+    presentation.errorLine = values.errorMessage;
+}
 
 QString StatusPresentationBuilder::formatPowerDisplay(double kilowatts) const {
     const double shown = std::max(kilowatts, 0.0);
@@ -38,6 +89,41 @@ QString StatusPresentationBuilder::formatEnergyDisplay(double kilowattHours) con
 
 QString StatusPresentationBuilder::formatTime(Timestamp instant) const {
     return m_locale.toString(instant.toDateTime().time(), m_timeFormat);
+}
+
+QStringList StatusPresentationBuilder::chartXAxisLabels(const std::vector<OutputSample>& visibleSamples,
+                                                        Timestamp referenceDate) const {
+    if (visibleSamples.empty()) {
+        return {};
+    }
+    const Timestamp start = visibleSamples.front().timestamp;
+    const Timestamp end = std::max(referenceDate, start);
+    const Timestamp middle = start + (end - start) * 0.5;
+    return {formatTime(start), formatTime(middle), formatTime(end)};
+}
+
+QStringList StatusPresentationBuilder::chartPointLabels(const std::vector<OutputSample>& visibleSamples) const {
+    QStringList labels;
+    labels.reserve(static_cast<qsizetype>(visibleSamples.size()));
+    for (const OutputSample& sample : visibleSamples) {
+        labels << formatTime(sample.timestamp);
+    }
+    return labels;
+}
+
+double StatusPresentationBuilder::outputChartYAxisMaxKW(const std::vector<double>& values,
+                                                        std::optional<double> systemSizeKW, ChartScaleMode mode) {
+    const double largest = values.empty() ? smallestAxisKW : *std::max_element(values.begin(), values.end());
+    const double peak = std::max(largest, smallestAxisKW);
+    const std::optional<double> size =
+        systemSizeKW ? std::optional(std::max(*systemSizeKW, smallestAxisKW)) : std::nullopt;
+    switch (mode) {
+    case ChartScaleMode::adaptive:
+        return adaptiveMaxKW(values, peak, size);
+    case ChartScaleMode::fixed:
+        break;
+    }
+    return size.value_or(peak);
 }
 
 } // namespace Varnel

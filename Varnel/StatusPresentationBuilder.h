@@ -1,16 +1,33 @@
 #pragma once
 
-#include <VarnelShared/Timestamp.h>
+#include <Varnel/TodayOutput.h>
+
+#include <VarnelShared/AppSettings.h>
+#include <VarnelStatusMenu/StatusPresentation.h>
 
 #include <QLocale>
-#include <QString>
 
 namespace Varnel {
 
-/// The number and time formats of the status item, in the user's own conventions.
+/// The last known values of one connection.
+struct StatusValues {
+    bool isConnected = false; ///< a session is present
+    std::optional<double> powerKW = {};
+    std::optional<double> todayOutputKWh = {};
+    std::optional<double> systemSizeKW = {};
+    std::optional<Timestamp> lastUpdatedAt = {};
+    std::optional<QString> errorMessage = {}; ///< the one line for problems
+};
+
+/// Turns what is known at one moment into everything that the status item and its menu show, in the user's own formats
+/// of numbers and times.
 class StatusPresentationBuilder {
 public:
     explicit StatusPresentationBuilder(const QLocale& locale = QLocale::system());
+
+    /// `samples` are those of the day of `now`. The chart's labels and axis are there only where the chart is shown.
+    StatusPresentation build(const StatusValues& values, const std::vector<OutputSample>& samples,
+                             const AppSettings& settings, Timestamp now) const;
 
     /// A power in kW as text: "46 W" below 0.1 kW, "1.23 kW" otherwise; a negative power counts as 0.
     QString formatPowerDisplay(double kilowatts) const;
@@ -21,7 +38,21 @@ public:
     /// Hours and minutes in the 12- or 24-hour convention of the user, in the system's zone of this moment.
     QString formatTime(Timestamp instant) const;
 
+    /// Three times under the chart: that of the first sample, the middle, and the reference date (the first sample's
+    /// own time where the reference date lies before it). None without samples.
+    QStringList chartXAxisLabels(const std::vector<OutputSample>& visibleSamples, Timestamp referenceDate) const;
+
+    /// The time of each sample.
+    QStringList chartPointLabels(const std::vector<OutputSample>& visibleSamples) const;
+
+    /// The top of the chart's vertical axis in kW, at least 0.1. Adaptive: 15 % above the peak, but not above the
+    /// station's size where it is known. Fixed: the station's size, else the peak.
+    static double outputChartYAxisMaxKW(const std::vector<double>& values, std::optional<double> systemSizeKW,
+                                        ChartScaleMode mode);
+
 private:
+    void addTexts(StatusPresentation& presentation, const StatusValues& values) const;
+
     QLocale m_locale;
     QString m_timeFormat;
 };

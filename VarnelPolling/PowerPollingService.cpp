@@ -53,10 +53,8 @@ void PowerPollingService::scheduleNextPoll(Seconds delay) {
 }
 
 void PowerPollingService::queuePoll(std::weak_ptr<PowerPollingService> service) {
-    startTask("power poll", [service = std::move(service)] {
-        const auto self = service.lock();
-        return self ? pollOnce(self) : completedTask();
-    });
+    startTask("power poll",
+              ifAlive(std::move(service), [](PowerPollingService& self) { return pollOnce(self.shared_from_this()); }));
 }
 
 QCoro::Task<void> PowerPollingService::pollOnce(std::shared_ptr<PowerPollingService> self) {

@@ -28,8 +28,4 @@ void startTask(const char* name, std::function<QCoro::Task<void>()> body) {
         Qt::QueuedConnection);
 }
 
-QCoro::Task<void> completedTask() {
-    co_return;
-}
-
 } // namespace Varnel

@@ -43,7 +43,7 @@ void handlePollResult(benchmark::State& state) {
     for ([[maybe_unused]] auto turn : state) {
         bench.controller->handlePollResult(readingAt(bench.time.now(), ++number));
     }
-    state.counters["samples"] = static_cast<double>(bench.controller->todayOutputSamples().size());
+    state.counters["samples"] = static_cast<double>(bench.controller->todayOutput().samples().size());
 }
 BENCHMARK(handlePollResult)->Arg(288)->Arg(1440)->Unit(benchmark::kMillisecond);
 

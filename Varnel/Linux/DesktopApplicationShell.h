@@ -1,6 +1,6 @@
 #pragma once
 
-#include <Varnel/ApplicationShell.h>
+#include <Varnel/PlatformServices.h>
 
 #include <QObject>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <Varnel/BundleInfo.h>
+#include <Varnel/PlatformServices.h>
 
 #include <QString>
 

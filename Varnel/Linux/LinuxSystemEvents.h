@@ -1,6 +1,6 @@
 #pragma once
 
-#include <Varnel/SystemEvents.h>
+#include <Varnel/PlatformServices.h>
 
 #include <QObject>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <Varnel/Appearance.h>
+#include <Varnel/PlatformServices.h>
 
 #include <QObject>
 

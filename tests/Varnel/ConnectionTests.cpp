@@ -33,7 +33,7 @@ TEST_F(ConnectionTest, AStoredAccountConnectsPollsAndKeepsItsStation) {
     const QString station = simulator.behaviour().stations.front().id;
     EXPECT_EQ(storedSettings().stationID, station);
     EXPECT_EQ(controller->systemSizeKW(), simulator.behaviour().stations.front().capacityKW);
-    EXPECT_EQ(controller->todayOutputSamples().size(), 1U);
+    EXPECT_EQ(controller->todayOutput().samples().size(), 1U);
     EXPECT_TRUE(controller->presentation().showOutputChart);
     EXPECT_EQ(simulator.log().maximumInFlight(), 1);
     EXPECT_FALSE(keychain.calls.contains(QLatin1String("deleteMatching"))) << "the password did not change";
@@ -89,7 +89,7 @@ TEST_F(ConnectionTest, AReadingOfAnotherStationReplacesTheStoredOne) {
     reading.capturedAt = time.now();
     controller->handlePollResult(reading);
     EXPECT_EQ(storedSettings().stationID, QStringLiteral("another"));
-    EXPECT_EQ(controller->todayOutputSamples().size(), 1U); // that station's own day
+    EXPECT_EQ(controller->todayOutput().samples().size(), 1U); // that station's own day
     EXPECT_TRUE(waitUntil([&] { return requestsTo("GetUserPowerStation") > sizeRequests; }));
     EXPECT_EQ(requestsTo("GetUserPowerStation"), sizeRequests + 1);
 }
@@ -104,7 +104,7 @@ TEST_F(ConnectionTest, SignOutDuringAPollLetsNothingReappear) {
     item->choose(StatusMenuCommand::signOut);
     EXPECT_EQ(title(), QStringLiteral("SEMS --"));
     EXPECT_FALSE(waitUntil([&] { return title() != QStringLiteral("SEMS --"); }, 400));
-    EXPECT_TRUE(controller->todayOutputSamples().empty());
+    EXPECT_TRUE(controller->todayOutput().samples().empty());
     EXPECT_EQ(controller->lastErrorMessage(), std::nullopt);
     EXPECT_FALSE(controller->isPolling());
     EXPECT_TRUE(keychain.items.isEmpty());

@@ -13,11 +13,11 @@ class DayTest : public testing::Test, protected Testing::ControllerBench {};
 
 TEST_F(DayTest, TodaysSamplesComeBackAfterARestart) {
     launchConnected();
-    const auto samples = controller->todayOutputSamples();
+    const auto samples = controller->todayOutput().samples();
     ASSERT_FALSE(samples.empty());
     time.advance(Seconds(60));
     launch();
-    EXPECT_EQ(controller->todayOutputSamples(), samples);
+    EXPECT_EQ(controller->todayOutput().samples(), samples);
 }
 
 TEST_F(DayTest, TheDisplayEmptiesByItselfAtLocalMidnightAndOnlyOnce) {
@@ -28,7 +28,7 @@ TEST_F(DayTest, TheDisplayEmptiesByItselfAtLocalMidnightAndOnlyOnce) {
     EXPECT_EQ(controller->presentation().outputChartValues.size(), 1U);
     time.advance(Seconds(1));
     EXPECT_TRUE(controller->presentation().outputChartValues.empty());
-    EXPECT_EQ(controller->outputSamplesDayStart(), midnight);
+    EXPECT_EQ(controller->todayOutput().dayStart(), midnight);
     OutputHistoryStore store(dataFolder.path(), QStringLiteral("com.varnel.menubar"));
     EXPECT_EQ(store.loadAllSnapshots(QStringLiteral("demo@example.com"), controller->settings().stationID).size(),
               1U); // yesterday; an empty day is never written
@@ -40,13 +40,13 @@ TEST_F(DayTest, AThreeDaySleepCatchesUpOnceTheNetworkIsThere) {
     time.jumpTo(time.now() + Seconds(3 * 86400.0));
     systemEvents.isReachable = false;
     systemEvents.resume();
-    EXPECT_TRUE(controller->todayOutputSamples().empty());
+    EXPECT_TRUE(controller->todayOutput().samples().empty());
     Testing::settle();
     EXPECT_EQ(title(), QStringLiteral("3.42 kW"));
     systemEvents.isReachable = true;
     systemEvents.networkReachable();
     EXPECT_TRUE(waitForTitle("0.25 kW"));
-    EXPECT_EQ(controller->todayOutputSamples().size(), 1U);
+    EXPECT_EQ(controller->todayOutput().samples().size(), 1U);
 }
 
 TEST_F(DayTest, WhereNobodyAnnouncesTheNetworkASleepCatchesUpAfterFifteenSeconds) {

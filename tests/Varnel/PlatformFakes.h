@@ -1,8 +1,6 @@
 #pragma once
 
-#include <Varnel/Appearance.h>
-#include <Varnel/ApplicationShell.h>
-#include <Varnel/SystemEvents.h>
+#include <Varnel/PlatformServices.h>
 
 #include <VarnelSettings/LaunchAtLoginManager.h>
 #include <VarnelShared/URLError.h>

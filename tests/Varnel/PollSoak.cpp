@@ -78,8 +78,8 @@ bool PollSoak::isRightlyShown(double polled) {
     m_failedPolls += error ? 1 : 0;
     m_lastGoodKW = error ? m_lastGoodKW : polled;
     const QString title = StatusPresentationBuilder().formatPowerDisplay(m_lastGoodKW);
-    const bool isRecorded = error || (!controller.todayOutputSamples().empty() &&
-                                      controller.todayOutputSamples().back().kilowatts == polled);
+    const bool isRecorded = error || (!controller.todayOutput().samples().empty() &&
+                                      controller.todayOutput().samples().back().kilowatts == polled);
     if (m_bench.title() == title && isRecorded && (m_isDisturbed || !error)) {
         return true;
     }

@@ -61,7 +61,7 @@ TEST_F(PreferencesTest, AnotherAccountShowsNothingOfTheFormerOne) {
     EXPECT_FALSE(await(std::move(save)));
     EXPECT_TRUE(waitForError("Sign-in failed. Check email/password in Profile and reconnect."));
     EXPECT_FALSE(controller->isPolling() || controller->semsSession().has_value());
-    EXPECT_TRUE(controller->todayOutputSamples().empty());
+    EXPECT_TRUE(controller->todayOutput().samples().empty());
     EXPECT_FALSE(QFile::exists(dataFolder.filePath(QStringLiteral("com.varnel.menubar/output-history.json"))));
 }
 

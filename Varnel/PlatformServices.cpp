@@ -1,4 +1,4 @@
-#include <Varnel/ApplicationIcon.h>
+#include <Varnel/PlatformServices.h>
 
 #include <QFileInfo>
 #include <QStringList>
@@ -6,7 +6,7 @@
 namespace Varnel {
 
 namespace {
-bool isDark(IconAppearanceMode mode, bool isSystemDark) {
+bool isDarkWanted(IconAppearanceMode mode, bool isSystemDark) {
     switch (mode) {
     case IconAppearanceMode::automatic:
         return isSystemDark;
@@ -19,11 +19,11 @@ bool isDark(IconAppearanceMode mode, bool isSystemDark) {
 }
 } // namespace
 
-QString applicationIconPath(const QString& resourcesPath, IconAppearanceMode mode, bool isSystemDark) {
+QString BundleInfo::iconPath(IconAppearanceMode mode, bool isSystemDark) const {
     if (resourcesPath.isEmpty()) {
         return {};
     }
-    const bool dark = isDark(mode, isSystemDark);
+    const bool dark = isDarkWanted(mode, isSystemDark);
     const QStringList candidates = {
         dark ? QStringLiteral("Assets/AppIcon-1024-dark.png") : QStringLiteral("Assets/AppIcon-1024-light.png"),
         dark ? QStringLiteral("Resources/AppIconDark.icns") : QStringLiteral("Resources/AppIconLight.icns"),

@@ -1,0 +1,159 @@
+#include <Varnel/AppDelegate.h>
+
+#include <Varnel/ApplicationDialogs.h>
+#include <Varnel/ApplicationMenu.h>
+
+#include <VarnelShared/Calendar.h>
+#include <VarnelShared/Logging.h>
+#include <VarnelShared/Task.h>
+
+#include <QMenu>
+
+#include <utility>
+
+namespace Varnel {
+
+namespace {
+constexpr Seconds longestWaitForNetworkAfterSleep(15);
+
+OutputHistoryStore historyStore(const PlatformServices& platform) {
+    return {platform.applicationSupportFolder, platform.bundle.identifier.value_or(QStringLiteral("Varnel"))};
+}
+} // namespace
+
+AppDelegate::AppDelegate(PlatformServices platform)
+    : m_platform(std::move(platform))
+    , m_settingsStore(m_platform.userDefaults)
+    , m_storedPassword(m_platform.keychainServices)
+    , m_connection(m_platform.http, m_platform.clock, m_platform.endpoints)
+    , m_todayOutput(historyStore(m_platform), m_platform.clock)
+    , m_statusBarController(std::move(m_platform.statusItem))
+    , m_preferencesCoordinator(m_settings, m_settingsStore, m_platform)
+    , m_notificationService(nullptr, m_platform.notificationCenter)
+    , m_productionNotificationEvaluator(1, 1.0) {}
+
+AppDelegate::~AppDelegate() = default;
+
+void AppDelegate::applicationDidFinishLaunching() {
+    m_settings = m_settingsStore.load();
+    configureApplicationMenu();
+    m_appearanceObservation = m_platform.appearance.observe(ifAlive(
+        weak_from_this(), [](AppDelegate& self) { self.m_preferencesCoordinator.applyApplicationIconIfAvailable(); }));
+    if (m_settings.pollIntervalSeconds != m_settings.clampedPollInterval()) {
+        m_settings.pollIntervalSeconds = m_settings.clampedPollInterval();
+        m_settingsStore.save(m_settings);
+    }
+    m_preferencesCoordinator.applyDockIconPreference();
+    m_preferencesCoordinator.applyApplicationIconIfAvailable();
+    m_preferencesCoordinator.applyLaunchAtLoginPreference(PreferencesCoordinator::LaunchAtLoginRequest::start);
+    wireMenuActions();
+    observeSystem();
+    m_todayOutput.setOwner(m_settings.account, m_settings.stationID);
+    m_todayOutput.restore();
+    updateStatusBar();
+    startTask("bootstrap", ifAlive(weak_from_this(), &AppDelegate::bootstrap, BootstrapMode::openPreferencesIfNeeded));
+}
+
+void AppDelegate::applicationWillTerminate() {
+    m_preferencesCoordinator.close(); // hands on an edit that is still pending, which may restart polling
+    m_todayOutput.persist();
+    dropPollingService();
+    m_connection.close();
+    m_appearanceObservation.reset();
+    m_midnightTimer.reset();
+    m_catchUpTimer.reset();
+}
+
+void AppDelegate::wireMenuActions() {
+    const std::weak_ptr<AppDelegate> weak = weak_from_this();
+    m_statusBarController.onOpenPreferences =
+        ifAlive(weak, &AppDelegate::showPreferencesWindow, PreferencesInitialTab::general);
+    m_statusBarController.onSignIn = ifAlive(weak, &AppDelegate::showPreferencesWindow, PreferencesInitialTab::account);
+    m_statusBarController.onRefresh = [weak] { startTask("refresh", ifAlive(weak, &AppDelegate::refreshNow)); };
+    m_statusBarController.onSignOut = ifAlive(weak, &AppDelegate::signOut, true);
+    m_platform.shell.setReopenHandler(ifAlive(weak, &AppDelegate::bringPreferencesToFront));
+}
+
+void AppDelegate::configureApplicationMenu() {
+    m_applicationMenu = makeApplicationMenu(ifAlive(weak_from_this(), &AppDelegate::handleApplicationCommand));
+}
+
+void AppDelegate::handleApplicationCommand(ApplicationCommand command) {
+    switch (command) {
+    case ApplicationCommand::about:
+        ApplicationDialogs::showAboutPanel(
+            m_platform.bundle.version,
+            m_platform.bundle.iconPath(IconAppearanceMode::automatic, m_platform.appearance.isDark()));
+        break;
+    case ApplicationCommand::settings:
+        showPreferencesWindow(PreferencesInitialTab::general);
+        break;
+    case ApplicationCommand::checkForUpdates:
+        ApplicationDialogs::showNoUpdatesAlert();
+        break;
+    case ApplicationCommand::hide:
+        m_platform.shell.hide();
+        break;
+    case ApplicationCommand::quit:
+        m_platform.shell.terminate();
+        break;
+    case ApplicationCommand::hideOthers:
+    case ApplicationCommand::showAll:
+        break; // disabled in the menu
+    }
+}
+
+void AppDelegate::observeSystem() {
+    m_platform.systemEvents.setResumeHandler(ifAlive(weak_from_this(), &AppDelegate::onResume));
+    m_platform.systemEvents.setNetworkReachableHandler(ifAlive(weak_from_this(), [](AppDelegate& self) {
+        qCInfo(lcApp, "The network is reachable");
+        self.catchUp();
+    }));
+}
+
+void AppDelegate::onResume() {
+    qCInfo(lcApp, "The machine has woken from sleep");
+    updateStatusBar();
+    if (m_platform.systemEvents.isNetworkReachable()) {
+        catchUp();
+    } else {
+        m_catchUpTimer = m_platform.timers.schedule(longestWaitForNetworkAfterSleep,
+                                                    ifAlive(weak_from_this(), &AppDelegate::catchUp));
+    }
+}
+
+void AppDelegate::catchUp() {
+    if (m_connection.isClosed()) {
+        return;
+    }
+    m_catchUpTimer.reset();
+    m_platform.timers.fireOverdue();
+    if (m_connection.isUnderWay()) {
+        m_connectAgain = true;
+    } else if (!m_connection.isConnected()) {
+        startTask("bootstrap", ifAlive(weak_from_this(), &AppDelegate::bootstrap, BootstrapMode::silent));
+    }
+}
+
+void AppDelegate::updateStatusBar() {
+    if (m_connection.isClosed()) {
+        return;
+    }
+    const Timestamp now = m_platform.clock.now();
+    m_todayOutput.rollOver(now);
+    m_values.isConnected = m_connection.isConnected();
+    m_statusBarController.update(
+        m_statusPresentationBuilder.build(m_values, m_todayOutput.visible(now), m_settings, now));
+    m_preferencesCoordinator.updateConnectionState(m_values.isConnected, m_values.errorMessage);
+    if (const std::optional<Timestamp> midnight = Calendar::startOfNextDay(now)) {
+        // Anew each time, also for the same midnight: the clock may have been set since.
+        m_midnightTimer =
+            m_platform.timers.schedule(*midnight - now, ifAlive(weak_from_this(), &AppDelegate::updateStatusBar));
+    }
+}
+
+void AppDelegate::showStatusWindow() {
+    m_statusBarController.showWindow();
+}
+
+} // namespace Varnel

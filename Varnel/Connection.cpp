@@ -1,0 +1,117 @@
+#include <Varnel/Connection.h>
+
+#include <VarnelShared/Logging.h>
+
+#include <utility>
+
+namespace Varnel {
+
+namespace {
+QCoro::Task<Result<PowerReading>> failedReading(Error error) {
+    co_return failure(std::move(error));
+}
+
+bool isAuthenticationFailure(const Result<PowerReading>& reading) {
+    const auto* error = reading ? nullptr : reading.error().as<SEMSAPIError>();
+    return error && error->is<SEMSAPIError::AuthenticationFailed>();
+}
+} // namespace
+
+Connection::Connection(HTTPSession& http, const Clock& clock, SEMSEndpoints endpoints)
+    : m_http(http)
+    , m_clock(clock)
+    , m_endpoints(std::move(endpoints)) {}
+
+Connection::Attempt Connection::begin() {
+    m_isUnderWay = !m_isClosed;
+    m_attempt = Attempt{static_cast<int>(m_attempt) + 1};
+    return m_attempt;
+}
+
+void Connection::end(Attempt attempt) {
+    m_isUnderWay = m_isUnderWay && attempt != m_attempt;
+}
+
+QCoro::Task<Result<void>> Connection::signIn(Attempt attempt, QUrl baseURL, QString account, QString password) {
+    const auto client = std::make_shared<SEMSAPIClient>(baseURL, m_http, m_clock, m_endpoints);
+    Result<SEMSSession> session = co_await client->signIn(account, password);
+    if (!session) {
+        co_return failure(session.error());
+    }
+    if (isCurrent(attempt)) {
+        m_client = client;
+        m_session = *session;
+        m_account = account;
+        m_password = password;
+        m_madeBy = attempt;
+    }
+    co_return Result<void>();
+}
+
+QCoro::Task<Result<PowerReading>> Connection::fetchPowerReading(std::optional<QString> preferredStationID) {
+    if (!m_client) {
+        return failedReading(SEMSAPIError::invalidConfiguration(QStringLiteral("API client is not initialized.")));
+    }
+    if (m_password.isEmpty()) {
+        return failedReading(SEMSAPIError::authenticationFailed());
+    }
+    if (m_account.isEmpty()) {
+        return failedReading(SEMSAPIError::invalidConfiguration(QStringLiteral("SEMS account is empty.")));
+    }
+    return fetch(m_client, std::move(preferredStationID));
+}
+
+QCoro::Task<Result<PowerReading>> Connection::fetch(Client client, std::optional<QString> preferredStationID) {
+    std::optional<SEMSSession> session = m_session;
+    if (!session) {
+        const Result<SEMSSession> renewed = co_await renewSession(client);
+        if (!renewed) {
+            co_return failure(renewed.error());
+        }
+        session = *renewed;
+    }
+    Result<PowerReading> reading = co_await client->fetchCurrentPower(*session, preferredStationID);
+    if (isAuthenticationFailure(reading)) {
+        const Result<SEMSSession> renewed = co_await renewSession(client);
+        if (!renewed) {
+            co_return failure(renewed.error());
+        }
+        reading = co_await client->fetchCurrentPower(*renewed, preferredStationID);
+    }
+    if (reading) {
+        reading->capturedAt = m_clock.now();
+    }
+    co_return reading;
+}
+
+QCoro::Task<Result<SEMSSession>> Connection::renewSession(Client client) {
+    const QString account = m_account;
+    const QString password = m_password;
+    Result<SEMSSession> session = co_await client->signIn(account, password);
+    // Stored only for the connection that asked: after a sign-out or another sign-in it would revive what is gone.
+    if (session && isCurrent(client)) {
+        qCInfo(lcApp, "Session renewed");
+        m_session = *session;
+    }
+    co_return session;
+}
+
+void Connection::drop() {
+    m_isUnderWay = m_isUnderWay && m_madeBy != m_attempt;
+    m_client.reset();
+    m_session.reset();
+}
+
+void Connection::forget() {
+    drop();
+    m_password.clear();
+    m_http.reset();
+}
+
+void Connection::close() {
+    drop();
+    m_isUnderWay = false;
+    m_isClosed = true;
+}
+
+} // namespace Varnel

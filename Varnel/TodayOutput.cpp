@@ -1,0 +1,90 @@
+#include <Varnel/TodayOutput.h>
+
+#include <VarnelShared/Calendar.h>
+#include <VarnelShared/Text.h>
+
+#include <algorithm>
+#include <chrono>
+#include <iterator>
+#include <utility>
+
+namespace Varnel {
+
+TodayOutput::TodayOutput(OutputHistoryStore history, const Clock& clock)
+    : m_history(std::move(history))
+    , m_clock(clock) {}
+
+std::vector<OutputSample> TodayOutput::visible(Timestamp referenceDate) const {
+    const Timestamp dayStart = Calendar::startOfDay(referenceDate);
+    std::vector<OutputSample> samples;
+    std::copy_if(m_samples.begin(), m_samples.end(), std::back_inserter(samples),
+                 [dayStart](const OutputSample& sample) { return sample.timestamp >= dayStart; });
+    return samples;
+}
+
+void TodayOutput::setOwner(const QString& account, const QString& stationID) {
+    m_account = trimmed(account);
+    m_stationID = trimmed(stationID);
+}
+
+void TodayOutput::restore() {
+    clear();
+    if (m_account.isEmpty() || m_stationID.isEmpty()) {
+        return;
+    }
+    const Timestamp today = Calendar::startOfDay(m_clock.now());
+    if (auto snapshot = m_history.loadSnapshot(today, m_account, m_stationID)) {
+        m_dayStart = today;
+        m_samples = std::move(snapshot->samples);
+        dropOldest();
+    }
+}
+
+void TodayOutput::rollOver(Timestamp instant) {
+    const Timestamp dayStart = Calendar::startOfDay(instant);
+    if (m_dayStart == dayStart) {
+        return;
+    }
+    m_dayStart = dayStart;
+    // After midnight none is left; where only the zone has changed, the day's earlier samples are.
+    std::erase_if(m_samples,
+                  [instant](const OutputSample& sample) { return !Calendar::isSameDay(sample.timestamp, instant); });
+}
+
+void TodayOutput::record(double kilowatts, Timestamp at) {
+    rollOver(at);
+    const OutputSample sample{at, std::max(kilowatts, 0.0)};
+    constexpr Seconds together(1.0);
+    if (!m_samples.empty() && std::chrono::abs(at - m_samples.back().timestamp) < together) {
+        m_samples.back() = sample;
+    } else {
+        m_samples.push_back(sample);
+    }
+    dropOldest();
+    persist();
+}
+
+void TodayOutput::persist() {
+    if (m_account.isEmpty() || m_stationID.isEmpty() || !m_dayStart || m_samples.empty()) {
+        return;
+    }
+    m_history.saveSnapshot({*m_dayStart, m_account, m_stationID, m_samples}, m_clock.now());
+}
+
+void TodayOutput::clear() {
+    m_dayStart.reset();
+    m_samples.clear();
+}
+
+void TodayOutput::forget() {
+    clear();
+    m_history.clear();
+}
+
+void TodayOutput::dropOldest() {
+    if (m_samples.size() > limit) {
+        m_samples.erase(m_samples.begin(), m_samples.end() - limit);
+    }
+}
+
+} // namespace Varnel
