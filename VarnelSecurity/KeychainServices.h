@@ -38,8 +38,9 @@ struct KeychainMatch {
 
 /// What an unlocked keychain is wanted for.
 enum class KeychainAccess {
-    reading, ///< the items that match
-    writing, ///< a place for a new item, too
+    reading,  ///< one item that matches
+    writing,  ///< the items that match and a place for a new one
+    deleting, ///< every item that matches, wherever it is kept
 };
 
 /// The keychain of the desktop. A port. No operation but `unlock` asks the user anything: what would need the user ends
@@ -57,7 +58,8 @@ public:
     /// The newest item that matches.
     virtual KeychainMatch copyMatching(const KeychainQuery& query) = 0;
 
-    /// Deletes every item that matches; `keychainItemNotFound` when there was none.
+    /// Deletes every item that matches; `keychainItemNotFound` when there was none. Any status but these two says that
+    /// one may be left.
     virtual KeychainStatus deleteMatching(const KeychainQuery& query) = 0;
 
     /// Has the desktop ask the user to unlock what the access needs, if anything is locked. False when the user

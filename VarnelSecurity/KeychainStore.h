@@ -32,19 +32,21 @@ public:
     /// `services` must outlive the store.
     KeychainStore(const QString& service, KeychainServices& services);
 
-    /// Replaces the account's item by deleting and adding: a failure may leave none. Fails with `encodingFailed`,
-    /// with everything as it was, for text that has no UTF-8 form.
+    /// Replaces the account's item by deleting and adding: a failure may leave none, or the former one. Success means
+    /// that this secret is what the next reading gives. Fails with `encodingFailed`, with everything as it was, for
+    /// text that has no UTF-8 form.
     Result<void> saveSecret(const QString& secret, const QString& account);
 
     /// The account's secret, none when there is no item; an empty one is the empty text. Fails with `decodingFailed`
     /// for data that is not UTF-8.
     Result<std::optional<QString>> readSecret(const QString& account);
 
-    /// Deletes the account's item. That there is none is no failure.
+    /// Deletes the account's item. That there is none is no failure; any failure means that the secret may be left:
+    /// `unexpectedStatus` tells whether the keychain was locked, gone or did not answer.
     Result<void> deleteSecret(const QString& account);
 
     /// Has the desktop ask the user to unlock the keychain, if what the access needs is locked. To be awaited before
-    /// a secret is read or saved on the user's behalf; false counts as a failing read.
+    /// a secret is read, saved or deleted on the user's behalf; false counts as a failing read.
     QCoro::Task<bool> unlock(const QString& account, KeychainAccess access);
 
 private:

@@ -1,5 +1,7 @@
 #include <VarnelSecurity/Linux/DesktopKeychain.h>
 
+#include <algorithm>
+
 namespace Varnel {
 
 namespace {
@@ -13,35 +15,48 @@ DesktopKeychain::DesktopKeychain(KeychainServices& secretService, KeychainServic
     , m_file(file) {}
 
 KeychainStatus DesktopKeychain::add(const KeychainQuery& query, const QByteArray& data) {
-    const KeychainStatus status = m_secretService.add(query, data);
-    if (status == keychainNotAvailable) {
-        return m_file.add(query, data);
+    const KeychainStatus status = addToService(query, data);
+    return status == keychainNotAvailable ? m_file.add(query, data) : status;
+}
+
+/// A service that has taken the item is done only when the file no longer holds an older one, which would be read
+/// first.
+KeychainStatus DesktopKeychain::addToService(const KeychainQuery& query, const QByteArray& data) {
+    const KeychainStatus added = m_secretService.add(query, data);
+    if (added != keychainSuccess) {
+        return added;
     }
-    if (status == keychainSuccess) {
-        m_file.deleteMatching(query); // an older secret must not outlive the newer one
-    }
-    return status;
+    noteHeldByService(query);
+    const KeychainStatus removed = m_file.deleteMatching(query);
+    const bool isOlderLeft = removed != keychainSuccess && m_file.copyMatching(query).status == keychainSuccess;
+    return isOlderLeft ? removed : keychainSuccess;
 }
 
 KeychainMatch DesktopKeychain::copyMatching(const KeychainQuery& query) {
+    KeychainMatch filed = m_file.copyMatching(query);
+    if (filed.status == keychainSuccess) {
+        if (filed.data) {
+            addToService(query, *filed.data); // where the service does not take it, the file keeps it
+        }
+        return filed;
+    }
     KeychainMatch kept = m_secretService.copyMatching(query);
     if (kept.status == keychainSuccess) {
-        return kept;
+        noteHeldByService(query);
     }
-    KeychainMatch filed = m_file.copyMatching(query);
-    if (filed.status != keychainSuccess) {
-        return isNothingThere(kept.status) ? filed : kept;
-    }
-    const bool isFree = kept.status == keychainItemNotFound;
-    if (isFree && filed.data && m_secretService.add(query, *filed.data) == keychainSuccess) {
-        m_file.deleteMatching(query);
-    }
-    return filed;
+    return isNothingThere(kept.status) ? filed : kept;
 }
 
 KeychainStatus DesktopKeychain::deleteMatching(const KeychainQuery& query) {
     const KeychainStatus kept = m_secretService.deleteMatching(query);
     const KeychainStatus filed = m_file.deleteMatching(query);
+    if (kept == keychainSuccess || kept == keychainItemNotFound) {
+        std::erase(m_heldByService, query);
+    }
+    const bool isOutOfReach = std::find(m_heldByService.begin(), m_heldByService.end(), query) != m_heldByService.end();
+    if (kept == keychainNotAvailable && isOutOfReach) {
+        return kept;
+    }
     if (isNothingThere(kept)) {
         return filed;
     }
@@ -52,6 +67,11 @@ KeychainStatus DesktopKeychain::deleteMatching(const KeychainQuery& query) {
 QCoro::Task<bool> DesktopKeychain::unlock(KeychainQuery query, KeychainAccess access) {
     const bool servedByFile = access == KeychainAccess::reading && m_file.copyMatching(query).status == keychainSuccess;
     return servedByFile ? m_file.unlock(query, access) : m_secretService.unlock(query, access);
+}
+
+void DesktopKeychain::noteHeldByService(const KeychainQuery& query) {
+    std::erase(m_heldByService, query);
+    m_heldByService.push_back(query);
 }
 
 } // namespace Varnel

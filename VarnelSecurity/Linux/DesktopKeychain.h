@@ -2,11 +2,13 @@
 
 #include <VarnelSecurity/KeychainServices.h>
 
+#include <vector>
+
 namespace Varnel {
 
 /// The Secret Service with a file behind it for desktops that have none. New items go into the file only where the
-/// service does not exist at all, never because it is locked or silent; what the file holds moves into the service
-/// when it is read and the service takes it. Deleting deletes in both.
+/// service does not exist at all, never because it is locked or silent. So what the file holds is newer than any item
+/// of the service: it is read first, and moves into the service as soon as that takes it. Deleting deletes in both.
 class DesktopKeychain final : public KeychainServices {
 public:
     /// `secretService` tells that it does not exist by `keychainNotAvailable`. Both must outlive this object.
@@ -18,8 +20,12 @@ public:
     QCoro::Task<bool> unlock(KeychainQuery query, KeychainAccess access) override;
 
 private:
+    KeychainStatus addToService(const KeychainQuery& query, const QByteArray& data);
+    void noteHeldByService(const KeychainQuery& query);
+
     KeychainServices& m_secretService;
     KeychainServices& m_file;
+    std::vector<KeychainQuery> m_heldByService; ///< seen there by this object: a service that is gone keeps them
 };
 
 } // namespace Varnel

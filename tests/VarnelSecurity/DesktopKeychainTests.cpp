@@ -53,17 +53,63 @@ TEST_F(DesktopKeychainTest, UsesTheFileForNewItemsOnlyWhereThereIsNoService) {
     }
 }
 
-TEST_F(DesktopKeychainTest, TheServiceIsReadFirstAndTheUserAskedOnlyForIt) {
+TEST_F(DesktopKeychainTest, WhatTheFileHoldsIsNewerThanWhatTheServiceHolds) {
     Testing::expectKeychainContract(keychain);
-    file.add(query, "old");
+    service.add(query, "older");
+    service.status = keychainNotAvailable;
+    EXPECT_EQ(keychain.add(query, "newer"), keychainSuccess);
+    service.status = keychainInteractionNotAllowed;
+    EXPECT_EQ(keychain.copyMatching(query).data, "newer") << "not served from behind a lock";
     EXPECT_TRUE(Testing::await(keychain.unlock(query, KeychainAccess::reading)));
-    EXPECT_FALSE(service.calls.contains(QStringLiteral("unlock")));
-    service.add(query, "new");
-    EXPECT_EQ(keychain.copyMatching(query).data, "new");
-    EXPECT_TRUE(Testing::await(keychain.unlock(query, KeychainAccess::writing)));
-    EXPECT_TRUE(service.calls.contains(QStringLiteral("unlock")));
-    file.status = keychainInputOutputError;
-    EXPECT_EQ(keychain.deleteMatching(query), keychainInputOutputError) << "something may be left";
+    EXPECT_FALSE(service.calls.contains(QStringLiteral("unlock"))) << "reading needs no answer of the user";
+    service.status = keychainSuccess;
+    EXPECT_EQ(keychain.copyMatching(query).data, "newer");
+    EXPECT_EQ(service.copyMatching(query).data, "newer");
+    EXPECT_TRUE(file.items.isEmpty());
+    EXPECT_EQ(keychain.copyMatching(query).data, "newer");
+}
+
+TEST_F(DesktopKeychainTest, ASaveHoldsOnlyWhenTheFileHasNoOlderSecretLeft) {
+    file.add(query, "older");
+    file.deleteStatus = keychainInputOutputError;
+    EXPECT_EQ(keychain.add(query, "newer"), keychainInputOutputError) << "the older one would be read first";
+    file.status = keychainDecodeError;
+    EXPECT_EQ(keychain.add(query, "newer"), keychainSuccess) << "nothing can be read there";
+    EXPECT_EQ(keychain.copyMatching(query).data, "newer");
+}
+
+TEST_F(DesktopKeychainTest, DeletingUnlocksTheServiceAndTellsThatSomethingMayBeLeft) {
+    const struct {
+        const char* name;
+        bool wasInService;
+        KeychainStatus service;
+        KeychainStatus file;
+        KeychainStatus expected;
+    } rows[] = {
+        {"both", true, keychainSuccess, keychainSuccess, keychainSuccess},
+        {"locked", true, keychainInteractionNotAllowed, keychainSuccess, keychainInteractionNotAllowed},
+        {"hanging", true, keychainServiceNotResponding, keychainSuccess, keychainServiceNotResponding},
+        {"the service that had it is gone", true, keychainNotAvailable, keychainSuccess, keychainNotAvailable},
+        {"there never was a service", false, keychainNotAvailable, keychainSuccess, keychainSuccess},
+        {"no disk", true, keychainSuccess, keychainInputOutputError, keychainInputOutputError},
+        {"no disk, no service", false, keychainNotAvailable, keychainInputOutputError, keychainInputOutputError},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        FakeKeychainServices someService;
+        FakeKeychainServices someFile;
+        DesktopKeychain both(someService, someFile);
+        if (row.wasInService) {
+            someService.add(query, "secret");
+            EXPECT_EQ(both.copyMatching(query).data, "secret");
+        }
+        someFile.add(query, "secret");
+        someService.status = row.service;
+        EXPECT_EQ(Testing::await(both.unlock(query, KeychainAccess::deleting)), row.service == keychainSuccess);
+        someFile.status = row.file;
+        EXPECT_EQ(both.deleteMatching(query), row.expected);
+        EXPECT_EQ(someFile.items.isEmpty(), row.file == keychainSuccess);
+    }
 }
 
 } // namespace

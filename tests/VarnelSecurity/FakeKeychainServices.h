@@ -9,7 +9,8 @@
 
 namespace Varnel::Testing {
 
-/// A keychain in memory that records its calls and, when told so, answers all of them with one status.
+/// A keychain in memory that records its calls and, when told so, answers all of them, or all deletions, with one
+/// status.
 class FakeKeychainServices final : public KeychainServices {
 public:
     KeychainStatus add(const KeychainQuery& query, const QByteArray& data) override {
@@ -29,8 +30,8 @@ public:
     }
     KeychainStatus deleteMatching(const KeychainQuery& query) override {
         calls << QStringLiteral("deleteMatching");
-        if (status != keychainSuccess) {
-            return status;
+        if (status != keychainSuccess || deleteStatus != keychainSuccess) {
+            return status != keychainSuccess ? status : deleteStatus;
         }
         return items.remove({query.service, query.account}) > 0 ? keychainSuccess : keychainItemNotFound;
     }
@@ -41,6 +42,7 @@ public:
 
     QMap<std::pair<QString, QString>, std::optional<QByteArray>> items;
     KeychainStatus status = keychainSuccess;
+    KeychainStatus deleteStatus = keychainSuccess;
     QStringList calls;
 };
 

@@ -11,6 +11,8 @@
 
 #include <QElapsedTimer>
 
+#include <functional>
+
 namespace Varnel {
 namespace {
 
@@ -77,6 +79,39 @@ TEST_F(SecretServiceKeychainTest, TheFileServesUntilThereIsASecretService) {
     EXPECT_EQ(file.copyMatching(query).status, keychainItemNotFound);
 }
 
+TEST_F(SecretServiceKeychainTest, APasswordSavedWithoutAKeyringIsNewerThanTheOneInIt) {
+    ASSERT_TRUE(store.saveSecret(QStringLiteral("newer"), account));
+    session.startKeyring();
+    storeFromOutside(service, "older");
+    EXPECT_EQ(store.readSecret(account).value(), QStringLiteral("newer"));
+    EXPECT_EQ(lookUpFromOutside(service), "newer");
+    EXPECT_EQ(file.copyMatching(query).status, keychainItemNotFound);
+    ASSERT_TRUE(store.deleteSecret(account));
+    EXPECT_EQ(store.readSecret(account).value(), std::nullopt);
+}
+
+TEST_F(SecretServiceKeychainTest, ADeletionThatDidNotHoldIsTold) {
+    const std::pair<KeychainStatus, std::function<void()>> rows[] = {
+        {keychainInteractionNotAllowed, [this] { session.lockKeyring(); }},
+        {keychainServiceNotResponding, [this] { session.suspendKeyring(); }},
+        {keychainNotAvailable, [this] { session.stopKeyring(); }},
+    };
+    for (const auto& [status, happens] : rows) {
+        SCOPED_TRACE(status);
+        session.startKeyring();
+        ASSERT_TRUE(store.saveSecret(QStringLiteral("secret"), account));
+        happens();
+        QElapsedTimer elapsed;
+        elapsed.start();
+        const Result<void> deleted = store.deleteSecret(account);
+        EXPECT_LT(elapsed.elapsed(), 1500);
+        ASSERT_FALSE(deleted);
+        EXPECT_EQ(*deleted.error().as<KeychainError>(), KeychainError::unexpectedStatus(status));
+        session.stopKeyring();
+        Testing::await(store.unlock(account, KeychainAccess::deleting)); // also gives a silent service another chance
+    }
+}
+
 TEST_F(SecretServiceKeychainTest, AServiceThatCouldBeStartedCountsAsExisting) {
     session.setSecretServiceStartable(QStringLiteral("false"));
     EXPECT_FALSE(store.saveSecret(QStringLiteral("x"), account));
@@ -99,7 +134,7 @@ TEST_F(SecretServiceKeychainTest, ALockedKeyringIsToldAndNeverReplacedByTheFile)
     EXPECT_EQ(keychain.deleteMatching(query), keychainInteractionNotAllowed);
     EXPECT_FALSE(QFile::exists(path));
     EXPECT_FALSE(session.wasUserAsked());
-    EXPECT_FALSE(Testing::await(store.unlock(account, KeychainAccess::reading)));
+    EXPECT_FALSE(Testing::await(store.unlock(account, KeychainAccess::deleting)));
     EXPECT_TRUE(session.wasUserAsked());
 }
 
