@@ -1,6 +1,7 @@
 #include <VarnelSEMS/SEMSJSONTree.h>
 
 #include <algorithm>
+#include <span>
 
 namespace Varnel {
 
@@ -9,25 +10,80 @@ char lower(char c) {
     return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }
 
-/// As `normalizedKey(key) == wanted`, without making the text: it runs once per member and key of every search.
-bool matches(std::string_view key, std::string_view wanted) {
+bool acceptsAll(const JSON& /*value*/) {
+    return true;
+}
+
+/// One step down from a value to one that it holds.
+struct Step {
+    const std::string* name = nullptr; ///< of the member; null for an element
+    std::size_t index = 0;             ///< of the element
+    bool isInverter = false;           ///< the element is one of a list of inverters
+};
+
+/// The steps from the tree down to the target, the last one first; false when it is not there. What stands in an array
+/// within an array of inverters is an inverter too.
+bool findSteps(const JSON& tree, bool listsInverters, const JSON* target, std::vector<Step>& steps) {
+    if (&tree == target) {
+        return true;
+    }
+    if (const auto* object = tree.get_ptr<const JSON::object_t*>()) {
+        for (const auto& [key, value] : *object) {
+            const bool areInverters = value.is_array() && namesInverters(key);
+            if (value.is_structured() && findSteps(value, areInverters, target, steps)) {
+                steps.push_back({&key, 0, false});
+                return true;
+            }
+        }
+    } else if (const auto* array = tree.get_ptr<const JSON::array_t*>()) {
+        for (std::size_t i = 0; i < array->size(); ++i) {
+            if (findSteps((*array)[i], listsInverters, target, steps)) {
+                steps.push_back({nullptr, i, listsInverters});
+                return true;
+            }
+        }
+    }
+    return false;
+}
+
+/// Follows the steps, into every element where one leads to an inverter, and notes the objects at their ends.
+void follow(const JSON& tree, std::span<const Step> steps, std::vector<const JSON*>& ends) {
+    if (steps.empty()) {
+        ends.push_back(&tree);
+        return;
+    }
+    const Step& step = steps.back();
+    const auto rest = steps.first(steps.size() - 1);
+    if (step.name && tree.is_object()) {
+        if (const auto below = tree.find(*step.name); below != tree.end()) {
+            follow(*below, rest, ends);
+        }
+    } else if (!step.name && step.isInverter && tree.is_array()) {
+        std::for_each(tree.begin(), tree.end(), [&](const JSON& element) { follow(element, rest, ends); });
+    } else if (!step.name && tree.is_array() && step.index < tree.size()) {
+        follow(tree[step.index], rest, ends);
+    }
+}
+} // namespace
+
+// Without making the text: it runs once per member and key of every search.
+bool matchesKey(std::string_view key, std::string_view normalizedKey) {
     std::size_t matched = 0;
     for (const char c : key) {
         if (c == '_') {
             continue;
         }
-        if (matched == wanted.size() || lower(c) != wanted[matched]) {
+        if (matched == normalizedKey.size() || lower(c) != normalizedKey[matched]) {
             return false;
         }
         ++matched;
     }
-    return matched == wanted.size();
+    return matched == normalizedKey.size();
 }
 
-bool acceptsAll(const JSON& /*value*/) {
-    return true;
+bool namesInverters(std::string_view key) {
+    return normalizedKey(key).find("inverter") != std::string::npos;
 }
-} // namespace
 
 std::string lowercased(std::string_view text) {
     std::string result(text);
@@ -44,7 +100,7 @@ std::string normalizedKey(std::string_view key) {
 SEMSJSONMember firstMember(const JSON& tree, std::string_view normalizedKey, bool (*accepts)(const JSON& value)) {
     if (const auto* object = tree.get_ptr<const JSON::object_t*>()) {
         for (const auto& [key, value] : *object) {
-            if (matches(key, normalizedKey) && accepts(value)) {
+            if (matchesKey(key, normalizedKey) && accepts(value)) {
                 return {&value, &tree};
             }
         }
@@ -63,6 +119,27 @@ SEMSJSONMember firstMember(const JSON& tree, std::string_view normalizedKey, boo
     return {};
 }
 
+std::vector<SEMSJSONMember> firstMemberOfEveryInverter(const JSON& tree, std::string_view normalizedKey,
+                                                       bool (*accepts)(const JSON& value)) {
+    const SEMSJSONMember first = firstMember(tree, normalizedKey, accepts);
+    std::vector<Step> steps;
+    if (first) {
+        findSteps(tree, false, first.context, steps);
+    }
+    if (std::none_of(steps.begin(), steps.end(), [](const Step& step) { return step.isInverter; })) {
+        return first ? std::vector{first} : std::vector<SEMSJSONMember>();
+    }
+    std::vector<const JSON*> objects;
+    follow(tree, steps, objects);
+    std::vector<SEMSJSONMember> members;
+    for (const JSON* object : objects) {
+        if (const JSON* value = ownValue(*object, normalizedKey, accepts)) {
+            members.push_back({value, object});
+        }
+    }
+    return members;
+}
+
 const JSON* firstValue(const JSON& tree, std::string_view normalizedKey) {
     return firstMember(tree, normalizedKey, acceptsAll).value;
 }
@@ -70,7 +147,7 @@ const JSON* firstValue(const JSON& tree, std::string_view normalizedKey) {
 const JSON* ownValue(const JSON& object, std::string_view normalizedKey, bool (*accepts)(const JSON& value)) {
     if (const auto* members = object.get_ptr<const JSON::object_t*>()) {
         for (const auto& [key, value] : *members) {
-            if (matches(key, normalizedKey) && accepts(value)) {
+            if (matchesKey(key, normalizedKey) && accepts(value)) {
                 return &value;
             }
         }

@@ -4,6 +4,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace Varnel {
 
@@ -18,6 +19,9 @@ struct SEMSJSONMember {
     explicit operator bool() const { return value != nullptr; }
 };
 
+/// Whether a key is the wanted one in normalised form.
+bool matchesKey(std::string_view key, std::string_view normalizedKey);
+
 /// The key lower-cased, every "_" removed. Only ASCII letters fold: no key that is looked for has others.
 std::string normalizedKey(std::string_view key);
 
@@ -28,6 +32,14 @@ std::string lowercased(std::string_view text);
 /// arrays by element. The first member that has the key and whose value is accepted wins; one that is not accepted
 /// is passed over.
 SEMSJSONMember firstMember(const JSON& tree, std::string_view normalizedKey, bool (*accepts)(const JSON& value));
+
+/// Whether an array of this name lists inverters.
+bool namesInverters(std::string_view key);
+
+/// What `firstMember` finds. Where that stands inside an element of an array of inverters: what stands at the same
+/// place in each of its elements, in document order. Empty when there is none.
+std::vector<SEMSJSONMember> firstMemberOfEveryInverter(const JSON& tree, std::string_view normalizedKey,
+                                                       bool (*accepts)(const JSON& value));
 
 /// The first member with the key whatever its value, in the same order.
 const JSON* firstValue(const JSON& tree, std::string_view normalizedKey);

@@ -1,11 +1,17 @@
 #include <VarnelSEMS/SEMSJSONUnits.h>
 
-#include <VarnelSEMS/SEMSJSONCoercion.h>
 #include <VarnelSEMS/SEMSJSONTree.h>
 
+#include <cmath>
 #include <string>
 
 namespace Varnel {
+
+namespace {
+bool isNumber(const JSON& value) {
+    return coerceToDouble(value).has_value();
+}
+} // namespace
 
 PowerUnitKind normalizedPowerUnit(const QString& unit) {
     std::string text = normalizedKey(toUtf8(unit));
@@ -46,14 +52,22 @@ QString unitText(const JSON& tree, std::initializer_list<std::string_view> norma
     return {};
 }
 
-QString resolvedPowerUnit(std::string_view normalizedKey, const JSON& context, const JSON& root) {
-    const std::string ownUnitKey = std::string(normalizedKey) + "unit";
-    QString unit = unitText(context, {ownUnitKey, "powerunit", "unit"});
-    if (!unit.isEmpty()) {
-        return unit;
+std::vector<NumberHit> firstNumberHits(const JSON& tree, std::string_view normalizedKey) {
+    std::vector<NumberHit> hits;
+    for (const SEMSJSONMember& member : firstMemberOfEveryInverter(tree, normalizedKey, isNumber)) {
+        hits.push_back({*coerceToDouble(*member.value), normalizedKey, member.context});
     }
-    return unitText(root, {ownUnitKey, "powerunit", "pacunit", "currentpowerunit", "outputpowerunit", "activepowerunit",
-                           "acpowerunit", "instantpowerunit", "ppvunit"});
+    return hits;
+}
+
+std::optional<double> sumOf(const std::vector<NumberHit>& hits,
+                            const std::function<std::optional<double>(const NumberHit&)>& converted) {
+    std::optional<double> sum = hits.empty() ? std::nullopt : converted(hits.front());
+    for (std::size_t i = 1; sum && i < hits.size(); ++i) {
+        const double more = *sum + converted(hits[i]).value_or(0);
+        sum = std::isfinite(more) ? more : *sum;
+    }
+    return sum;
 }
 
 } // namespace Varnel

@@ -1,12 +1,15 @@
 #pragma once
 
+#include <VarnelSEMS/SEMSJSONCoercion.h>
 #include <VarnelShared/JSON.h>
 
 #include <QString>
 
+#include <functional>
 #include <initializer_list>
 #include <optional>
 #include <string_view>
+#include <vector>
 
 namespace Varnel {
 
@@ -29,8 +32,20 @@ std::optional<double> kilowattsIn(const QString& unit, double value);
 /// when none does.
 QString unitText(const JSON& tree, std::initializer_list<std::string_view> normalizedKeys);
 
-/// The unit of a power found under the key: looked for in the object that held it, then anywhere in the reply, where
-/// a bare "unit" says nothing. Empty when there is none.
-QString resolvedPowerUnit(std::string_view normalizedKey, const JSON& context, const JSON& root);
+/// A number that a search found, with what tells its unit.
+struct NumberHit {
+    SEMSNumber number;
+    std::string_view key;          ///< normalised
+    const JSON* context = nullptr; ///< the object that holds it; valid as long as the tree
+};
+
+/// The first number under the key; where an inverter of a list holds it, then what each inverter of that list holds at
+/// the same place. Empty when there is none.
+std::vector<NumberHit> firstNumberHits(const JSON& tree, std::string_view normalizedKey);
+
+/// The hits converted and added, since a station is the sum of its inverters; none when the first is not convertible.
+/// Another one that is not adds nothing, nor does one with which no double would hold the sum.
+std::optional<double> sumOf(const std::vector<NumberHit>& hits,
+                            const std::function<std::optional<double>(const NumberHit&)>& converted);
 
 } // namespace Varnel
