@@ -62,20 +62,20 @@ std::optional<SEMSNumber> parseNumber(std::string_view text) {
     }
     const std::string lower = lowercased(text);
     if (lower.find("kw") != std::string::npos) {
-        return SEMSNumber{value, true};
+        return SEMSNumber{value, PowerUnitKind::kilowatts};
     }
     if (lower.find(" w") != std::string::npos || lower.ends_with('w')) {
-        return SEMSNumber{value / 1000, true};
+        return SEMSNumber{value / 1000, PowerUnitKind::watts};
     }
-    return SEMSNumber{value, false};
+    return SEMSNumber{value, std::nullopt};
 }
 
 std::optional<SEMSNumber> coerceToDouble(const JSON& value) {
     if (value.is_number()) {
-        return SEMSNumber{value.get<double>(), false};
+        return SEMSNumber{value.get<double>(), std::nullopt};
     }
     if (value.is_boolean()) {
-        return SEMSNumber{value.get<bool>() ? 1.0 : 0.0, false};
+        return SEMSNumber{value.get<bool>() ? 1.0 : 0.0, std::nullopt};
     }
     const auto* text = value.get_ptr<const JSON::string_t*>();
     return text ? parseNumber(*text) : std::nullopt;

@@ -10,11 +10,19 @@
 
 namespace Varnel {
 
-/// A number of a reply and whether it came out of a text that named its unit: such a number is already in kW (kWh for
-/// an energy), and no unit field next to it applies any more.
+/// What the unit of a supposed power turned out to be.
+enum class PowerUnitKind {
+    kilowatts,
+    watts,
+    energy,  ///< so the number is no power
+    unknown, ///< some other unit, so the number is no power either
+};
+
+/// A number of a reply. One that came out of a text that named its unit is already in kW (kWh for an energy), and no
+/// unit field next to it applies any more.
 struct SEMSNumber {
-    double value = 0; ///< finite
-    bool carriesUnit = false;
+    double value = 0;                     ///< finite
+    std::optional<PowerUnitKind> ownUnit; ///< that the text named: `kilowatts` or `watts`
 
     bool operator==(const SEMSNumber&) const = default;
 };

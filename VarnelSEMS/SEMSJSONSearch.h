@@ -59,6 +59,11 @@ public:
     /// Every station of the reply in document order, the same id once: a later entry adds the name and the size that
     /// the earlier ones left out.
     static std::vector<PowerStation> extractStations(const JSON& root);
+
+    /// The rated size in kW of the station that a reply is about, not of one of its inverters: that of the first object
+    /// with a station's identifier, else of the first with a size. None when nothing outside what is named for
+    /// inverters tells one.
+    static std::optional<double> extractStationCapacityKW(const JSON& root);
 };
 
 } // namespace Varnel

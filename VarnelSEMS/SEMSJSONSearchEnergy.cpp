@@ -20,7 +20,7 @@ constexpr std::array<std::string_view, 14> todayEnergyKeys = {
 
 double normalizeTodayOutput(const NumberHit& hit) {
     const double value = hit.number.value;
-    if (hit.number.carriesUnit) {
+    if (hit.number.ownUnit) {
         return value;
     }
     const QString unit = unitText(*hit.context, {std::string(hit.key) + "unit", "etodayunit", "edayunit",

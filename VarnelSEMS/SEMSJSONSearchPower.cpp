@@ -4,6 +4,7 @@
 #include <VarnelSEMS/SEMSJSONTree.h>
 #include <VarnelSEMS/SEMSJSONUnits.h>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <string>
@@ -18,6 +19,37 @@ namespace {
 constexpr std::array<std::string_view, 8> powerKeys = {"pac", "currentpower", "activepower", "outputpower",
                                                        "ppv", "powerac",      "acpower",     "instantpower"};
 
+bool isPowerKey(std::string_view key) {
+    return std::any_of(powerKeys.begin(), powerKeys.end(),
+                       [key](std::string_view wanted) { return matchesKey(key, wanted); });
+}
+
+/// Which units the texts under power keys name, anywhere in a reply.
+struct NamedUnits {
+    bool haveKilowatts = false;
+    bool haveWatts = false;
+
+    void hear(const JSON& text) {
+        const std::optional<SEMSNumber> number = coerceToDouble(text);
+        haveKilowatts = haveKilowatts || (number && number->ownUnit == PowerUnitKind::kilowatts);
+        haveWatts = haveWatts || (number && number->ownUnit == PowerUnitKind::watts);
+    }
+
+    void collect(const JSON& tree) {
+        if (const auto* members = tree.get_ptr<const JSON::object_t*>()) {
+            for (const auto& [key, value] : *members) {
+                if (value.is_structured()) {
+                    collect(value);
+                } else if (value.is_string() && isPowerKey(key)) {
+                    hear(value);
+                }
+            }
+        } else if (tree.is_array()) {
+            std::for_each(tree.begin(), tree.end(), [this](const JSON& element) { collect(element); });
+        }
+    }
+};
+
 /// The powers that stand under one key of one reply, in kW. What is asked of the whole reply is looked for once and
 /// only when the object that holds the number does not tell: there may be many inverters.
 class PowerConversion {
@@ -28,7 +60,7 @@ public:
 
     /// None when the unit is none of a power.
     std::optional<double> kilowatts(const NumberHit& hit) {
-        if (hit.number.carriesUnit) {
+        if (hit.number.ownUnit) {
             return hit.number.value;
         }
         const QString unit = resolvedPowerUnit(*hit.context);
@@ -54,14 +86,34 @@ private:
     /// Installations of the size this is made for stay far below 100 kW, and the service gives kilowatts with the
     /// fraction of a small number: so a large number counts in watts, and so does one between 10 and 100 with a
     /// fraction.
-    static double kilowattsWithoutUnit(double value) {
+    double kilowattsWithoutUnit(double value) {
         const bool isFractionOfWatts = value >= 10 && value < 100 && std::trunc(value) != value;
-        return isFractionOfWatts || value > 100 ? value / 1000 : value;
+        if (isFractionOfWatts || value > 100) {
+            return value / 1000;
+        }
+        // The reply's own words come before the last step, which takes what is left for kilowatts: the service sends
+        // the 1 to 100 W of dawn and dusk without a unit as well.
+        return meansWatts(value) ? value / 1000 : value;
+    }
+
+    bool meansWatts(double value) {
+        if (!m_namedUnits) {
+            m_namedUnits.emplace().collect(m_root);
+            m_capacityKW = SEMSJSONSearch::extractStationCapacityKW(m_root);
+        }
+        if (m_namedUnits->haveWatts != m_namedUnits->haveKilowatts) {
+            return m_namedUnits->haveWatts;
+        }
+        // With snow around and a cold sky a plant gives somewhat more than its rated size, never half as much again.
+        const auto isTooMuch = [this](double kilowatts) { return std::abs(kilowatts) > 1.5 * *m_capacityKW; };
+        return m_capacityKW && isTooMuch(value) && !isTooMuch(value / 1000);
     }
 
     const JSON& m_root;
     std::string_view m_key;
     std::optional<QString> m_rootUnit;
+    std::optional<NamedUnits> m_namedUnits;
+    std::optional<double> m_capacityKW; ///< known with `m_namedUnits`
 };
 } // namespace
 

@@ -50,7 +50,7 @@ QString capacityUnit(const JSON& object, std::string_view key) {
 }
 
 std::optional<double> capacityKW(const JSON& object, std::string_view key, const SEMSNumber& number) {
-    if (number.carriesUnit) {
+    if (number.ownUnit) {
         return number.value;
     }
     const QString unit = capacityUnit(object, key);
@@ -60,7 +60,7 @@ std::optional<double> capacityKW(const JSON& object, std::string_view key, const
     return kilowattsIn(unit, number.value);
 }
 
-std::optional<double> extractStationCapacityKW(const JSON& object) {
+std::optional<double> ownCapacityKW(const JSON& object) {
     for (const std::string_view key : capacityKeys) {
         const JSON* found = ownValue(object, key);
         const std::optional<SEMSNumber> number = found ? coerceToDouble(*found) : std::nullopt;
@@ -84,7 +84,7 @@ std::optional<PowerStation> stationOf(const JSON& object) {
     if (!id) {
         return std::nullopt;
     }
-    return PowerStation{*id, ownText(object, nameKeys), extractStationCapacityKW(object)};
+    return PowerStation{*id, ownText(object, nameKeys), ownCapacityKW(object)};
 }
 
 /// The stations by their first mention. A later one adds what the earlier ones left out.
@@ -120,7 +120,29 @@ void collectStations(const JSON& tree, Collection& results) {
         }
     }
 }
+
+/// Outer objects before inner ones, in document order, past the inverters.
+std::optional<double> firstCapacityKW(const JSON& tree, bool (*accepts)(const JSON& object)) {
+    std::optional<double> capacity = accepts(tree) ? ownCapacityKW(tree) : std::nullopt;
+    if (const auto* members = tree.get_ptr<const JSON::object_t*>()) {
+        for (auto member = members->begin(); !capacity && member != members->end(); ++member) {
+            if (!namesInverters(member->first)) {
+                capacity = firstCapacityKW(member->second, accepts);
+            }
+        }
+    } else if (tree.is_array()) {
+        for (auto element = tree.begin(); !capacity && element != tree.end(); ++element) {
+            capacity = firstCapacityKW(*element, accepts);
+        }
+    }
+    return capacity;
+}
 } // namespace
+
+std::optional<double> SEMSJSONSearch::extractStationCapacityKW(const JSON& root) {
+    const auto identified = firstCapacityKW(root, [](const JSON& object) { return hasAnyKey(object, idKeys); });
+    return identified ? identified : firstCapacityKW(root, [](const JSON& object) { return object.is_object(); });
+}
 
 std::vector<PowerStation> SEMSJSONSearch::extractStations(const JSON& root) {
     Collection results;

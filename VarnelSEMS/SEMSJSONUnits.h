@@ -13,14 +13,6 @@
 
 namespace Varnel {
 
-/// What the unit of a supposed power turned out to be.
-enum class PowerUnitKind {
-    kilowatts,
-    watts,
-    energy,  ///< so the number is no power
-    unknown, ///< some other unit, so the number is no power either
-};
-
 /// What a unit text of the service means for a power, spaces and "_" aside. "MW" counts as watts: the service writes
 /// it that way.
 PowerUnitKind normalizedPowerUnit(const QString& unit);

@@ -131,7 +131,7 @@ std::size_t preDawnCount(const std::vector<Sample>& samples) {
 /// value above 100 means watts.
 double divisorWithoutUnit(const std::vector<Sample>& samples, const SEMSSeriesHint& hint) {
     const bool isWatts = hint.meansWatts() || std::any_of(samples.begin(), samples.end(), [](const Sample& s) {
-                             return !s.number.carriesUnit && s.number.value > 100;
+                             return !s.number.ownUnit && s.number.value > 100;
                          });
     return isWatts && !hint.hasKilowattWord ? 1000 : 1;
 }
@@ -143,7 +143,7 @@ SEMSPowerSeries seriesOf(std::vector<Sample> samples, const SEMSSeriesHint& hint
     SEMSPowerSeries series;
     const double divisor = divisorWithoutUnit(samples, hint);
     for (const Sample& sample : samples) {
-        const double kilowatts = sample.number.value / (sample.number.carriesUnit ? 1 : divisor);
+        const double kilowatts = sample.number.value / (sample.number.ownUnit ? 1 : divisor);
         series.kilowatts.push_back(std::max(kilowatts, 0.0));
         series.negativeCount += kilowatts < 0 ? 1 : 0;
     }
