@@ -1,41 +1,318 @@
 #include <simulator/Behaviour.h>
 
 #include <algorithm>
-#include <iterator>
 
 namespace Varnel::Simulator {
 
 namespace {
-struct BuiltInStation {
-    const char* id;
+Result<void> wrong(const QString& expectation) {
+    return failure(SimulatorError{expectation});
+}
+
+/// One member of a JSON object and the field of `Owner` it stands for.
+template <typename Owner>
+struct Member {
     const char* name;
-    double capacityKW;
+    Result<void> (*assign)(Owner&, const JSON&);
+    JSON (*json)(const Owner&); ///< null where the member is an order rather than a state
 };
 
-constexpr BuiltInStation stationTable[] = {
-    {"6f1c2a34-58be-4d0e-9a57-2b8c41d7e001", "Sunny Roof", 8.2},
-    {"6f1c2a34-58be-4d0e-9a57-2b8c41d7e002", "Garden Shed", 3.0},
-    {"6f1c2a34-58be-4d0e-9a57-2b8c41d7e003", "Old Barn", 24.5},
-    {"6f1c2a34-58be-4d0e-9a57-2b8c41d7e004", "Scheune Süd", 11.7},
+/// Specialised for each record with an array `list` of its members.
+template <typename Record>
+struct Members;
+
+/// How a type is written in JSON; here that of a record. What an object leaves out stays as it is.
+template <typename T>
+struct Value {
+    static Result<void> assign(T& record, const JSON& object) {
+        if (!object.is_object()) {
+            return wrong(QStringLiteral("a JSON object is expected"));
+        }
+        for (const auto& [key, value] : object.items()) {
+            const Result<void> applied = assignMember(record, key, value);
+            if (!applied) {
+                const QString why = applied.error().localizedDescription();
+                return wrong(QStringLiteral("%1: %2").arg(QString::fromStdString(key), why));
+            }
+        }
+        return {};
+    }
+
+    static JSON json(const T& record) {
+        JSON object = JSON::object();
+        for (const Member<T>& member : Members<T>::list) {
+            if (member.json) {
+                object[member.name] = member.json(record);
+            }
+        }
+        return object;
+    }
+
+private:
+    static Result<void> assignMember(T& record, const std::string& key, const JSON& value) {
+        const auto& list = Members<T>::list;
+        const auto member =
+            std::find_if(std::begin(list), std::end(list), [&key](const auto& each) { return key == each.name; });
+        return member == std::end(list) ? wrong(QStringLiteral("there is no such setting"))
+                                        : member->assign(record, value);
+    }
+};
+
+template <>
+struct Value<QString> {
+    static Result<void> assign(QString& field, const JSON& value) {
+        if (!value.is_string()) {
+            return wrong(QStringLiteral("a text is expected"));
+        }
+        field = textOf(value);
+        return {};
+    }
+    static JSON json(const QString& field) { return toUtf8(field); }
+};
+
+template <>
+struct Value<bool> {
+    static Result<void> assign(bool& field, const JSON& value) {
+        if (!value.is_boolean()) {
+            return wrong(QStringLiteral("true or false is expected"));
+        }
+        field = value.get<bool>();
+        return {};
+    }
+    static JSON json(bool field) { return field; }
+};
+
+template <>
+struct Value<double> {
+    static Result<void> assign(double& field, const JSON& value) {
+        if (!value.is_number()) {
+            return wrong(QStringLiteral("a number is expected"));
+        }
+        field = value.get<double>();
+        return {};
+    }
+    static JSON json(double field) { return field; }
+};
+
+/// Counts and sizes: none is negative or larger than a million.
+template <>
+struct Value<int> {
+    static Result<void> assign(int& field, const JSON& value) {
+        constexpr int largest = 1000000;
+        if (!value.is_number_integer() || value.get<double>() < 0 || value.get<double>() > largest) {
+            return wrong(QStringLiteral("an integer from 0 to %1 is expected").arg(largest));
+        }
+        field = value.get<int>();
+        return {};
+    }
+    static JSON json(int field) { return field; }
+};
+
+template <typename Count, typename Period>
+struct Value<std::chrono::duration<Count, Period>> {
+    static Result<void> assign(std::chrono::duration<Count, Period>& field, const JSON& value) {
+        using Number = std::conditional_t<std::is_floating_point_v<Count>, double, int>;
+        Number number = 0;
+        const Result<void> assigned = Value<Number>::assign(number, value);
+        field = std::chrono::duration<Count, Period>(number);
+        return assigned;
+    }
+    static JSON json(std::chrono::duration<Count, Period> field) { return field.count(); }
+};
+
+template <typename E>
+requires std::is_enum_v<E>
+struct Value<E> {
+    static Result<void> assign(E& field, const JSON& value) {
+        const std::optional<E> found = fromRawValue<E>(textOf(value));
+        if (!found) {
+            QStringList names;
+            for (const auto& entry : allCases<E>()) {
+                names << QString::fromUtf8(entry.rawValue);
+            }
+            return wrong(QStringLiteral("one of %1 is expected").arg(names.join(QStringLiteral(", "))));
+        }
+        field = *found;
+        return {};
+    }
+    static JSON json(E field) { return toUtf8(rawValue(field)); }
+};
+
+template <typename T>
+struct Value<std::optional<T>> {
+    static Result<void> assign(std::optional<T>& field, const JSON& value) {
+        if (value.is_null()) {
+            field.reset();
+            return {};
+        }
+        return Value<T>::assign(field.emplace(), value);
+    }
+    static JSON json(const std::optional<T>& field) { return field ? Value<T>::json(*field) : JSON(nullptr); }
+};
+
+template <typename List>
+requires requires(List list) {
+    list.push_back(list.front());
+}
+struct Value<List> {
+    static Result<void> assign(List& field, const JSON& value) {
+        if (!value.is_array()) {
+            return wrong(QStringLiteral("a list is expected"));
+        }
+        field.clear();
+        for (const JSON& element : value) {
+            typename List::value_type item{};
+            if (const Result<void> assigned = Value<typename List::value_type>::assign(item, element); !assigned) {
+                return assigned;
+            }
+            field.push_back(std::move(item));
+        }
+        return {};
+    }
+    static JSON json(const List& field) {
+        JSON array = JSON::array();
+        for (const auto& item : field) {
+            array.push_back(Value<typename List::value_type>::json(item));
+        }
+        return array;
+    }
+};
+
+/// The member `name` of a field, which is reached from `Owner` by a path of pointers to members.
+template <typename Owner, auto... path>
+constexpr Member<Owner> member(const char* name) {
+    return {name,
+            [](Owner& owner, const JSON& value) {
+                return Value<std::remove_cvref_t<decltype((owner.*....*path))>>::assign((owner.*....*path), value);
+            },
+            [](const Owner& owner) {
+                return Value<std::remove_cvref_t<decltype((owner.*....*path))>>::json((owner.*....*path));
+            }};
+}
+
+template <>
+struct Members<Fault> {
+    static constexpr std::array list = {
+        member<Fault, &Fault::kind>("kind"),
+        member<Fault, &Fault::path>("path"),
+        member<Fault, &Fault::method>("method"),
+        member<Fault, &Fault::contentType>("contentType"),
+        member<Fault, &Fault::count>("count"),
+        member<Fault, &Fault::status>("status"),
+        member<Fault, &Fault::text>("text"),
+        member<Fault, &Fault::code>("code"),
+        member<Fault, &Fault::bytesPerSecond>("bytesPerSecond"),
+        member<Fault, &Fault::delay>("delayMilliseconds"),
+    };
+};
+
+template <>
+struct Members<SimulatedStation> {
+    static constexpr std::array list = {
+        member<SimulatedStation, &SimulatedStation::id>("id"),
+        member<SimulatedStation, &SimulatedStation::name>("name"),
+        member<SimulatedStation, &SimulatedStation::capacityKW>("capacityKW"),
+    };
+};
+
+/// What a change works on.
+struct Target {
+    SettingsChange change;
+    QDateTime now;
+};
+
+Result<void> assignStations(Target& target, const JSON& value) {
+    std::vector<SimulatedStation>& stations = target.change.behaviour.stations;
+    if (value.is_array()) {
+        return Value<std::vector<SimulatedStation>>::assign(stations, value);
+    }
+    int count = 0;
+    if (!Value<int>::assign(count, value) || static_cast<std::size_t>(count) > builtInStationCount) {
+        return wrong(QStringLiteral("a list or a number up to %1 is expected").arg(builtInStationCount));
+    }
+    stations = builtInStations(static_cast<std::size_t>(count));
+    return {};
+}
+
+Result<void> assignScript(Target& target, const JSON& value) {
+    const JSON list = value.is_null() ? JSON::array() : value.is_number() ? JSON::array({value}) : value;
+    return Value<std::deque<double>>::assign(target.change.behaviour.powerScript, list);
+}
+
+/// Bounded, because trees are walked recursively.
+Result<void> assignNesting(Target& target, const JSON& value) {
+    constexpr int deepest = 100;
+    int levels = 0;
+    if (!Value<int>::assign(levels, value) || levels > deepest) {
+        return wrong(QStringLiteral("an integer from 0 to %1 is expected").arg(deepest));
+    }
+    target.change.behaviour.shape.nesting = levels;
+    return {};
+}
+
+Result<void> assignTime(Target& target, const JSON& value) {
+    const QTime time = QTime::fromString(textOf(value), QStringLiteral("H:mm"));
+    if (!time.isValid()) {
+        return wrong(QStringLiteral("a time such as 12:30 is expected"));
+    }
+    const qint64 milliseconds = target.now.msecsTo(QDateTime(target.now.date(), time));
+    target.change.behaviour.timeOffset += Seconds(static_cast<double>(milliseconds) / 1000);
+    return {};
+}
+
+Result<void> addFault(Target& target, const JSON& value) {
+    return Value<Fault>::assign(target.change.behaviour.faults.emplace_back(), value);
+}
+
+template <auto... path>
+constexpr Member<Target> setting(const char* name) {
+    return member<Target, &Target::change, &SettingsChange::behaviour, path...>(name);
+}
+
+/// With another way to assign than to tell.
+constexpr Member<Target> assignedBy(Result<void> (*assign)(Target&, const JSON&), Member<Target> member) {
+    return {member.name, assign, member.json};
+}
+
+template <>
+struct Members<Target> {
+    static constexpr std::array list = {
+        setting<&Behaviour::account>("account"),
+        setting<&Behaviour::password>("password"),
+        setting<&Behaviour::families>("families"),
+        setting<&Behaviour::rejection>("rejection"),
+        setting<&Behaviour::expiry>("expiry"),
+        setting<&Behaviour::region>("region"),
+        assignedBy(assignStations, setting<&Behaviour::stations>("stations")),
+        assignedBy(assignScript, setting<&Behaviour::powerScript>("powerKW")),
+        setting<&Behaviour::todayOutputKWh>("todayOutputKWh"),
+        setting<&Behaviour::timeOffset>("timeOffsetSeconds"),
+        setting<&Behaviour::shape, &ReplyShape::units>("units"),
+        setting<&Behaviour::shape, &ReplyShape::keys>("keys"),
+        assignedBy(assignNesting, setting<&Behaviour::shape, &ReplyShape::nesting>("nesting")),
+        setting<&Behaviour::shape, &ReplyShape::detailSize>("detailSize"),
+        setting<&Behaviour::shape, &ReplyShape::detailTellsEnergy>("detailTellsEnergy"),
+        setting<&Behaviour::shape, &ReplyShape::dayForm>("dayForm"),
+        setting<&Behaviour::faults>("faults"),
+        Member<Target>{"time", assignTime, nullptr},
+        Member<Target>{"fault", addFault, nullptr},
+        Member<Target>{"expireSessions", member<Target, &Target::change, &SettingsChange::expireSessions>("").assign,
+                       nullptr},
+        Member<Target>{"clearLog", member<Target, &Target::change, &SettingsChange::clearLog>("").assign, nullptr},
+    };
 };
 } // namespace
 
-const std::size_t builtInStationCount = std::size(stationTable);
-
-std::vector<SimulatedStation> builtInStations(std::size_t count) {
-    std::vector<SimulatedStation> stations;
-    std::transform(
-        std::begin(stationTable), std::begin(stationTable) + std::min(count, builtInStationCount),
-        std::back_inserter(stations), [](const BuiltInStation& entry) {
-            return SimulatedStation{QString::fromUtf8(entry.id), QString::fromUtf8(entry.name), entry.capacityKW};
-        });
-    return stations;
+Result<SettingsChange> changed(Behaviour behaviour, const JSON& settings, const QDateTime& now) {
+    Target target{{std::move(behaviour)}, now};
+    if (const Result<void> applied = Value<Target>::assign(target, settings); !applied) {
+        return failure(applied.error());
+    }
+    return std::move(target.change);
 }
 
-Behaviour standardBehaviour() {
-    Behaviour behaviour;
-    behaviour.stations = builtInStations(2);
-    return behaviour;
+JSON settingsOf(const Behaviour& behaviour) {
+    return Value<Target>::json({{behaviour}, {}});
 }
 
 } // namespace Varnel::Simulator

@@ -1,10 +1,9 @@
 #pragma once
 
 #include <simulator/Fault.h>
-#include <simulator/ReplyShape.h>
-#include <simulator/SimulatedStation.h>
+#include <simulator/StationReplies.h>
 
-#include <VarnelShared/RawValueEnum.h>
+#include <VarnelShared/Result.h>
 #include <VarnelShared/Timestamp.h>
 
 #include <deque>
@@ -22,7 +21,7 @@ enum class Rejection { envelope, missingToken, status };
 /// How a session is refused that is unknown or has expired.
 enum class Expiry { status, envelope };
 
-/// What the simulated service does. Everything may be changed at any time and holds from the next request on.
+/// What the simulated service does: everything that can be told to it. Changes hold from the next request on.
 struct Behaviour {
     QString account = QStringLiteral("demo@example.com");
     QString password = QStringLiteral("sunshine");
@@ -31,23 +30,30 @@ struct Behaviour {
     Expiry expiry = Expiry::status;
     QString region; ///< when not empty, portal sessions live below /<region>/api/ and the sign-in reply says so
 
-    std::vector<SimulatedStation> stations;
+    std::vector<SimulatedStation> stations = builtInStations(2);
     std::deque<double> powerScript;       ///< in kW; each monitor detail takes one, the last stays; empty: the sun
     std::optional<double> todayOutputKWh; ///< none: what the sun has made
     Seconds timeOffset{0};                ///< from the machine's clock to the simulator's
 
     ReplyShape shape;
     std::vector<Fault> faults; ///< the first that matches a request counts
+
+    bool operator==(const Behaviour&) const = default;
 };
 
-/// The first `count` of the built-in stations, all of different sizes.
-std::vector<SimulatedStation> builtInStations(std::size_t count);
+/// What a control request or the command line asks for.
+struct SettingsChange {
+    Behaviour behaviour;
+    bool expireSessions = false;
+    bool clearLog = false;
+};
 
-/// How many stations there are to choose from.
-extern const std::size_t builtInStationCount;
+/// The behaviour with a JSON object of settings (docs/simulator.md) applied to it. Fails with `SimulatorError` naming
+/// the setting that is unknown or has no usable value; `now` is the service's time.
+Result<SettingsChange> changed(Behaviour behaviour, const JSON& settings, const QDateTime& now);
 
-/// What the simulator starts with: two stations under the sun of this machine's clock.
-Behaviour standardBehaviour();
+/// The settings that make this behaviour out of any other.
+JSON settingsOf(const Behaviour& behaviour);
 
 } // namespace Varnel::Simulator
 

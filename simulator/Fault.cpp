@@ -1,7 +1,5 @@
 #include <simulator/Fault.h>
 
-#include <simulator/Envelope.h>
-
 #include <QRegularExpression>
 
 namespace Varnel::Simulator {
@@ -10,16 +8,14 @@ namespace {
 constexpr qsizetype deepNesting = 100000;
 constexpr qsizetype largeBody = qsizetype(9) * 1024 * 1024;
 
-const QByteArray loginPage =
-    QByteArrayLiteral("<!DOCTYPE html>\n<html><head><title>Log in to the network</title></head>"
-                      "<body><form method=\"post\"></form></body></html>\n");
-
 Reply failureReply(const Fault& fault) {
     const std::string message = fault.text.toStdString();
     if (fault.code.isEmpty()) {
-        return jsonReply(faultEnvelope(message));
+        return breakdown(message);
     }
-    return jsonReply(failureEnvelope(fault.code.toStdString(), message));
+    const Result<JSON> number = parseJSON(fault.code.toUtf8());
+    const bool isNumber = number && number->is_number_integer();
+    return refusal(isNumber ? *number : JSON(fault.code.toStdString()), message);
 }
 
 Reply statusReply(const Fault& fault) {
@@ -43,15 +39,15 @@ Reply replaced(const Fault& fault, Reply reply) {
     case FaultKind::envelope:
         return failureReply(fault);
     case FaultKind::emptyList:
-        return jsonReply(successEnvelope({{"record", 0}, {"list", JSON::array()}}));
+        return success({{"record", 0}, {"list", JSON::array()}});
     case FaultKind::emptyData:
-        return jsonReply(successEnvelope(JSON::object()));
+        return success(JSON::object());
     case FaultKind::wrongShape:
         return jsonReply(JSON::array({JSON::array({1, 2, 3}), "text", nullptr}));
     case FaultKind::notJSON:
         return {.body = "{\"hasError\":false,\"code\":0,\"data\":"};
     case FaultKind::html:
-        return {.contentType = "text/html; charset=utf-8", .body = loginPage};
+        return {.contentType = "text/html; charset=utf-8", .body = replyFile("login-page.html")};
     case FaultKind::tooDeep:
         return {.body = QByteArray(deepNesting, '[') + QByteArray(deepNesting, ']')};
     case FaultKind::tooLarge:

@@ -1,10 +1,12 @@
 #pragma once
 
+#include <simulator/Reply.h>
 #include <simulator/ServiceRequest.h>
 
 #include <QAbstractHttpServer>
 
 #include <functional>
+#include <memory>
 
 class QTcpServer;
 
@@ -28,5 +30,9 @@ private:
 
     Handler m_handler;
 };
+
+/// Sends a reply over a connection in the manner it asks for, from the event loop, as long as the connection lasts.
+/// `inFlight` is let go with the reply's last byte or with the connection, whichever comes first.
+void sendReply(QTcpSocket* socket, const Reply& reply, std::shared_ptr<void> inFlight);
 
 } // namespace Varnel::Simulator

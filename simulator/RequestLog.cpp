@@ -1,7 +1,5 @@
 #include <simulator/RequestLog.h>
 
-#include <simulator/SimulatorError.h>
-
 #include <VarnelShared/JSON.h>
 
 #include <algorithm>

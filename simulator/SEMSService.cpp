@@ -1,19 +1,13 @@
 #include <simulator/SEMSService.h>
 
-#include <simulator/DayOutput.h>
-#include <simulator/Envelope.h>
-#include <simulator/MonitorDetail.h>
-#include <simulator/StationList.h>
-#include <simulator/SunCurve.h>
-
 #include <algorithm>
 
 namespace Varnel::Simulator {
 
 namespace {
-constexpr const char* wrongPasswordCode = "100005";
-constexpr const char* expiredSessionCode = "100002";
-const QString portalUserName = QStringLiteral("demo");
+constexpr int brokenRequestCode = 100000;
+constexpr int expiredSessionCode = 100002;
+constexpr int wrongPasswordCode = 100005;
 
 Reply htmlStatus(int status, const char* reason) {
     return {.status = status,
@@ -39,7 +33,13 @@ QString stationIDOf(const Parameters& parameters) {
 }
 
 Reply unknownStation() {
-    return jsonReply(faultEnvelope("The power station does not exist."));
+    return breakdown("The power station does not exist.");
+}
+
+Reply denied() {
+    Reply reply = jsonReply(filledReply("denied.json"));
+    reply.status = 401;
+    return reply;
 }
 
 QString bearerToken(const ServiceRequest& request) {
@@ -74,7 +74,7 @@ Reply SEMSService::rightReply(const ServiceRequest& request) {
     }
     const Result<Parameters> parameters = Parameters::of(request);
     if (!parameters) {
-        return jsonReply(faultEnvelope(parameters.error().localizedDescription().toStdString()));
+        return breakdown(parameters.error().localizedDescription().toStdString());
     }
     if (!isSignIn(route->operation) && !isSignedIn(*route, request)) {
         return refusedSession();
@@ -131,23 +131,23 @@ bool SEMSService::knowsAccount(const Parameters& parameters) const {
 Reply SEMSService::refusedSession() const {
     switch (m_behaviour.expiry) {
     case Expiry::status:
-        return {.status = 401, .body = "{\"message\":\"Authorization has been denied for this request.\"}"};
+        return denied();
     case Expiry::envelope:
         break;
     }
-    return jsonReply(failureEnvelope(expiredSessionCode, "The authorization has expired, please log in again."));
+    return refusal(expiredSessionCode, "The authorization has expired, please log in again.");
 }
 
 Reply SEMSService::refusedPassword() const {
     switch (m_behaviour.rejection) {
     case Rejection::envelope:
-        return jsonReply(failureEnvelope(wrongPasswordCode, "Email or password error."));
+        return refusal(wrongPasswordCode, "Email or password error.");
     case Rejection::missingToken:
-        return jsonReply(successEnvelope({{"uid", nullptr}, {"client", "web"}}));
+        return success(filledReply("sign-in-without-token.json"));
     case Rejection::status:
         break;
     }
-    return {.status = 401, .body = "{\"message\":\"Authorization has been denied for this request.\"}"};
+    return denied();
 }
 
 Reply SEMSService::signInToken(const Parameters& parameters) {
@@ -155,33 +155,27 @@ Reply SEMSService::signInToken(const Parameters& parameters) {
         return refusedPassword();
     }
     const IssuedSession session = m_sessions.issue(now().toMSecsSinceEpoch(), {});
-    return jsonReply({{"code", 0}, {"msg", "success"}, {"data", {{"token", session.token.toStdString()}}}});
+    return jsonReply(filledReply("sign-in-token.json", {{"token", session.token.toStdString()}}));
 }
 
 Reply SEMSService::signInPortal(const Route& route, const ServiceRequest& request, const Parameters& parameters) {
     const JSON header = portalHeader(request);
     if (header.is_null() || !textOf(header["token"]).isEmpty()) {
-        return jsonReply(failureEnvelope("100000", "The Token header is not the one of a client without a session."));
+        return refusal(brokenRequestCode, "The Token header is not the one of a client without a session.");
     }
     if (!knowsAccount(parameters)) {
         return refusedPassword();
     }
     const QString region = m_behaviour.region.isEmpty() ? route.region : m_behaviour.region;
     const IssuedSession session = m_sessions.issue(now().toMSecsSinceEpoch(), region);
-    JSON envelope = successEnvelope({{"uid", session.uid.toStdString()},
-                                     {"timestamp", session.timestamp},
-                                     {"token", session.token.toStdString()},
-                                     {"client", "web"},
-                                     {"version", ""},
-                                     {"language", "en"},
-                                     {"userName", portalUserName.toStdString()}});
-    envelope["code"] = 0;
+    JSON values = {
+        {"uid", session.uid.toStdString()}, {"timestamp", session.timestamp}, {"token", session.token.toStdString()}};
     // The service does not always name the base; here it does when there is another one than the one that was asked.
     if (!m_behaviour.region.isEmpty()) {
         const QString base = QStringLiteral("http://%1/%2/api/").arg(QString::fromUtf8(request.header("Host")), region);
-        envelope["api"] = base.toStdString();
+        values["base"] = base.toStdString();
     }
-    return jsonReply(envelope);
+    return jsonReply(filledReply("sign-in-portal.json", values));
 }
 
 Reply SEMSService::stations(const Route& route, const Parameters& parameters) const {
@@ -192,9 +186,8 @@ Reply SEMSService::stations(const Route& route, const Parameters& parameters) co
     }
     const ListPage page{parameters.number(QStringLiteral("page_index"), 1),
                         parameters.number(QStringLiteral("page_size"), 20)};
-    const auto list = isTokenOperation(route.operation) ? tokenStationList : portalStationList;
-    const ReplyShape& shape = m_behaviour.shape;
-    return jsonReply(successEnvelope(withKeyStyle(list(readings, page, shape.units), shape.keys)));
+    const ListFamily family = isTokenOperation(route.operation) ? ListFamily::token : ListFamily::portal;
+    return success(stationList(readings, page, family, m_behaviour.shape));
 }
 
 Reply SEMSService::detail(const Route& route, const Parameters& parameters) {
@@ -202,12 +195,11 @@ Reply SEMSService::detail(const Route& route, const Parameters& parameters) {
     if (!found) {
         return unknownStation();
     }
-    const ReplyShape& shape = m_behaviour.shape;
-    JSON data = withKeyStyle(monitorDetail(reading(*found), shape, now()), shape.keys);
+    JSON data = monitorDetail(reading(*found), m_behaviour.shape, now());
     if (m_behaviour.powerScript.size() > 1) {
         m_behaviour.powerScript.pop_front();
     }
-    return jsonReply(successEnvelope(std::move(data)));
+    return success(std::move(data));
 }
 
 Reply SEMSService::day(const Parameters& parameters) const {
@@ -220,15 +212,14 @@ Reply SEMSService::day(const Parameters& parameters) const {
     const QDateTime present = now();
     const QTime until = date < present.date() ? QTime(23, 59, 59) : present.time();
     if (date > present.date()) {
-        return jsonReply(successEnvelope(JSON::object()));
+        return success(JSON::object());
     }
     const double capacityKW = found->capacityKW;
     const double sunKWh = SunCurve::energyKWh(capacityKW, until);
     const bool isToday = date == present.date();
     const DayRecord record{date, until, [capacityKW](QTime time) { return SunCurve::powerKW(capacityKW, time); },
                            isToday ? m_behaviour.todayOutputKWh.value_or(sunKWh) : sunKWh};
-    const ReplyShape& shape = m_behaviour.shape;
-    return jsonReply(successEnvelope(withKeyStyle(dayOutput(record, shape), shape.keys)));
+    return success(dayOutput(record, m_behaviour.shape));
 }
 
 const SimulatedStation* SEMSService::station(const QString& id) const {

@@ -1,10 +1,9 @@
 #pragma once
 
 #include <simulator/Behaviour.h>
-#include <simulator/Parameters.h>
-#include <simulator/Route.h>
+#include <simulator/Reply.h>
+#include <simulator/ServiceRequest.h>
 #include <simulator/Sessions.h>
-#include <simulator/StationReading.h>
 
 #include <VarnelShared/Clock.h>
 
@@ -45,7 +44,7 @@ private:
     StationReading reading(const SimulatedStation& station) const;
 
     const Clock& m_clock;
-    Behaviour m_behaviour = standardBehaviour();
+    Behaviour m_behaviour;
     Sessions m_sessions;
 };
 

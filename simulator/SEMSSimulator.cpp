@@ -1,10 +1,5 @@
 #include <simulator/SEMSSimulator.h>
 
-#include <simulator/Envelope.h>
-#include <simulator/ReplyTransmission.h>
-#include <simulator/Settings.h>
-#include <simulator/SimulatorError.h>
-
 namespace Varnel::Simulator {
 
 namespace {
@@ -51,12 +46,12 @@ Result<void> SEMSSimulator::change(const JSON& settings) {
 
 void SEMSSimulator::handle(ServiceRequest request, QTcpSocket* socket) {
     if (request.path().startsWith(controlPath)) {
-        ReplyTransmission::start(socket, answerControl(request), nullptr);
+        sendReply(socket, answerControl(request), nullptr);
         return;
     }
     request.received = m_service.now();
     std::shared_ptr<void> inFlight = m_log.noteArrival(request);
-    ReplyTransmission::start(socket, m_service.answer(request), std::move(inFlight));
+    sendReply(socket, m_service.answer(request), std::move(inFlight));
 }
 
 Reply SEMSSimulator::answerControl(const ServiceRequest& request) {
@@ -75,14 +70,11 @@ Reply SEMSSimulator::answerControl(const ServiceRequest& request) {
 }
 
 Reply SEMSSimulator::state() const {
-    const Behaviour& behaviour = m_service.behaviour();
     return jsonReply({{"baseURL", baseURL().toString().toStdString()},
                       {"time", m_service.now().toString(Qt::ISODate).toStdString()},
                       {"requests", m_log.requests().size()},
                       {"maximumInFlight", m_log.maximumInFlight()},
-                      {"stations", behaviour.stations.size()},
-                      {"faults", behaviour.faults.size()},
-                      {"powerScriptLeft", behaviour.powerScript.size()}});
+                      {"settings", settingsOf(m_service.behaviour())}});
 }
 
 } // namespace Varnel::Simulator

@@ -10,8 +10,8 @@ namespace Varnel::Simulator {
 
 /// The simulated service on a loopback port. Changes of its behaviour hold from the next request on.
 ///
-/// Beside the service it answers /_control: GET tells how it stands, GET /_control/log gives the requests as JSON
-/// lines, POST changes settings by a JSON object (see Settings.h). These requests are neither logged nor disturbed.
+/// Beside the service it answers /_control: GET tells how it stands with all settings, GET /_control/log gives the
+/// requests as JSON lines, POST changes settings by a JSON object. These requests are neither logged nor disturbed.
 class SEMSSimulator {
 public:
     /// `clock` must outlive this object.

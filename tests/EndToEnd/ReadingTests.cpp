@@ -1,6 +1,6 @@
 #include "EndToEndTest.h"
 
-#include <simulator/SunCurve.h>
+#include <simulator/Station.h>
 
 namespace Varnel {
 namespace {

@@ -1,4 +1,4 @@
-#include <simulator/Settings.h>
+#include <simulator/Behaviour.h>
 
 #include <gtest/gtest.h>
 
@@ -8,7 +8,7 @@ namespace {
 const QDateTime morning(QDate(2026, 6, 1), QTime(8, 0));
 
 TEST(Settings, ApplyWhatTheyName) {
-    const auto change = changed(standardBehaviour(),
+    const auto change = changed(Behaviour(),
                                 {{"powerKW", {1.5, -0.01}},
                                  {"stations", 3},
                                  {"time", "12:30"},
@@ -27,6 +27,19 @@ TEST(Settings, ApplyWhatTheyName) {
     EXPECT_TRUE(change->expireSessions);
 }
 
+TEST(Settings, ThoseOfABehaviourMakeItOutOfAnyOther) {
+    Behaviour behaviour;
+    behaviour.families = ServedFamilies::token;
+    behaviour.stations = builtInStations(1);
+    behaviour.powerScript = {0, 1.5};
+    behaviour.timeOffset = Seconds(-7200);
+    behaviour.shape = {.units = UnitStyle::kilowatts, .nesting = 3, .detailTellsEnergy = false};
+    behaviour.faults.emplace_back().delay = std::chrono::milliseconds(250);
+    EXPECT_EQ(changed(Behaviour(), settingsOf(behaviour), morning).value().behaviour, behaviour);
+    behaviour.todayOutputKWh = 5;
+    EXPECT_EQ(changed(behaviour, settingsOf(Behaviour()), morning).value().behaviour, Behaviour());
+}
+
 TEST(Settings, AWrongOneIsNamed) {
     const std::pair<const char*, JSON> rows[] = {
         {"nope", {{"nope", 1}}},
@@ -35,13 +48,13 @@ TEST(Settings, AWrongOneIsNamed) {
         {"time", {{"time", "25:00"}}},
         {"families", {{"families", "none"}}},
         {"nesting", {{"nesting", 1000}}},
-        {"fault", {{"fault", {{"path", "*"}}}}},
+        {"fault", {{"fault", "cut"}}},
         {"fault: count", {{"fault", {{"kind", "cut"}, {"count", -1}}}}},
         {"object", JSON::array()},
     };
     for (const auto& [name, settings] : rows) {
         SCOPED_TRACE(name);
-        const auto change = changed(standardBehaviour(), settings, morning);
+        const auto change = changed(Behaviour(), settings, morning);
         ASSERT_FALSE(change);
         EXPECT_TRUE(change.error().localizedDescription().contains(QString::fromUtf8(name)));
     }

@@ -1,8 +1,15 @@
 #pragma once
 
+#include <simulator/Station.h>
+
 #include <VarnelShared/JSON.h>
 #include <VarnelShared/RawValueEnum.h>
 
+#include <QDateTime>
+
+#include <functional>
+
+/// What the service tells of a station, in every form that its generations and regions have.
 namespace Varnel::Simulator {
 
 /// How power and energy are written.
@@ -22,26 +29,38 @@ struct ReplyShape {
     KeyStyle keys = KeyStyle::usual;
     DetailSize detailSize = DetailSize::usual;
     DayForm dayForm = DayForm::samples;
-    int nesting = 0;               ///< further objects around the data of a monitor detail
+    int nesting = 0;               ///< further objects around the data of a monitor detail, up to 100
     bool detailTellsEnergy = true; ///< false leaves today's energy out of a monitor detail
 
     bool operator==(const ReplyShape&) const = default;
 };
 
-/// Sets `key`, and with some styles `key` + "_unit", to a power.
-void setPower(JSON& object, const std::string& key, double kilowatts, UnitStyle style);
+/// The part of a station list that a request asks for.
+struct ListPage {
+    int index = 1; ///< counted from 1
+    int size = 20;
+};
 
-/// Sets `key`, and with some styles `key` + "_unit", to an energy.
-void setEnergy(JSON& object, const std::string& key, double kilowattHours, UnitStyle style);
+enum class ListFamily { token, portal };
 
-/// The same tree with the names that `keys` asks for.
-JSON withKeyStyle(JSON value, KeyStyle keys);
+/// One day of a station.
+struct DayRecord {
+    QDate date;
+    QTime until;                          ///< samples later than this do not exist yet
+    std::function<double(QTime)> powerKW; ///< the power at a time of day
+    double energyKWh = 0;                 ///< made until then
+};
 
-/// The same tree without today's energy, at any depth.
-JSON withoutTodayEnergy(JSON value);
+/// The data of a station list; "record" counts all stations, whatever the page shows.
+JSON stationList(const std::vector<StationReading>& readings, ListPage page, ListFamily family,
+                 const ReplyShape& shape);
 
-/// Rounded to three decimals, as the service writes numbers.
-double rounded(double value);
+/// The data of a monitor detail, the same in both families: the station, its key figures, the weather, the inverter
+/// with its registers and texts, the power flow, and the flags and nulls among which the real ones are found.
+JSON monitorDetail(const StationReading& reading, const ReplyShape& shape, const QDateTime& now);
+
+/// The data of a day call: a sample every five minutes, or the total alone.
+JSON dayOutput(const DayRecord& day, const ReplyShape& shape);
 
 } // namespace Varnel::Simulator
 
