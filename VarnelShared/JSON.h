@@ -16,7 +16,7 @@ namespace Varnel {
 /// A parsed JSON value whose objects keep the order of the document.
 using JSON = nlohmann::ordered_json;
 
-/// Why a text is not JSON. The description is the parser's own, without any piece of the text.
+/// Why a text is not JSON. The description is the parser's own as a sentence, without any piece of the text.
 struct JSONError {
     QString description;
 
@@ -28,11 +28,9 @@ struct JSONError {
 /// safe for the stack.
 constexpr std::size_t jsonNestingLimit = 512;
 
-/// More members than this in one object are a parse failure: keeping their order makes each of them cost a search
-/// among the others. The service's largest objects, keyed by the minute, have 1,440.
-constexpr std::size_t jsonMemberLimit = 2048;
-
-/// Parses a whole UTF-8 text; a bare number, string, boolean or null is accepted. Fails with `JSONError`.
+/// Parses a whole UTF-8 text in time linear in its size, whatever its shape; a bare number, string, boolean or null is
+/// accepted. Of repeated members of an object the value of the last stands at the place of the first. Fails with
+/// `JSONError`.
 Result<JSON> parseJSON(QByteArrayView text);
 
 /// The compact UTF-8 form, members in the value's own order, doubles in their shortest exact form.

@@ -16,8 +16,8 @@ TEST_F(BadReplyEndToEnd, EndsInItsErrorWithinTheDeadline) {
         {FaultKind::emptyList, "Could not find instantaneous power in SEMS response."},
         {FaultKind::emptyData, "Could not find instantaneous power in SEMS response."},
         {FaultKind::wrongShape, "Could not find instantaneous power in SEMS response."},
-        {FaultKind::notJSON, "parse error"},
-        {FaultKind::html, "parse error"},
+        {FaultKind::notJSON, "Parse error"},
+        {FaultKind::html, "Parse error"},
         {FaultKind::tooDeep, "nested"},
     };
     mayOverlap = true;
