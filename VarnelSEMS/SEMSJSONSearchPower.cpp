@@ -9,6 +9,7 @@
 #include <cmath>
 #include <string>
 #include <string_view>
+#include <vector>
 
 // The current power.
 
@@ -24,17 +25,24 @@ bool isPowerKey(std::string_view key) {
                        [key](std::string_view wanted) { return matchesKey(key, wanted); });
 }
 
-/// Which units the texts under power keys name, anywhere in a reply.
-struct NamedUnits {
-    bool haveKilowatts = false;
-    bool haveWatts = false;
-
-    void hear(const JSON& text) {
-        const std::optional<SEMSNumber> number = coerceToDouble(text);
-        haveKilowatts = haveKilowatts || (number && number->ownUnit == PowerUnitKind::kilowatts);
-        haveWatts = haveWatts || (number && number->ownUnit == PowerUnitKind::watts);
+/// The texts under power keys that name their unit, anywhere in a reply.
+class PowerTexts {
+public:
+    explicit PowerTexts(const JSON& root) {
+        collect(root);
+        std::sort(m_kilowatts.begin(), m_kilowatts.end());
     }
 
+    /// Whether a number that names no unit itself is in watts; none where the texts do not agree on a unit. All of them
+    /// name the number's unit too, unless one says this very power in the other: "3420W" beside 3.42.
+    std::optional<bool> meanWatts(double value) const {
+        if (m_nameWatts == m_nameKilowatts) {
+            return std::nullopt;
+        }
+        return m_nameWatts ? !say(value) : say(value / 1000);
+    }
+
+private:
     void collect(const JSON& tree) {
         if (const auto* members = tree.get_ptr<const JSON::object_t*>()) {
             for (const auto& [key, value] : *members) {
@@ -48,6 +56,26 @@ struct NamedUnits {
             std::for_each(tree.begin(), tree.end(), [this](const JSON& element) { collect(element); });
         }
     }
+
+    void hear(const JSON& text) {
+        const std::optional<SEMSNumber> number = coerceToDouble(text);
+        if (number && number->ownUnit) {
+            m_kilowatts.push_back(number->value);
+            m_nameWatts = m_nameWatts || number->ownUnit == PowerUnitKind::watts;
+            m_nameKilowatts = m_nameKilowatts || number->ownUnit == PowerUnitKind::kilowatts;
+        }
+    }
+
+    /// Texts are rounded, to whole watts or to two decimals of a kilowatt.
+    bool say(double kilowatts) const {
+        const double margin = std::max(0.0005, std::abs(kilowatts) * 0.05);
+        const auto nearest = std::lower_bound(m_kilowatts.begin(), m_kilowatts.end(), kilowatts - margin);
+        return nearest != m_kilowatts.end() && *nearest <= kilowatts + margin;
+    }
+
+    std::vector<double> m_kilowatts; ///< ascending
+    bool m_nameWatts = false;
+    bool m_nameKilowatts = false;
 };
 
 /// The powers that stand under one key of one reply, in kW. What is asked of the whole reply is looked for once and
@@ -97,12 +125,12 @@ private:
     }
 
     bool meansWatts(double value) {
-        if (!m_namedUnits) {
-            m_namedUnits.emplace().collect(m_root);
+        if (!m_texts) {
+            m_texts.emplace(m_root);
             m_capacityKW = SEMSJSONSearch::extractStationCapacityKW(m_root);
         }
-        if (m_namedUnits->haveWatts != m_namedUnits->haveKilowatts) {
-            return m_namedUnits->haveWatts;
+        if (const std::optional<bool> told = m_texts->meanWatts(value)) {
+            return *told;
         }
         // With snow around and a cold sky a plant gives somewhat more than its rated size, never half as much again.
         const auto isTooMuch = [this](double kilowatts) { return std::abs(kilowatts) > 1.5 * *m_capacityKW; };
@@ -112,8 +140,8 @@ private:
     const JSON& m_root;
     std::string_view m_key;
     std::optional<QString> m_rootUnit;
-    std::optional<NamedUnits> m_namedUnits;
-    std::optional<double> m_capacityKW; ///< known with `m_namedUnits`
+    std::optional<PowerTexts> m_texts;
+    std::optional<double> m_capacityKW; ///< known with `m_texts`
 };
 } // namespace
 
