@@ -4,16 +4,25 @@
 
 namespace Varnel {
 
+namespace {
+
+QString toolTip(const StatusPresentation& presentation) {
+    const QString first = QStringLiteral("Current Output: ") + presentation.outputValue;
+    return presentation.outdatedLine ? first + QLatin1Char('\n') + *presentation.outdatedLine : first;
+}
+
+} // namespace
+
 StatusBarController::StatusBarController(std::unique_ptr<StatusItem> statusItem)
     : m_statusItem(std::move(statusItem)) {
     m_statusItem->setCommandHandler([this](StatusMenuCommand command) { handleCommand(command); });
-    m_statusItem->show({m_presentation.title, {}, statusMenu(m_presentation)});
+    m_statusItem->show({m_presentation.title, {}, statusMenu(m_presentation), std::nullopt});
 }
 
 void StatusBarController::update(const StatusPresentation& presentation) {
     m_presentation = presentation;
     m_statusItem->show(
-        {presentation.title, QStringLiteral("Current Output: ") + presentation.outputValue, statusMenu(presentation)});
+        {presentation.title, toolTip(presentation), statusMenu(presentation), presentation.outdatedLine});
 }
 
 void StatusBarController::showWindow() {

@@ -9,8 +9,11 @@ namespace Varnel {
 /// All that the item shows at one time.
 struct StatusItemContent {
     QString title;   ///< the text in the panel
-    QString toolTip; ///< empty: none
+    QString toolTip; ///< one or two lines; empty: none
     StatusMenu menu;
+    /// A sentence on how old the title is, while it is too old to be taken for the present: then every picture of the
+    /// item is drawn pale, and a screen reader is given this line too.
+    std::optional<QString> outdatedLine;
     bool operator==(const StatusItemContent&) const = default;
 };
 

@@ -23,6 +23,10 @@ struct StatusPresentation {
     bool isSignedIn = false;          ///< chooses between Connect… and Disconnect
     bool canRefresh = false;
 
+    /// A whole sentence, "Last reading at 16:05", while readings fail to come and the last one is old; none otherwise.
+    /// The item then looks old and says so: its picture is pale, its tooltip has this as a second line.
+    std::optional<QString> outdatedLine;
+
     /// What is shown before the first update: the default values of every field.
     static StatusPresentation initial() { return {}; }
 

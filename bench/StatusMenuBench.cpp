@@ -61,11 +61,11 @@ BENCHMARK(paintChart)->Unit(benchmark::kMillisecond);
 
 /// Ten thousand updates, with one opening in every hundred; `growthKB` is what the process has grown meanwhile.
 void rebuildMenu(benchmark::State& state) {
-    const StatusMenu menu = fullDay();
+    const StatusItemContent content{QStringLiteral("2.00 kW"), {}, fullDay(), {}};
     StatusMenuPresenter presenter;
     const auto rebuild = [&](int times) {
         for (int i = 0; i < times; ++i) {
-            presenter.setMenu(menu);
+            presenter.setContent(content);
             if (i % 100 == 0) {
                 presenter.toggleMenu();
                 presenter.toggleMenu();

@@ -23,6 +23,7 @@ class StatusNotifierItemAdaptor : public QDBusAbstractAdaptor {
     Q_PROPERTY(int WindowId READ windowId CONSTANT)
     Q_PROPERTY(QString IconName READ iconName CONSTANT)
     Q_PROPERTY(QList<Varnel::ItemPixmap> IconPixmap READ iconPixmap NOTIFY NewIcon)
+    Q_PROPERTY(QString IconAccessibleDesc READ iconDescription NOTIFY NewIcon)
     Q_PROPERTY(Varnel::ItemToolTip ToolTip READ toolTip NOTIFY NewToolTip)
     Q_PROPERTY(bool ItemIsMenu READ itemIsMenu CONSTANT)
     Q_PROPERTY(QDBusObjectPath Menu READ menu CONSTANT)
@@ -41,6 +42,7 @@ public:
     int windowId() const { return 0; }
     QString iconName() const { return {}; }
     QList<ItemPixmap> iconPixmap() const { return m_face.icon; }
+    QString iconDescription() const { return m_face.iconDescription; }
     ItemToolTip toolTip() const { return {{}, {}, m_face.toolTip, {}}; }
     bool itemIsMenu() const { return false; }
     QDBusObjectPath menu() const { return QDBusObjectPath(QStringLiteral("/MenuBar")); }
@@ -80,7 +82,7 @@ void StatusNotifierItemAdaptor::setFace(const ItemFace& face) {
     if (face.title != old.title) {
         Q_EMIT NewTitle();
     }
-    if (face.icon != old.icon) {
+    if (face.icon != old.icon || face.iconDescription != old.iconDescription) {
         Q_EMIT NewIcon();
     }
     if (face.toolTip != old.toolTip) {
@@ -140,7 +142,7 @@ void LabelledItemAdaptor::setFace(const ItemFace& face) {
 namespace {
 
 ItemFace faceOf(const StatusItemContent& content, TitleForm form) {
-    return itemFace(content.title, content.toolTip, form, qGuiApp->devicePixelRatio());
+    return itemFace(content, form, qGuiApp->devicePixelRatio());
 }
 
 } // namespace
@@ -176,8 +178,8 @@ void ExportedStatusItem::setContent(const StatusItemContent& content) {
     if (!m_form) {
         return;
     }
-    // The pictures are the expensive part, and they show the title alone.
-    if (content.title != old.title) {
+    // The pictures are the expensive part, and they show the title and its age alone.
+    if (content.title != old.title || content.outdatedLine != old.outdatedLine) {
         m_face = faceOf(content, *m_form);
     }
     m_face.toolTip = content.toolTip;

@@ -16,21 +16,21 @@ constexpr std::array iconSizes{16, 22, 24, 32, 48};
 /// resolution.
 constexpr int widePictureHeight = 32;
 
-QList<ItemPixmap> icon(const QString& title, TitleForm form, qreal devicePixelRatio) {
+QList<ItemPixmap> icon(const QString& title, TitleAge age, TitleForm form, qreal devicePixelRatio) {
     QList<ItemPixmap> pixmaps;
     switch (form) {
     case TitleForm::label:
         for (const int size : iconSizes) {
-            pixmaps.append(itemPixmap(sunPicture(size)));
+            pixmaps.append(itemPixmap(sunPicture(size, age)));
         }
         break;
     case TitleForm::widePicture:
-        pixmaps.append(
-            itemPixmap(wideTitlePicture(title, static_cast<int>(std::lround(widePictureHeight * devicePixelRatio)))));
+        pixmaps.append(itemPixmap(
+            wideTitlePicture(title, static_cast<int>(std::lround(widePictureHeight * devicePixelRatio)), age)));
         break;
     case TitleForm::square:
         for (const int size : iconSizes) {
-            pixmaps.append(itemPixmap(squareTitlePicture(title, size)));
+            pixmaps.append(itemPixmap(squareTitlePicture(title, size, age)));
         }
         break;
     }
@@ -89,9 +89,11 @@ void registerItemProtocolTypes() {
     qDBusRegisterMetaType<ItemToolTip>();
 }
 
-ItemFace itemFace(const QString& title, const QString& toolTip, TitleForm form, qreal devicePixelRatio) {
-    return {title, toolTip, form == TitleForm::label ? titleLabel(title) : QString(),
-            icon(title, form, devicePixelRatio)};
+ItemFace itemFace(const StatusItemContent& content, TitleForm form, qreal devicePixelRatio) {
+    const TitleAge age = content.outdatedLine ? TitleAge::outdated : TitleAge::current;
+    return {content.title, content.toolTip, form == TitleForm::label ? titleLabel(content.title) : QString(),
+            icon(content.title, age, form, devicePixelRatio),
+            content.outdatedLine ? content.title + QStringLiteral(". ") + *content.outdatedLine : QString()};
 }
 
 } // namespace Varnel

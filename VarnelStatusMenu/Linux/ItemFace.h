@@ -1,6 +1,7 @@
 #pragma once
 
 #include <VarnelStatusMenu/Linux/TitlePicture.h>
+#include <VarnelStatusMenu/StatusItem.h>
 
 #include <QDBusArgument>
 #include <QImage>
@@ -39,12 +40,13 @@ void registerItemProtocolTypes();
 struct ItemFace {
     QString title;
     QString toolTip;
-    QString label;          ///< of `TitleForm::label` alone
-    QList<ItemPixmap> icon; ///< one form only: hosts differ in which of square and wide they take
+    QString label;           ///< of `TitleForm::label` alone
+    QList<ItemPixmap> icon;  ///< one form only: hosts differ in which of square and wide they take
+    QString iconDescription; ///< for a screen reader; empty: the title says it all
 };
 
 /// `devicePixelRatio` is that of the panel's screen.
-ItemFace itemFace(const QString& title, const QString& toolTip, TitleForm form, qreal devicePixelRatio);
+ItemFace itemFace(const StatusItemContent& content, TitleForm form, qreal devicePixelRatio);
 
 } // namespace Varnel
 

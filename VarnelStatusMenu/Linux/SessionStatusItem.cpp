@@ -55,9 +55,7 @@ StatusItemHandlers SessionStatusItem::handlers() {
 }
 
 void SessionStatusItem::show(const StatusItemContent& content) {
-    m_title = content.title;
-    m_presenter.setMenu(content.menu);
-    m_presenter.setWindowTitle(content.title);
+    m_presenter.setContent(content);
     for (const auto& backEnd : m_backEnds) {
         backEnd->setContent(content);
     }
@@ -69,7 +67,7 @@ void SessionStatusItem::setCommandHandler(std::function<void(StatusMenuCommand)>
 
 void SessionStatusItem::showWindow() {
     m_isFallbackWindow = m_isFallbackWindow && m_presenter.isWindowOpen();
-    m_presenter.showWindow(m_title);
+    m_presenter.showWindow();
 }
 
 std::optional<StatusItemBackEnd*> SessionStatusItem::best() const {
@@ -135,14 +133,14 @@ void SessionStatusItem::showFallbackWindow() {
     if (!m_presenter.isWindowOpen()) {
         qCInfo(lcApp, "The desktop shows no status items: a window takes their place");
         m_isFallbackWindow = true;
-        m_presenter.showWindowQuietly(m_title); // the user may be typing the account
+        m_presenter.showWindowQuietly(); // the user may be typing the account
     }
 }
 
 void SessionStatusItem::keepInTaskbar() {
     if (!m_current) {
         m_isFallbackWindow = true;
-        m_presenter.showWindowMinimized(m_title);
+        m_presenter.showWindowMinimized();
     }
 }
 

@@ -42,7 +42,6 @@ private:
 
     TimerFactory& m_timers;
     StatusMenuPresenter m_presenter;
-    QString m_title; ///< of the window
     std::function<void(StatusMenuCommand)> m_commandHandler;
     BackEnds m_backEnds;
     StatusItemBackEnd* m_current = nullptr; ///< where the item is shown; null: nowhere

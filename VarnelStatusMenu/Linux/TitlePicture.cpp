@@ -29,11 +29,21 @@ constexpr std::array knownHosts{
 };
 constexpr int longestLabel = 24;
 
-constexpr QColor badgeColor(0x2b, 0x31, 0x3b);
-constexpr QColor badgeEdgeColor(0xff, 0xff, 0xff, 0x46);
-constexpr QColor textColor(0xff, 0xff, 0xff);
-constexpr QColor sunColor(0xf5, 0xa6, 0x23);
+struct Colors {
+    QColor badge;
+    QColor badgeEdge;
+    QColor text;
+    QColor sun;
+};
+constexpr Colors currentColors{{0x2b, 0x31, 0x3b}, {0xff, 0xff, 0xff, 0x46}, {0xff, 0xff, 0xff}, {0xf5, 0xa6, 0x23}};
+/// The panel shines through, so that the item is pale on a light one and on a dark one.
+constexpr Colors outdatedColors{
+    {0x2b, 0x31, 0x3b, 0xbf}, {0xff, 0xff, 0xff, 0x23}, {0xff, 0xff, 0xff, 0x9e}, {0xf5, 0xa6, 0x23, 0x80}};
 constexpr int smallestTextHeight = 6;
+
+const Colors& colorsOf(TitleAge age) {
+    return age == TitleAge::current ? currentColors : outdatedColors;
+}
 
 QImage transparentImage(int width, int height) {
     QImage image(width, height, QImage::Format_ARGB32_Premultiplied);
@@ -97,13 +107,13 @@ void drawCentred(QPainter& painter, const QRectF& box, const QString& text) {
         shown);
 }
 
-void drawBadge(QPainter& painter, const QRectF& box) {
+void drawBadge(QPainter& painter, const QRectF& box, const Colors& colors) {
     const qreal radius = box.height() / 6;
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(badgeEdgeColor, 1));
-    painter.setBrush(badgeColor);
+    painter.setPen(QPen(colors.badgeEdge, 1));
+    painter.setBrush(colors.badge);
     painter.drawRoundedRect(box.adjusted(0.5, 0.5, -0.5, -0.5), radius, radius);
-    painter.setPen(textColor);
+    painter.setPen(colors.text);
 }
 
 bool hasDigit(const QString& text) {
@@ -129,7 +139,7 @@ QString titleLabel(const QString& title) {
     return title.size() <= longestLabel ? title : title.left(longestLabel - 1).trimmed() + QChar(0x2026);
 }
 
-QImage wideTitlePicture(const QString& title, int height) {
+QImage wideTitlePicture(const QString& title, int height, TitleAge age) {
     const int padding = height / 4;
     const QFont font = titleFont(static_cast<int>(std::lround(height * 0.62)), 100);
     const QFontMetricsF metrics(font);
@@ -137,7 +147,7 @@ QImage wideTitlePicture(const QString& title, int height) {
     const int width = static_cast<int>(std::ceil(metrics.horizontalAdvance(shown))) + 2 * padding;
     QImage image = transparentImage(std::max(width, height), height);
     QPainter painter(&image);
-    drawBadge(painter, QRectF(image.rect()));
+    drawBadge(painter, QRectF(image.rect()), colorsOf(age));
     painter.setFont(font);
     // The height of capitals, not the ink, centres the line: the text must not hop when a digit gives way to "g".
     painter.drawText(
@@ -146,11 +156,11 @@ QImage wideTitlePicture(const QString& title, int height) {
     return image;
 }
 
-QImage squareTitlePicture(const QString& title, int size) {
+QImage squareTitlePicture(const QString& title, int size, TitleAge age) {
     const TitleLines lines = titleLines(title);
     QImage image = transparentImage(size, size);
     QPainter painter(&image);
-    drawBadge(painter, QRectF(image.rect()));
+    drawBadge(painter, QRectF(image.rect()), colorsOf(age));
     const qreal margin = std::max(1.0, size / 16.0);
     const QRectF inside = QRectF(image.rect()).adjusted(margin, 2 * margin, -margin, -2 * margin);
     if (lines.lower.isEmpty()) {
@@ -165,13 +175,14 @@ QImage squareTitlePicture(const QString& title, int size) {
     return image;
 }
 
-QImage sunPicture(int size) {
+QImage sunPicture(int size, TitleAge age) {
     QImage image = transparentImage(size, size);
     QPainter painter(&image);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.translate(size / 2.0, size / 2.0);
-    painter.setPen(QPen(sunColor, size / 11.0, Qt::SolidLine, Qt::RoundCap));
-    painter.setBrush(sunColor);
+    const QColor color = colorsOf(age).sun;
+    painter.setPen(QPen(color, size / 11.0, Qt::SolidLine, Qt::RoundCap));
+    painter.setBrush(color);
     painter.drawEllipse(QPointF(0, 0), size * 0.18, size * 0.18);
     for (int ray = 0; ray < 8; ++ray) {
         const qreal angle = ray * std::numbers::pi / 4;

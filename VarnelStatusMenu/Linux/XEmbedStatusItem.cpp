@@ -20,10 +20,10 @@ namespace Varnel {
 namespace {
 
 /// The title in the sizes that trays give their icons; each is drawn by itself, because a scaled text blurs.
-QIcon titleIcon(const QString& title) {
+QIcon titleIcon(const QString& title, TitleAge age) {
     QIcon icon;
     for (const int size : {16, 20, 22, 24, 28, 32, 36, 40, 44, 48, 64}) {
-        icon.addPixmap(QPixmap::fromImage(squareTitlePicture(title, size)));
+        icon.addPixmap(QPixmap::fromImage(squareTitlePicture(title, size, age)));
     }
     return icon;
 }
@@ -162,9 +162,11 @@ void XEmbedStatusItem::setContent(const StatusItemContent& content) {
 
 void XEmbedStatusItem::applyContent() {
     m_icon->setToolTip(m_content.toolTip);
-    if (m_icon->icon().isNull() || m_drawnTitle != m_content.title) {
+    const TitleAge age = m_content.outdatedLine ? TitleAge::outdated : TitleAge::current;
+    if (m_icon->icon().isNull() || m_drawnTitle != m_content.title || m_drawnAge != age) {
         m_drawnTitle = m_content.title;
-        m_icon->setIcon(titleIcon(m_content.title));
+        m_drawnAge = age;
+        m_icon->setIcon(titleIcon(m_content.title, age));
     }
 }
 

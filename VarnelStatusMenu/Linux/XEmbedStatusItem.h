@@ -1,6 +1,7 @@
 #pragma once
 
 #include <VarnelStatusMenu/Linux/StatusItemBackEnd.h>
+#include <VarnelStatusMenu/Linux/TitlePicture.h>
 
 #include <QObject>
 
@@ -33,6 +34,7 @@ private:
     std::unique_ptr<LegacyTray> m_tray;
     StatusItemContent m_content;
     QString m_drawnTitle; ///< of the picture that the tray has
+    TitleAge m_drawnAge = TitleAge::current;
     std::unique_ptr<QSystemTrayIcon> m_icon;
 };
 

@@ -26,13 +26,13 @@ StatusMenuPresenter::~StatusMenuPresenter() {
 }
 
 void StatusMenuPresenter::openPopupMenu() {
-    auto* opened = new StatusPopupMenu(m_menu);
+    auto* opened = new StatusPopupMenu(m_content.menu);
     follow(opened);
     opened->popup(QCursor::pos());
 }
 
 void StatusMenuPresenter::openPopupWindow() {
-    auto* opened = new StatusPopupWindow(m_menu);
+    auto* opened = new StatusPopupWindow(m_content.menu);
     follow(opened);
     opened->show();
     opened->activateWindow();
@@ -66,10 +66,10 @@ void StatusMenuPresenter::setCommandHandler(std::function<void(StatusMenuCommand
     m_commandHandler = std::move(handler);
 }
 
-void StatusMenuPresenter::setMenu(const StatusMenu& menu) {
-    m_menu = menu;
+void StatusMenuPresenter::setContent(const StatusItemContent& content) {
+    m_content = content;
     if (m_window) {
-        m_window->setMenu(menu);
+        m_window->setContent(content);
     }
 }
 
@@ -89,9 +89,9 @@ bool StatusMenuPresenter::isMenuOpen() const {
     return m_popup && m_popup->isVisible();
 }
 
-StatusMenuWindow& StatusMenuPresenter::titledWindow(const QString& title) {
+StatusMenuWindow& StatusMenuPresenter::window() {
     if (!m_window) {
-        m_window = new StatusMenuWindow(m_menu);
+        m_window = new StatusMenuWindow(m_content);
         m_window->setStandsForItem(m_windowStandsForItem);
         connect(m_window, &StatusMenuWindow::commandChosen, this,
                 [this](StatusMenuCommand command) { deliver(command); });
@@ -103,22 +103,21 @@ StatusMenuWindow& StatusMenuPresenter::titledWindow(const QString& title) {
         };
         connect(m_window, &QObject::destroyed, this, callHandler, Qt::QueuedConnection);
     }
-    m_window->setWindowTitle(title);
     return *m_window;
 }
 
-void StatusMenuPresenter::showWindow(const QString& title) {
-    titledWindow(title).bringToFront();
+void StatusMenuPresenter::showWindow() {
+    window().bringToFront();
 }
 
-void StatusMenuPresenter::showWindowQuietly(const QString& title) {
-    StatusMenuWindow& window = titledWindow(title);
-    window.setAttribute(Qt::WA_ShowWithoutActivating);
-    window.show();
+void StatusMenuPresenter::showWindowQuietly() {
+    StatusMenuWindow& shown = window();
+    shown.setAttribute(Qt::WA_ShowWithoutActivating);
+    shown.show();
 }
 
-void StatusMenuPresenter::showWindowMinimized(const QString& title) {
-    titledWindow(title).showInTaskbar();
+void StatusMenuPresenter::showWindowMinimized() {
+    window().showInTaskbar();
 }
 
 void StatusMenuPresenter::closeWindow() {
@@ -134,12 +133,6 @@ void StatusMenuPresenter::setWindowClosedHandler(std::function<void()> handler) 
 
 bool StatusMenuPresenter::isWindowOpen() const {
     return m_window && m_window->isVisible();
-}
-
-void StatusMenuPresenter::setWindowTitle(const QString& title) {
-    if (m_window) {
-        m_window->setWindowTitle(title);
-    }
 }
 
 void StatusMenuPresenter::setWindowStandsForItem(bool standsForItem) {

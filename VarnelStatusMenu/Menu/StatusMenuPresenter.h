@@ -1,6 +1,6 @@
 #pragma once
 
-#include <VarnelStatusMenu/Menu/StatusMenu.h>
+#include <VarnelStatusMenu/StatusItem.h>
 
 #include <QElapsedTimer>
 #include <QObject>
@@ -24,7 +24,7 @@ public:
 
     /// The content of the next menu that opens. An open pop-up stays as it is until it closes and is freed then; an
     /// open window takes the new content at once.
-    void setMenu(const StatusMenu& menu);
+    void setContent(const StatusItemContent& content);
 
     /// Opens the pop-up: on X11 a menu at the pointer, on Wayland a fixed-size window that closes on losing focus.
     /// Closes it when it is open already.
@@ -32,19 +32,18 @@ public:
     bool isMenuOpen() const;
 
     /// Opens the ordinary window, or brings the open one to the front.
-    void showWindow(const QString& title);
+    void showWindow();
 
     /// Opens the ordinary window and leaves the keyboard with the window that has it.
-    void showWindowQuietly(const QString& title);
+    void showWindowQuietly();
 
     /// Opens the ordinary window minimised: out of the way, but there in the taskbar.
-    void showWindowMinimized(const QString& title);
+    void showWindowMinimized();
     void closeWindow();
 
     /// Called from the event loop when the user has closed the ordinary window; not for `closeWindow`.
     void setWindowClosedHandler(std::function<void()> handler);
     bool isWindowOpen() const;
-    void setWindowTitle(const QString& title);
 
     /// Whether the ordinary window, the next one too, is the only way to reach the program.
     void setWindowStandsForItem(bool standsForItem);
@@ -55,10 +54,10 @@ private:
     template <typename Popup>
     void follow(Popup* opened);
     void deliver(StatusMenuCommand command);
-    StatusMenuWindow& titledWindow(const QString& title);
+    StatusMenuWindow& window();
     bool isClickThatDismissed();
 
-    StatusMenu m_menu;
+    StatusItemContent m_content;
     std::function<void(StatusMenuCommand)> m_commandHandler;
     std::function<void()> m_windowClosed;
     QPointer<QWidget> m_popup;

@@ -8,8 +8,8 @@
 
 namespace Varnel {
 
-StatusMenuWindow::StatusMenuWindow(const StatusMenu& menu)
-    : m_panel(new StatusMenuPanel(menu)) {
+StatusMenuWindow::StatusMenuWindow(const StatusItemContent& content)
+    : m_panel(new StatusMenuPanel(content.menu)) {
     setAttribute(Qt::WA_DeleteOnClose);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -18,10 +18,13 @@ StatusMenuWindow::StatusMenuWindow(const StatusMenu& menu)
     m_panel->setFocusPolicy(Qt::StrongFocus);
     m_panel->setFocus();
     connect(m_panel, &StatusMenuPanel::commandChosen, this, &StatusMenuWindow::commandChosen);
+    setContent(content);
 }
 
-void StatusMenuWindow::setMenu(const StatusMenu& menu) {
-    m_panel->setMenu(menu);
+void StatusMenuWindow::setContent(const StatusItemContent& content) {
+    setWindowTitle(content.title);
+    setAccessibleDescription(content.outdatedLine.value_or(QString()));
+    m_panel->setMenu(content.menu);
 }
 
 void StatusMenuWindow::setStandsForItem(bool standsForItem) {

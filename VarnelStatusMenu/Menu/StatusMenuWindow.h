@@ -1,6 +1,6 @@
 #pragma once
 
-#include <VarnelStatusMenu/Menu/StatusMenu.h>
+#include <VarnelStatusMenu/StatusItem.h>
 
 #include <QWidget>
 
@@ -8,15 +8,16 @@ namespace Varnel {
 
 class StatusMenuPanel;
 
-/// The content of the status menu as an ordinary window, as large as its content. It follows later menus and deletes
+/// The content of the status menu as an ordinary window, as large as its content. Its title is the
+/// item's. It follows later content and deletes
 /// itself when it is closed.
 class StatusMenuWindow : public QWidget {
     Q_OBJECT
 
 public:
-    explicit StatusMenuWindow(const StatusMenu& menu);
+    explicit StatusMenuWindow(const StatusItemContent& content);
 
-    void setMenu(const StatusMenu& menu);
+    void setContent(const StatusItemContent& content);
 
     /// Whether the window is the only way to reach the program.
     bool standsForItem() const { return m_standsForItem; }

@@ -26,7 +26,7 @@ StatusItemContent content(const QString& title, bool hasChart = true) {
     presentation.showOutputChart = hasChart;
     presentation.isSignedIn = true;
     presentation.errorLine = QStringLiteral("Offline");
-    return {title, QStringLiteral("Current Output: ") + title, statusMenu(presentation)};
+    return {title, QStringLiteral("Current Output: ") + title, statusMenu(presentation), {}};
 }
 
 const QString clicked = QStringLiteral("clicked");
@@ -124,9 +124,14 @@ TEST_F(ExportedStatusItemTest, TellsOnlyWhatChanged) {
     next.title = QStringLiteral("1.00  kW"); // the picture is the same
     item.setContent(next);
     item.setContent(content(QStringLiteral("2.00 kW")));
+    next = content(QStringLiteral("2.00 kW"));
+    next.outdatedLine = QStringLiteral("Last reading at 16:05");
+    item.setContent(next);
+    EXPECT_EQ(itemProperties().value(QStringLiteral("IconAccessibleDesc")),
+              QStringLiteral("2.00 kW. Last reading at 16:05"));
     itemProperties(); // the signals come before this reply
     settle();
-    EXPECT_EQ(itemSpy.members(), "NewToolTip NewTitle NewTitle NewIcon NewToolTip");
+    EXPECT_EQ(itemSpy.members(), "NewToolTip NewTitle NewTitle NewIcon NewToolTip NewIcon");
 }
 
 TEST_F(ExportedStatusItemTest, ShowsRowsAndCommandsAsTextInOrder) {

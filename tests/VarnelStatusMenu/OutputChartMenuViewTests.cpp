@@ -1,6 +1,8 @@
 #include <VarnelStatusMenu/Chart/OutputChartMenuView.h>
 #include <VarnelStatusMenu/Menu/MenuStyle.h>
 
+#include <tests/Support/Contrast.h>
+
 #include <QApplication>
 #include <QImage>
 #include <QMouseEvent>
@@ -10,6 +12,7 @@
 #include <cmath>
 
 using namespace Varnel;
+using Varnel::Testing::contrastOf;
 
 namespace {
 
@@ -48,22 +51,12 @@ void moveMouse(OutputChartMenuView& view, QPointF position) {
     QApplication::sendEvent(&view, &event);
 }
 
-double channel(double value) {
-    return value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
-}
-
-double luminance(const QColor& color) {
-    return 0.2126 * channel(color.redF()) + 0.7152 * channel(color.greenF()) + 0.0722 * channel(color.blueF());
-}
-
 /// The ratio of the colour, laid over the background, to that background, as accessibility guidelines count it.
 double contrast(const QColor& color, const QColor& background) {
     const auto mix = [&](float over, float under) { return over * color.alphaF() + under * (1 - color.alphaF()); };
     const QColor seen = QColor::fromRgbF(mix(color.redF(), background.redF()), mix(color.greenF(), background.greenF()),
                                          mix(color.blueF(), background.blueF()));
-    const double one = luminance(seen) + 0.05;
-    const double other = luminance(background) + 0.05;
-    return std::max(one, other) / std::min(one, other);
+    return contrastOf(seen, background);
 }
 
 } // namespace

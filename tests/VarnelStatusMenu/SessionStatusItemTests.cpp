@@ -54,7 +54,7 @@ struct SessionStatusItemTest : testing::Test {
                 return backEnds;
             },
             time);
-        item->show({QStringLiteral("1.00 kW"), {}, {}});
+        item->show({QStringLiteral("1.00 kW"), {}, {}, {}});
     }
 
     static StatusMenuWindow* window() {
@@ -139,8 +139,8 @@ TEST_F(SessionStatusItemTest, AWindowClosedByHandStaysInTheTaskbarUntilAPanelCom
 
 TEST_F(SessionStatusItemTest, EveryPanelHasTheContentAndTheHandlerOfTheMoment) {
     start(Availability::available, Availability::unavailable);
-    const StatusItemContent content{QStringLiteral("1.00 kW"), QStringLiteral("tip"),
-                                    statusMenu(StatusPresentation::initial())};
+    const StatusItemContent content{
+        QStringLiteral("1.00 kW"), QStringLiteral("tip"), statusMenu(StatusPresentation::initial()), {}};
     item->show(content);
     EXPECT_EQ(legacy->content, content);
     EXPECT_EQ(protocol->content, content);

@@ -21,13 +21,13 @@ namespace {
 using Commands = std::vector<StatusMenuCommand>;
 using Keys = std::vector<QKeyCombination>;
 
-StatusMenu connected(const QString& output = QStringLiteral("3.50 kW"), bool canRefresh = true) {
+StatusItemContent connected(const QString& output = QStringLiteral("3.50 kW"), bool canRefresh = true) {
     StatusPresentation presentation;
     presentation.outputValue = output;
     presentation.outputChartValues = {1, 2, 3};
     presentation.showOutputChart = presentation.isSignedIn = true;
     presentation.canRefresh = canRefresh;
-    return statusMenu(presentation);
+    return {output, {}, statusMenu(presentation), {}};
 }
 
 template <typename Widget>
@@ -68,7 +68,7 @@ QStringList rowsOf(const QWidget* window) {
 class StatusMenuPresenterTest : public testing::Test {
 protected:
     StatusMenuPresenterTest() {
-        presenter.setMenu(connected());
+        presenter.setContent(connected());
         presenter.setCommandHandler([this](StatusMenuCommand command) {
             chosen.push_back(command);
             wasOpenWhenChosen = presenter.isMenuOpen();
@@ -116,7 +116,7 @@ TEST_F(StatusMenuPresenterTest, KeysChooseOnceAfterThePopupHasClosed) {
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
         chosen.clear();
-        presenter.setMenu(connected({}, row.canRefresh));
+        presenter.setContent(connected({}, row.canRefresh));
         press(openPopup(), row.keys);
         EXPECT_TRUE(chosen.empty()) << "before the menu has closed";
         settle();
@@ -133,7 +133,7 @@ TEST_F(StatusMenuPresenterTest, KeysChooseOnceAfterThePopupHasClosed) {
 TEST_F(StatusMenuPresenterTest, OpenPopupStaysAsItIsAndIsFreedWhenItCloses) {
     const QPointer<StatusPopupMenu> popup = openPopup();
     const QStringList before = rowsOf(popup);
-    presenter.setMenu(connected(QStringLiteral("9 W")));
+    presenter.setContent(connected(QStringLiteral("9 W")));
     EXPECT_EQ(rowsOf(popup), before);
     presenter.toggleMenu();
     EXPECT_FALSE(presenter.isMenuOpen());
@@ -166,12 +166,16 @@ TEST_F(StatusMenuPresenterTest, ClickOnTheItemThatClosesThePopupDoesNotOpenItAga
 }
 
 TEST_F(StatusMenuPresenterTest, WindowFollowsTheMenuAndKeepsTheFocusedCommand) {
-    presenter.showWindow(QStringLiteral("3.50 kW"));
+    presenter.showWindow();
     auto* window = shown<StatusMenuWindow>();
     ASSERT_TRUE(window);
     press(window, {Qt::Key_Down, Qt::Key_Down});
-    presenter.setMenu(connected(QStringLiteral("9 W")));
+    StatusItemContent next = connected(QStringLiteral("9 W"));
+    next.outdatedLine = QStringLiteral("Last reading at 16:05");
+    presenter.setContent(next);
     settle();
+    EXPECT_EQ(window->windowTitle(), QStringLiteral("9 W"));
+    EXPECT_EQ(window->accessibleDescription(), *next.outdatedLine);
     EXPECT_EQ(rowsOf(window).first().toStdString(), "Current Output: 9 W");
     press(window, {Qt::Key_Return, Qt::CTRL | Qt::Key_R});
     settle();
@@ -192,7 +196,7 @@ TEST(StatusPopupWindow, ClosesBeforeACommandOnEscapeAndWithoutFocus) {
         {{}, "closed dismissed "},
     };
     for (const auto& [keys, expected] : rows) {
-        StatusPopupWindow popup(connected());
+        StatusPopupWindow popup(connected().menu);
         std::string outcome;
         QObject::connect(&popup, &StatusPopupWindow::closed, [&] { outcome += "closed "; });
         QObject::connect(&popup, &StatusPopupWindow::commandChosen, [&] { outcome += "chosen "; });

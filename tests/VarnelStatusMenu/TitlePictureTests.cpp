@@ -1,9 +1,16 @@
 #include <VarnelStatusMenu/Linux/ItemFace.h>
 #include <VarnelStatusMenu/Linux/TitlePicture.h>
 
+#include <tests/Support/Contrast.h>
+
+#include <QPainter>
+
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 using namespace Varnel;
+using Varnel::Testing::luminanceOf;
 
 namespace {
 
@@ -19,6 +26,28 @@ QRect inkOf(const QImage& image, const QRect& area) {
         }
     }
     return ink;
+}
+
+QImage laidOver(QColor panel, const QImage& picture) {
+    QImage seen(picture.size(), QImage::Format_RGB32);
+    seen.fill(panel);
+    QPainter(&seen).drawImage(0, 0, picture);
+    return seen;
+}
+
+/// How far the picture stands out: the contrast of its lightest pixel to its darkest, as accessibility guidelines
+/// count it.
+double contrastIn(const QImage& image) {
+    double lightest = 0;
+    double darkest = 1;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            const double luminance = luminanceOf(image.pixelColor(x, y));
+            lightest = std::max(lightest, luminance);
+            darkest = std::min(darkest, luminance);
+        }
+    }
+    return (lightest + 0.05) / (darkest + 0.05);
 }
 
 const QString longTitle = QStringLiteral("A much longer title than any panel has room for");
@@ -44,7 +73,7 @@ TEST(TitleForm, FollowsTheProgramBehindThePanel) {
 TEST(TitlePicture, SquareShowsTheNumberLargeAboveItsUnitInsideTheBadge) {
     for (const char* title : {"3.42 kW", "SEMS --", "12.34 kW", "1234.56 kW", "1 234 kW "}) {
         for (const int size : {16, 22, 24, 48}) {
-            const QImage image = squareTitlePicture(QString::fromLatin1(title), size);
+            const QImage image = squareTitlePicture(QString::fromLatin1(title), size, TitleAge::current);
             ASSERT_EQ(image.size(), QSize(size, size));
             const QRect ink = inkOf(image, image.rect());
             EXPECT_TRUE(image.rect().adjusted(1, 1, -1, -1).contains(ink)) << size;
@@ -52,34 +81,70 @@ TEST(TitlePicture, SquareShowsTheNumberLargeAboveItsUnitInsideTheBadge) {
             EXPECT_EQ(image.pixelColor(0, 0).alpha(), 0) << "the badge is round";
         }
     }
-    const QImage image = squareTitlePicture(QStringLiteral("381 W"), 48);
+    const QImage image = squareTitlePicture(QStringLiteral("381 W"), 48, TitleAge::current);
     const QRect upper = inkOf(image, QRect(0, 0, 48, 26));
     const QRect lower = inkOf(image, QRect(0, 26, 48, 22));
     EXPECT_GT(upper.height(), lower.height());
     EXPECT_GT(upper.width(), lower.width());
 }
 
+TEST(TitlePicture, OutdatedIsPaleAndReadableOnLightAndDarkPanels) {
+    const QString title = QStringLiteral("3.42 kW");
+    for (const QColor panel : {QColor(0xf0, 0xf0, 0xf0), QColor(0x2d, 0x2d, 0x2d)}) {
+        for (const int size : {22, 48}) {
+            // Without the edge, which shows the panel.
+            const auto contrastOf = [&](const QImage& picture) {
+                return contrastIn(laidOver(panel, picture).copy(picture.rect().adjusted(3, 3, -3, -3)));
+            };
+            const double square = contrastOf(squareTitlePicture(title, size, TitleAge::outdated));
+            EXPECT_LT(square, 0.6 * contrastOf(squareTitlePicture(title, size, TitleAge::current)));
+            EXPECT_GT(square, 3) << "large text can be read from three to one on";
+            const double wide = contrastOf(wideTitlePicture(title, size, TitleAge::outdated));
+            EXPECT_LT(wide, 0.6 * contrastOf(wideTitlePicture(title, size, TitleAge::current)));
+            EXPECT_GT(wide, 3);
+            const auto sunContrast = [&](TitleAge age) {
+                return Testing::contrastOf(laidOver(panel, sunPicture(size, age)).pixelColor(size / 2, size / 2),
+                                           panel);
+            };
+            EXPECT_LT(sunContrast(TitleAge::outdated), 0.8 * sunContrast(TitleAge::current));
+        }
+    }
+}
+
 TEST(TitlePicture, WideGrowsWithTheTextUpToItsBound) {
-    const QImage usual = wideTitlePicture(QStringLiteral("3.42 kW"), 22);
-    const QImage longer = wideTitlePicture(longTitle, 22);
+    const QImage usual = wideTitlePicture(QStringLiteral("3.42 kW"), 22, TitleAge::current);
+    const QImage longer = wideTitlePicture(longTitle, 22, TitleAge::current);
     EXPECT_GT(usual.width(), 22);
     EXPECT_LT(usual.width(), 100);
     EXPECT_LE(longer.width(), 22 * 8);
     EXPECT_TRUE(longer.rect().adjusted(2, 2, -2, -2).contains(inkOf(longer, longer.rect())));
-    EXPECT_NEAR(wideTitlePicture(QStringLiteral("3.42 kW"), 44).width(), 2 * usual.width(), 6);
+    EXPECT_NEAR(wideTitlePicture(QStringLiteral("3.42 kW"), 44, TitleAge::current).width(), 2 * usual.width(), 6);
 }
 
 TEST(ItemFace, HasPicturesOfItsFormAndALabelWhereAskedFor) {
-    const ItemFace label = itemFace(longTitle, {}, TitleForm::label, 1);
+    const ItemFace label = itemFace({longTitle, {}, {}, {}}, TitleForm::label, 1);
     EXPECT_EQ(label.label, QStringLiteral("A much longer title tha…"));
-    EXPECT_EQ(label.icon, itemFace(QStringLiteral("other"), {}, TitleForm::label, 1).icon);
-    const ItemFace wide = itemFace(QStringLiteral("3.42 kW"), {}, TitleForm::widePicture, 1.5);
+    EXPECT_EQ(label.icon, itemFace({QStringLiteral("other"), {}, {}, {}}, TitleForm::label, 1).icon);
+    const ItemFace wide = itemFace({QStringLiteral("3.42 kW"), {}, {}, {}}, TitleForm::widePicture, 1.5);
     ASSERT_EQ(wide.icon.size(), 1);
     EXPECT_EQ(wide.icon.first().height, 48);
     EXPECT_TRUE(wide.label.isEmpty());
-    for (const ItemPixmap& pixmap : itemFace(QStringLiteral("3.42 kW"), {}, TitleForm::square, 1).icon) {
+    for (const ItemPixmap& pixmap : itemFace({QStringLiteral("3.42 kW"), {}, {}, {}}, TitleForm::square, 1).icon) {
         EXPECT_EQ(pixmap.width, pixmap.height);
     }
+}
+
+TEST(ItemFace, AnOutdatedItemIsPaleInEveryFormAndSaysSo) {
+    const StatusItemContent current{QStringLiteral("3.42 kW"), {}, {}, {}};
+    StatusItemContent outdated = current;
+    outdated.outdatedLine = QStringLiteral("Last reading at 16:05");
+    for (const TitleForm form : {TitleForm::label, TitleForm::widePicture, TitleForm::square}) {
+        const ItemFace face = itemFace(outdated, form, 1);
+        EXPECT_NE(face.icon, itemFace(current, form, 1).icon);
+        EXPECT_EQ(face.label, itemFace(current, form, 1).label);
+        EXPECT_EQ(face.iconDescription, QStringLiteral("3.42 kW. Last reading at 16:05"));
+    }
+    EXPECT_TRUE(itemFace(current, TitleForm::square, 1).iconDescription.isEmpty());
 }
 
 TEST(ItemFace, SendsPixelsAlphaFirst) {

@@ -50,6 +50,12 @@ StatusPresentation withoutData() {
     return presentation;
 }
 
+StatusPresentation outdated() {
+    StatusPresentation presentation = connected(115, QStringLiteral("Network error"));
+    presentation.outdatedLine = QStringLiteral("Last reading at 15:30");
+    return presentation;
+}
+
 const QMap<QString, StatusPresentation>& presentations() {
     static const QMap<QString, StatusPresentation> byName{
         {QStringLiteral("signed-out"), StatusPresentation::initial()},
@@ -61,6 +67,7 @@ const QMap<QString, StatusPresentation>& presentations() {
          connected(115, QStringLiteral("The service at the configured address answered with something that is not a "
                                        "power reading & gave no reason; check the address in the settings."))},
         {QStringLiteral("1440-samples"), connected(1440)},
+        {QStringLiteral("outdated"), outdated()},
     };
     return byName;
 }
