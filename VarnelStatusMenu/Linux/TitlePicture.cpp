@@ -78,7 +78,7 @@ bool fits(const QString& text, const QFont& font, QSizeF box) {
 QFont fittingFont(const QString& text, QSizeF box) {
     constexpr int referenceSize = 64;
     const QSizeF ink = inkOf(text, titleFont(referenceSize, 100)).size() / referenceSize;
-    // A text without height, such as "--", is no larger than letters would be.
+    // A text of little height is no larger than letters would be.
     const qreal tallest = box.height() / std::max(ink.height(), 0.6);
     const qreal widest = box.width() * 100 / (ink.width() * stretches.back());
     for (int pixelSize = static_cast<int>(std::min(tallest, widest)); pixelSize > smallestTextHeight; --pixelSize) {
@@ -93,9 +93,25 @@ QFont fittingFont(const QString& text, QSizeF box) {
     return titleFont(smallestTextHeight, stretches.back());
 }
 
+/// Two dashes in the middle of the box. As letters they would be made so large that they fill its width, two blocks.
+void drawDashes(QPainter& painter, const QRectF& box) {
+    const int width = std::max(3, static_cast<int>(std::lround(box.width() * 0.24)));
+    const int thickness = std::max(1, static_cast<int>(std::lround(box.width() / 12.5)));
+    const int gap = std::max(2, width / 2);
+    const QPoint first(static_cast<int>(std::lround(box.center().x() - width - gap / 2.0)),
+                       static_cast<int>(std::lround(box.center().y() - thickness / 2.0)));
+    const QColor color = painter.pen().color();
+    painter.fillRect(QRect(first, QSize(width, thickness)), color);
+    painter.fillRect(QRect(first + QPoint(width + gap, 0), QSize(width, thickness)), color);
+}
+
 /// Draws the text with its ink in the middle of the box, on whole pixels so that the stems stay sharp.
 void drawCentred(QPainter& painter, const QRectF& box, const QString& text) {
     if (text.isEmpty()) {
+        return;
+    }
+    if (text == QStringLiteral("--")) {
+        drawDashes(painter, box);
         return;
     }
     const QFont font = fittingFont(text, box.size());

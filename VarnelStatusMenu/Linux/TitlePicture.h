@@ -38,7 +38,8 @@ enum class TitleAge { current, outdated };
 /// The title on one line, as wide as the text needs, up to eight times its height; a longer title is elided.
 QImage wideTitlePicture(const QString& title, int height, TitleAge age);
 
-/// The title on two lines in a square, each line as large as the width allows; the number gets the larger share.
+/// The title on two lines in a square, each line as large as the width allows; the number gets the larger share. "--"
+/// is two short dashes in the middle of its line.
 QImage squareTitlePicture(const QString& title, int size, TitleAge age);
 
 /// A small sun: the icon beside a label, in panels that insist on one.

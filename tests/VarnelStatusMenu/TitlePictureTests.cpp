@@ -88,6 +88,26 @@ TEST(TitlePicture, SquareShowsTheNumberLargeAboveItsUnitInsideTheBadge) {
     EXPECT_GT(upper.width(), lower.width());
 }
 
+TEST(TitlePicture, NoValueIsTwoShortDashesInTheMiddleOfTheirLine) {
+    for (const int size : {16, 22, 24, 32, 48, 64}) {
+        for (const auto& [title, top] : {std::pair("--", 0), {"SEMS --", size / 2 + 1}}) {
+            const QImage image = squareTitlePicture(QString::fromLatin1(title), size, TitleAge::current);
+            const QRect line(0, top, size, size - top);
+            const QRect ink = inkOf(image, line);
+            EXPECT_GE(ink.width(), 5 * ink.height()) << title << size;
+            EXPECT_LE(ink.width(), size * 2 / 3) << title << size;
+            EXPECT_NEAR(ink.center().x(), size / 2, 1) << title << size;
+            EXPECT_LE(std::abs(ink.center().y() - (top + line.height() / 2)), size / 8 + 1) << title << size;
+            int dashes = 0;
+            for (int x = 1; x < size; ++x) {
+                const auto isInk = [&](int at) { return image.pixelColor(at, ink.center().y()).lightness() > 150; };
+                dashes += isInk(x) && !isInk(x - 1) && x > 1 ? 1 : 0;
+            }
+            EXPECT_EQ(dashes, 2) << title << size;
+        }
+    }
+}
+
 TEST(TitlePicture, OutdatedIsPaleAndReadableOnLightAndDarkPanels) {
     const QString title = QStringLiteral("3.42 kW");
     for (const QColor panel : {QColor(0xf0, 0xf0, 0xf0), QColor(0x2d, 0x2d, 0x2d)}) {
