@@ -41,6 +41,10 @@ Result<JSON> AttemptOutcome::result() && {
     if (reply) {
         return std::move(*reply);
     }
+    const auto refused = std::find_if(failures.begin(), failures.end(), isCase<SEMSAPIError::AuthenticationFailed>);
+    if (carriedSession && refused != failures.end()) {
+        return failure(*refused);
+    }
     return failure(failures.empty() ? Error(SEMSAPIError::invalidResponse()) : failures.back());
 }
 
@@ -61,7 +65,7 @@ QCoro::Task<Result<JSON>> SEMSAPIClient::requestJSON(SEMSRequest request) {
     if (!response) {
         co_return failure(response.error());
     }
-    auto reply = judgedReply(*response);
+    auto reply = judgedReply(*response, request);
     if (!reply) {
         co_return failure(withoutSecrets(reply.error(), secretsOf(request)));
     }
@@ -72,6 +76,7 @@ QCoro::Task<AttemptOutcome> SEMSAPIClient::tryInOrder(std::vector<SEMSRequest> r
     const Timestamp begin = m_clock.now();
     AttemptOutcome outcome;
     for (SEMSRequest& request : requests) {
+        outcome.carriedSession = request.authSession.has_value();
         if (!fitsTimeLimit(request, rules, m_clock.now() - begin)) {
             break;
         }

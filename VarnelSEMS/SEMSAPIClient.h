@@ -37,8 +37,11 @@ struct AttemptRules {
 struct AttemptOutcome {
     std::optional<JSON> reply;   ///< of the request that succeeded: the one behind the failed ones
     std::vector<Error> failures; ///< of the first requests of the list, in order
+    bool carriedSession = false; ///< the requests did
 
-    /// The reply, else the last failure; `SEMSAPIError::invalidResponse` when nothing was tried.
+    /// The reply, else the last failure. But an expired session is one whatever a path says that no longer exists:
+    /// where the requests carried a session, `authenticationFailed` comes before every other failure.
+    /// `SEMSAPIError::invalidResponse` when nothing was tried.
     Result<JSON> result() &&;
 };
 
@@ -51,8 +54,9 @@ struct AttemptOutcome {
 /// has a total deadline of 12 s.
 ///
 /// Calls fail with `SEMSAPIError`, with `URLError` as the HTTP session reports it, or with `JSONError` for a body that
-/// is not JSON. No error carries the account, the password or a token, unless it has fewer than four characters. Every
-/// failed attempt is logged at debug level.
+/// is not JSON; a call with a session that no longer holds fails with `authenticationFailed`. No error carries the
+/// account, the password or a token, unless it has fewer than four characters. Every failed attempt is logged at debug
+/// level.
 class SEMSAPIClient : public std::enable_shared_from_this<SEMSAPIClient> {
 public:
     /// Sends nothing. `baseURL` is the configured base.

@@ -29,11 +29,6 @@ std::optional<double> sizeOf(const std::vector<PowerStation>& stations, const QS
                                         [&](const PowerStation& station) { return station.id == preferredID; });
     return preferred != stations.end() ? preferred->capacityKW : stations.front().capacityKW;
 }
-
-bool isNoPowerStation(const Error& error) {
-    const auto* known = error.as<SEMSAPIError>();
-    return known != nullptr && known->is<SEMSAPIError::NoPowerStation>();
-}
 } // namespace
 
 QCoro::Task<Result<std::vector<PowerStation>>> SEMSAPIClient::fetchPowerStations(SEMSSession session) {
@@ -100,7 +95,7 @@ QCoro::Task<Result<std::optional<double>>> SEMSAPIClient::fetchSystemSizeKW(SEMS
                                                                             std::optional<QString> preferredStationID) {
     const auto stations = co_await fetchPowerStations(session);
     // A size is an addition to the chart: an account without a station has none, which is no failure here.
-    if (!stations && isNoPowerStation(stations.error())) {
+    if (!stations && isCase<SEMSAPIError::NoPowerStation>(stations.error())) {
         co_return std::optional<double>();
     }
     const QString preferredID = trimmed(preferredStationID.value_or(QString()));

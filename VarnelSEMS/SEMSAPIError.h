@@ -1,5 +1,7 @@
 #pragma once
 
+#include <VarnelShared/Result.h>
+
 #include <QString>
 #include <QStringList>
 
@@ -64,5 +66,12 @@ struct SEMSAPIError {
 
     bool operator==(const SEMSAPIError&) const = default;
 };
+
+/// Whether an error of any module is this case.
+template <typename Case>
+bool isCase(const Error& error) {
+    const auto* known = error.as<SEMSAPIError>();
+    return known != nullptr && known->is<Case>();
+}
 
 } // namespace Varnel

@@ -25,13 +25,23 @@ Failure envelopeFailure(const JSON& reply, const QString& fallback) {
     return failure(SEMSAPIError::api(fallback));
 }
 
+/// A number as text.
+std::optional<QString> envelopeCode(const JSON& reply) {
+    return SEMSJSONSearch::firstString(reply, {QStringLiteral("code"), QStringLiteral("status")});
+}
+
 /// Code 1 is a success: one generation of the service counts that way. No code at all is one too.
 bool isSuccessCode(const JSON& reply) {
-    const QStringList keys{QStringLiteral("code"), QStringLiteral("status")};
-    const auto code = SEMSJSONSearch::firstString(reply, keys); // a number as text
+    const auto code = envelopeCode(reply);
     static const QStringList accepted{QStringLiteral("0"),  QStringLiteral("1"),       QStringLiteral("200"),
                                       QStringLiteral("ok"), QStringLiteral("success"), QStringLiteral("true")};
     return !code || accepted.contains(code->toLower());
+}
+
+/// The service's own codes, which come as HTTP 200. The message beside them is in any language and tells nothing.
+bool tellsExpiredSession(const JSON& reply) {
+    const auto code = envelopeCode(reply);
+    return code == QLatin1String("100001") || code == QLatin1String("100002");
 }
 } // namespace
 
@@ -54,7 +64,7 @@ Result<void> validateEnvelope(const JSON& reply) {
     return {};
 }
 
-Result<JSON> judgedReply(const HTTPResponse& response) {
+Result<JSON> judgedReply(const HTTPResponse& response, const SEMSRequest& request) {
     if (!response.statusCode) {
         return failure(SEMSAPIError::invalidResponse());
     }
@@ -68,7 +78,8 @@ Result<JSON> judgedReply(const HTTPResponse& response) {
     auto reply = parseJSON(response.body);
     if (reply) {
         if (const auto valid = validateEnvelope(*reply); !valid) {
-            return failure(valid.error());
+            const bool isExpired = request.authSession && tellsExpiredSession(*reply);
+            return failure(isExpired ? Error(SEMSAPIError::authenticationFailed()) : valid.error());
         }
     }
     return reply;

@@ -57,5 +57,30 @@ TEST_F(AttemptsEndToEnd, WhatFailsEverywhereWasTriedInThisOrderAndTheLastErrorCo
     }
 }
 
+TEST_F(AttemptsEndToEnd, AnExpiredSessionCountsWhateverTheLastPathSays) {
+    const QString answers[] = {QString(), QStringLiteral(R"({"code":100001})"), QStringLiteral(R"({"code":"100002"})")};
+    const struct {
+        SEMSAuthMode mode;
+        QString servedDetail;
+        QString servedList;
+    } rows[] = {
+        {SEMSAuthMode::openAPI, QStringLiteral("*/api/OpenApi/*Detail/*"), QStringLiteral("*/v1/*ByUser")},
+        {SEMSAuthMode::legacyPortal, QStringLiteral("*/v1/*Detail*"), QStringLiteral("*/v2/*ForApp")},
+    };
+    for (const auto& row : rows) {
+        for (const QString& body : answers) {
+            SCOPED_TRACE(body.toStdString());
+            simulator.behaviour().faults.clear();
+            const SEMSSession session = signedIn(row.mode);
+            answer(row.servedDetail, body.isEmpty() ? 401 : 200, body);
+            answer(row.servedList, body.isEmpty() ? 401 : 200, body);
+            answer(QStringLiteral("*"), 404);
+            EXPECT_THAT(errorOf(reading(session)), testing::StartsWith("Authentication failed."));
+            EXPECT_THAT(errorOf(await(client->fetchPowerStations(session))), testing::StartsWith("Authentication f"));
+            EXPECT_EQ(asked().size(), 4U + 8U);
+        }
+    }
+}
+
 } // namespace
 } // namespace Varnel

@@ -1,5 +1,7 @@
 #include <VarnelSEMS/SEMSReply.h>
 
+#include <VarnelSEMS/SEMSAPIError.h>
+
 #include <gtest/gtest.h>
 
 namespace Varnel {
@@ -21,8 +23,29 @@ TEST(JudgedReply, TheStatusComesBeforeTheBody) {
         {std::nullopt, "{}", "Unexpected response from SEMS API."},
     };
     for (const auto& row : rows) {
-        const auto reply = judgedReply({row.status, {}, row.body});
+        const auto reply = judgedReply({row.status, {}, row.body}, {});
         EXPECT_EQ(reply ? "" : reply.error().localizedDescription().toStdString(), row.error);
+    }
+}
+
+TEST(JudgedReply, AnEnvelopeTellsThatTheSessionHasExpired) {
+    const struct {
+        const char* body;
+        bool tellsExpiry;
+    } rows[] = {
+        {R"({"hasError":false,"code":100001,"msg":"No access"})", true},
+        {R"({"hasError":true,"code":"100002","msg":"Die Anmeldung ist abgelaufen"})", true},
+        {R"({"hasError":false,"code":100005,"msg":"authorization has expired, please log in again"})", false},
+        {R"({"hasError":true,"msg":"100002"})", false},
+    };
+    SEMSRequest request;
+    for (const auto& session : {std::optional<SEMSSession>(), std::optional(SEMSSession())}) {
+        request.authSession = session;
+        for (const auto& row : rows) {
+            const auto error = judgedReply({200, {}, row.body}, request).error();
+            EXPECT_EQ(isCase<SEMSAPIError::AuthenticationFailed>(error), session && row.tellsExpiry) << row.body;
+            EXPECT_EQ(isCase<SEMSAPIError::API>(error), !session || !row.tellsExpiry) << row.body;
+        }
     }
 }
 
