@@ -5,6 +5,7 @@
 #include <QSaveFile>
 
 #include <cerrno>
+#include <cstdio>
 #include <system_error>
 
 #include <fcntl.h>
@@ -27,7 +28,59 @@ void flushFolder(const QString& path) {
         ::close(folder);
     }
 }
+
+void restrictOneToOwner(const QString& path, QFileDevice::Permissions owners) {
+    const QFileDevice::Permissions all = QFileInfo(path).permissions();
+    constexpr QFileDevice::Permissions others(0x0077); // and the group
+    if (all & others) {
+        QFile::setPermissions(path, all & owners);
+    }
+}
 } // namespace
+
+Result<std::optional<QByteArray>> readRegularFile(const QString& path, qint64 sizeLimit) {
+    const QFileInfo info(path);
+    if (!info.exists()) {
+        return std::nullopt;
+    }
+    QFile file(path);
+    if (!info.isFile() || info.size() > sizeLimit) {
+        return failure(FileError{QStringLiteral("It is no regular file of at most %1 bytes.").arg(sizeLimit)});
+    }
+    if (!file.open(QFile::ReadOnly)) {
+        return failure(FileError{file.errorString()});
+    }
+    const QByteArray bytes = file.read(sizeLimit);
+    if (file.error() != QFileDevice::NoError) {
+        return failure(FileError{file.errorString()});
+    }
+    return bytes;
+}
+
+void restrictToOwner(const QString& path) {
+    constexpr QFileDevice::Permissions owners =
+        QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner;
+    restrictOneToOwner(path, owners);
+    restrictOneToOwner(QFileInfo(path).absolutePath(), owners);
+}
+
+QString damagedPath(const QString& path) {
+    return path + QStringLiteral(".damaged");
+}
+
+Result<void> keepAsDamaged(const QString& path) {
+    const QByteArray name = QFile::encodeName(path);
+    const QByteArray kept = QFile::encodeName(damagedPath(path));
+    const QByteArray second = kept + ".new";
+    ::unlink(second.constData());
+    // A second name needs no room on the disk, and leaves the first one to whoever replaces it in one step.
+    const bool hasSecond = QFileInfo(path).isFile() &&
+                           ::linkat(AT_FDCWD, name.constData(), AT_FDCWD, second.constData(), AT_SYMLINK_FOLLOW) == 0;
+    const bool isKept = ::rename((hasSecond ? second : name).constData(), kept.constData()) == 0;
+    const int error = errno;
+    ::unlink(second.constData()); // it is left where the file was kept already
+    return isKept ? Result<void>() : systemFailure(error);
+}
 
 Result<void> createPrivateFolder(const QString& path) {
     const QFileInfo folder(path);

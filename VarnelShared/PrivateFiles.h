@@ -6,9 +6,11 @@
 #include <QFileDevice>
 #include <QString>
 
+#include <optional>
+
 namespace Varnel {
 
-/// Why a file or folder could not be made: the system's own message.
+/// Why a file or folder could not be read or made: the system's own message.
 struct FileError {
     QString description;
 
@@ -18,6 +20,20 @@ struct FileError {
 
 /// Owner reads and writes, nobody else does anything.
 constexpr QFileDevice::Permissions privateFilePermissions = QFileDevice::ReadOwner | QFileDevice::WriteOwner;
+
+/// The whole file; none when there is no such file. Fails with `FileError` for one that cannot be read, is larger than
+/// `sizeLimit` bytes or is no regular file: a pipe would be waited for.
+Result<std::optional<QByteArray>> readRegularFile(const QString& path, qint64 sizeLimit);
+
+/// Takes from everybody but the owner what rights they have to the file and to its folder, where these are there.
+void restrictToOwner(const QString& path);
+
+/// Where a file that could not be understood is kept: "<path>.damaged".
+QString damagedPath(const QString& path);
+
+/// Keeps the file at `damagedPath`, in place of the one kept before. A regular file stays under its own name, too,
+/// until it is replaced; anything else is gone from there. Fails with `FileError`, with the file where it was.
+Result<void> keepAsDamaged(const QString& path);
 
 /// Makes the folder and its missing parents, each with mode 0700; what exists already keeps its mode. Fails with
 /// `FileError`.

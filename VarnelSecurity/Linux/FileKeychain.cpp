@@ -1,15 +1,14 @@
 #include <VarnelSecurity/Linux/FileKeychain.h>
 
 #include <VarnelShared/JSON.h>
+#include <VarnelShared/Logging.h>
 #include <VarnelShared/PrivateFiles.h>
-
-#include <QFile>
-
-#include <cstdio>
 
 namespace Varnel {
 
 namespace {
+constexpr qint64 sizeLimit = 1024 * 1024;
+
 /// The text of a member; none when there is no such member or it is no text.
 std::optional<QString> textMember(const JSON& object, const char* key) {
     if (!object.is_object()) {
@@ -26,15 +25,17 @@ FileKeychain::FileKeychain(const QString& path)
 
 KeychainStatus FileKeychain::add(const KeychainQuery& query, const QByteArray& data) {
     Items items;
-    const KeychainStatus status = load(items);
-    if (status == keychainDecodeError && !moveAside()) {
+    const bool isDamaged = load(items) != keychainSuccess;
+    if (isDamaged && !keepAsDamaged(m_path)) {
         return keychainInputOutputError;
     }
-    if (status != keychainSuccess && status != keychainDecodeError) {
-        return status;
-    }
     items[{query.service, query.account}] = data;
-    return write(items);
+    const KeychainStatus written = write(items);
+    if (isDamaged && written == keychainSuccess) {
+        qCWarning(lcApp, "The password file could not be understood and is kept as %s",
+                  qUtf8Printable(damagedPath(m_path)));
+    }
+    return written;
 }
 
 KeychainMatch FileKeychain::copyMatching(const KeychainQuery& query) {
@@ -62,14 +63,15 @@ QCoro::Task<bool> FileKeychain::unlock(KeychainQuery /*query*/, KeychainAccess /
 }
 
 KeychainStatus FileKeychain::load(Items& items) const {
-    QFile file(m_path);
-    if (!file.exists()) {
-        return keychainSuccess;
-    }
-    if (!file.open(QIODevice::ReadOnly)) {
+    restrictToOwner(m_path);
+    const Result<std::optional<QByteArray>> content = readRegularFile(m_path, sizeLimit);
+    if (!content) {
         return keychainInputOutputError;
     }
-    const Result<JSON> parsed = parseJSON(file.readAll());
+    if (!*content) {
+        return keychainSuccess;
+    }
+    const Result<JSON> parsed = parseJSON(**content);
     if (!parsed || !parsed->is_object() || !parsed->contains("items") || !parsed->at("items").is_array()) {
         return keychainDecodeError;
     }
@@ -100,11 +102,6 @@ KeychainStatus FileKeychain::write(const Items& items) const {
     JSON root = JSON::object();
     root["items"] = std::move(list);
     return writeFileAtomically(m_path, serializedJSON(root)) ? keychainSuccess : keychainInputOutputError;
-}
-
-bool FileKeychain::moveAside() const {
-    const QString aside = m_path + QStringLiteral(".corrupt");
-    return std::rename(QFile::encodeName(m_path).constData(), QFile::encodeName(aside).constData()) == 0;
 }
 
 } // namespace Varnel

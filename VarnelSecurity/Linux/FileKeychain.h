@@ -10,8 +10,9 @@ namespace Varnel {
 /// A keychain for desktops without a Secret Service: a JSON file that only its owner can read,
 /// `{"items":[{"account":…,"data":<base64>,"service":…}]}`. Never locked.
 ///
-/// A file that cannot be understood is reported as `keychainDecodeError` and left alone; the first item added moves
-/// it aside, as `<path>.corrupt`, instead of writing over it.
+/// A file that cannot be read (a pipe or one of more than 1 MiB is not) is reported as `keychainInputOutputError`, one
+/// that cannot be understood as `keychainDecodeError`; it is left alone, and kept as "….damaged" when the first item is
+/// added. Others' rights to the file and its folder are taken away whenever it is met.
 class FileKeychain final : public KeychainServices {
 public:
     /// Makes nothing; the file and its folder, with mode 0600 and 0700, come with the first item.
@@ -27,7 +28,6 @@ private:
 
     KeychainStatus load(Items& items) const;
     KeychainStatus write(const Items& items) const;
-    bool moveAside() const;
 
     const QString m_path;
 };

@@ -1,35 +1,30 @@
 #include <VarnelSecurity/Linux/FileKeychain.h>
 
 #include "../Support/EventLoop.h"
+#include "../Support/Files.h"
 #include "KeychainContract.h"
 
 #include <gtest/gtest.h>
 
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
 #include <QTemporaryDir>
+
+#include <functional>
+#include <sys/stat.h>
 
 namespace Varnel {
 namespace {
+
+using Testing::contentOf;
+using Testing::putFile;
+using Testing::RecordedLog;
 
 const KeychainQuery query{QStringLiteral("service"), QStringLiteral("account")};
 
 class FileKeychainTest : public testing::Test {
 protected:
-    QByteArray read(const QString& name) const {
-        QFile file(name);
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    }
-    void write(const QByteArray& content) {
-        ASSERT_TRUE(QDir().mkpath(QFileInfo(path).path()));
-        QFile file(path);
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(content);
-    }
-
     QTemporaryDir folder;
     QString path = folder.filePath(QStringLiteral("private/keychain.json"));
+    QString kept = path + QStringLiteral(".damaged");
     FileKeychain keychain{path};
 };
 
@@ -41,25 +36,56 @@ TEST_F(FileKeychainTest, KeepsTheContractInAFileOfTheOwnerAlone) {
     EXPECT_TRUE(Testing::await(keychain.unlock(query, KeychainAccess::writing)));
 }
 
-TEST_F(FileKeychainTest, AFileThatIsNotUnderstoodIsToldAndMovedAsideBeforeTheNextItem) {
+TEST_F(FileKeychainTest, OthersRightsAreTakenAwayWhenTheFileIsMet) {
+    EXPECT_EQ(keychain.add(query, "secret"), keychainSuccess);
+    chmod(qPrintable(path), 0644);
+    chmod(qPrintable(QFileInfo(path).path()), 0755);
+    EXPECT_EQ(keychain.copyMatching(query).data, "secret");
+    constexpr QFileDevice::Permissions others(0x0077);
+    EXPECT_EQ(QFileInfo(path).permissions() & others, 0);
+    EXPECT_EQ(QFileInfo(QFileInfo(path).path()).permissions() & others, 0);
+}
+
+TEST_F(FileKeychainTest, AFileThatIsNotUnderstoodIsToldAndKeptBesideTheNextItem) {
     for (const char* content :
          {"", "[]", R"({"items":{}})", R"({"items":[{"service":"a","account":"b"}]})", R"({"items":[7]})",
           R"({"items":[{"service":"a","account":"b","data":"not base64!"}]})", R"({"items":[)"}) {
-        write(content);
+        putFile(path, content);
         EXPECT_EQ(keychain.copyMatching(query).status, keychainDecodeError) << content;
         EXPECT_EQ(keychain.deleteMatching(query), keychainDecodeError);
-        EXPECT_EQ(read(path), content);
+        EXPECT_EQ(contentOf(path), content);
+        const RecordedLog log;
         EXPECT_EQ(keychain.add(query, "secret"), keychainSuccess);
-        EXPECT_EQ(read(path + QStringLiteral(".corrupt")), content);
+        EXPECT_EQ(contentOf(kept), content);
+        EXPECT_EQ(log.lines.size(), 1);
         EXPECT_EQ(keychain.copyMatching(query).data, "secret");
     }
 }
 
-TEST_F(FileKeychainTest, WhatCannotBeReadOrWrittenIsAnInputOutputError) {
-    ASSERT_TRUE(QDir().mkpath(path)); // a folder where the file would be
-    EXPECT_EQ(keychain.copyMatching(query).status, keychainInputOutputError);
-    EXPECT_EQ(keychain.add(query, "x"), keychainInputOutputError);
+TEST_F(FileKeychainTest, WhatCannotBeReadOrWrittenIsAnInputOutputErrorAndNotWaitedFor) {
+    const std::pair<const char*, std::function<void()>> rows[] = {
+        {"a folder", [this] { QDir().mkpath(path); }},
+        {"a pipe", [this] { ASSERT_EQ(mkfifo(qPrintable(path), 0600), 0); }},
+        {"too large", [this] { putFile(path, R"({"items":[]})" + QByteArray(1024 * 1024, ' ')); }},
+    };
+    QDir().mkpath(QFileInfo(path).path());
+    for (const auto& [name, happens] : rows) {
+        SCOPED_TRACE(name);
+        happens();
+        EXPECT_EQ(keychain.copyMatching(query).status, keychainInputOutputError);
+        EXPECT_EQ(keychain.deleteMatching(query), keychainInputOutputError);
+        EXPECT_TRUE(QFileInfo::exists(path));
+        EXPECT_EQ(keychain.add(query, "secret"), keychainSuccess);
+        EXPECT_TRUE(QFileInfo::exists(kept));
+        EXPECT_EQ(keychain.copyMatching(query).data, "secret");
+        QFile::remove(path);
+        QDir().rmdir(kept);
+    }
+    EXPECT_EQ(keychain.add(query, "secret"), keychainSuccess);
+    const Testing::FullDisk disk;
+    EXPECT_EQ(keychain.add(query, "newer"), keychainInputOutputError);
     EXPECT_EQ(keychain.deleteMatching(query), keychainInputOutputError);
+    EXPECT_EQ(keychain.copyMatching(query).data, "secret");
 }
 
 } // namespace
