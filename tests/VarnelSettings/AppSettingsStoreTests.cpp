@@ -1,5 +1,4 @@
 #include <VarnelSettings/AppSettingsStore.h>
-#include <VarnelSettings/UserDefaults.h>
 
 #include "../Support/Files.h"
 
@@ -25,66 +24,69 @@ AppSettings unusualSettings() {
     return settings;
 }
 
-class UserDefaultsTest : public testing::Test {
+class AppSettingsStoreTest : public testing::Test {
 protected:
     QTemporaryDir folder;
     QString path = folder.filePath(QStringLiteral("a/b/defaults.ini"));
 };
 
-TEST_F(UserDefaultsTest, WritesTheRecordAtOnceIntoAPrivateFolder) {
+TEST_F(AppSettingsStoreTest, WritesTheRecordAtOnce) {
     UserDefaults defaults(path);
     AppSettingsStore store(defaults);
     EXPECT_EQ(store.load(), AppSettings::defaults());
     EXPECT_FALSE(QFile::exists(path));
-    store.save(AppSettings::defaults());
+    EXPECT_TRUE(store.save(AppSettings::defaults()));
     EXPECT_THAT(
         contentOf(path).toStdString(),
         testing::HasSubstr(R"(varnel.settings.v1="@ByteArray({\"baseURL\":\"https://www.semsportal.com/api/\")"));
-    const QFileDevice::Permissions others(0x0077);
-    for (const char* made : {"a", "a/b"}) {
-        EXPECT_EQ(QFileInfo(folder.filePath(QLatin1String(made))).permissions() & others, 0) << made;
-    }
-    store.save(unusualSettings());
+    EXPECT_TRUE(store.save(unusualSettings()));
     EXPECT_EQ(store.load(), unusualSettings());
     EXPECT_EQ(UserDefaults(path).data(key), encodeAppSettings(unusualSettings()));
 }
 
-TEST_F(UserDefaultsTest, AForeignRecordYieldsTheDefaultsAndIsKeptUntilTheNextSave) {
-    UserDefaults defaults(path);
-    AppSettingsStore store(defaults);
-    for (const char* foreign : {"[]", "{", "", "\xff\x00", R"({"chartScaleMode": "Fixed"})"}) {
-        defaults.setData(key, foreign);
-        EXPECT_EQ(store.load(), AppSettings::defaults()) << foreign;
-        EXPECT_EQ(defaults.data(key), QByteArray(foreign));
-    }
-    store.save(unusualSettings());
-    EXPECT_EQ(store.load(), unusualSettings());
-    EXPECT_EQ(defaults.data(QStringLiteral("another")), std::nullopt);
-}
-
-TEST_F(UserDefaultsTest, OtherKindsOfValueCountAsAbsentAndStay) {
-    for (const char* value : {R"("{\"pollIntervalSeconds\": 30}")", "42", "a, b", "@Variant(broken"}) {
-        const QByteArray content = QByteArray("[General]\nvarnel.settings.v1=") + value + "\nother=kept\n";
+TEST_F(AppSettingsStoreTest, AForeignRecordYieldsTheDefaultsAndIsKeptBesideTheNextSave) {
+    for (const char* foreign :
+         {"@ByteArray([])", "@ByteArray({)", "@ByteArray()", R"(@ByteArray({\"showDockIcon\":1}))",
+          R"({\"pollIntervalSeconds\": 30})", "42", "a, b", "@Variant(broken"}) {
+        SCOPED_TRACE(foreign);
+        const QByteArray content = QByteArray("[General]\nother=kept\nvarnel.settings.v1=\"") + foreign + "\"\n";
         putFile(path, content);
         UserDefaults defaults(path);
-        EXPECT_EQ(AppSettingsStore(defaults).load(), AppSettings::defaults()) << value;
+        AppSettingsStore store(defaults);
+        EXPECT_EQ(store.load(), AppSettings::defaults());
         EXPECT_EQ(contentOf(path), content);
+
+        const Testing::RecordedLog log;
+        EXPECT_TRUE(store.save(unusualSettings()));
+        EXPECT_TRUE(store.save(unusualSettings()));
+        EXPECT_EQ(contentOf(path + QStringLiteral(".damaged")), content);
+        EXPECT_EQ(log.lines.size(), 1);
+        UserDefaults reopened(path);
+        EXPECT_EQ(AppSettingsStore(reopened).load(), unusualSettings());
+        EXPECT_TRUE(contentOf(path).contains("other=kept"));
     }
-    putFile(path, "\x00\xff not an INI file at all \n[");
-    UserDefaults defaults(path);
-    AppSettingsStore(defaults).save(unusualSettings());
-    UserDefaults reopened(path);
-    EXPECT_EQ(AppSettingsStore(reopened).load(), unusualSettings());
 }
 
-TEST_F(UserDefaultsTest, AFileThatCannotBeWrittenKeepsTheValueForThisRun) {
-    const QString blocker = folder.filePath(QStringLiteral("a"));
-    putFile(blocker, "a file where the folder would be");
-    UserDefaults unwritable(path);
-    AppSettingsStore store(unwritable);
-    store.save(unusualSettings());
+TEST_F(AppSettingsStoreTest, ASignOutIsRememberedUntilTheUserConnects) {
+    const auto isSignedOut = [this] {
+        UserDefaults ofAnotherRun(path);
+        return AppSettingsStore(ofAnotherRun).isSignedOut();
+    };
+    UserDefaults defaults(path);
+    AppSettingsStore store(defaults);
+    EXPECT_TRUE(store.setSignedOut(false));
+    EXPECT_FALSE(QFile::exists(path)) << "nothing to remember";
+    EXPECT_FALSE(isSignedOut());
+    EXPECT_TRUE(store.setSignedOut(true));
+    EXPECT_TRUE(store.save(unusualSettings()));
+    EXPECT_TRUE(isSignedOut());
+    EXPECT_TRUE(store.setSignedOut(false));
+    EXPECT_FALSE(isSignedOut());
     EXPECT_EQ(store.load(), unusualSettings());
-    EXPECT_FALSE(QFile::exists(path));
+    for (const char* junk : {"", "1", "yes", "TRUE", "true ", "\xff"}) {
+        EXPECT_TRUE(defaults.setData(QStringLiteral("varnel.signedOut"), junk));
+        EXPECT_FALSE(isSignedOut()) << junk;
+    }
 }
 
 } // namespace
