@@ -134,17 +134,20 @@ void append(QByteArray& out, const OutputHistorySnapshot& snapshot) {
 
 } // namespace
 
-OutputHistoryArchive decodeOutputHistory(const QByteArray& content) {
+std::optional<OutputHistoryArchive> decodeOutputHistory(const QByteArray& content) {
     const Result<JSON> root = parseJSON(content);
+    if (!root) {
+        return std::nullopt;
+    }
     OutputHistoryArchive archive;
-    if (!root || decode(*root, archive)) {
+    if (decode(*root, archive)) {
         return archive;
     }
     OutputHistorySnapshot bare;
     if (decode(*root, bare)) {
-        return {{std::move(bare)}};
+        return OutputHistoryArchive{{std::move(bare)}};
     }
-    return {};
+    return std::nullopt;
 }
 
 QByteArray encodeOutputHistory(const OutputHistoryArchive& archive) {

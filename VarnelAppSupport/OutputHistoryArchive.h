@@ -5,6 +5,7 @@
 #include <QByteArray>
 #include <QString>
 
+#include <optional>
 #include <vector>
 
 namespace Varnel {
@@ -33,8 +34,8 @@ struct OutputHistoryArchive {
 };
 
 /// Reads the file's bytes: an archive object, or one bare snapshot, the layout of the earliest releases. Every key is
-/// required and every value must be of its type, otherwise nothing of the file counts and the archive is empty.
-OutputHistoryArchive decodeOutputHistory(const QByteArray& content);
+/// required and every value must be of its type, otherwise nothing of the file counts and there is none.
+std::optional<OutputHistoryArchive> decodeOutputHistory(const QByteArray& content);
 
 /// Compact JSON with sorted keys; instants as seconds since 2001-01-01 00:00:00 UTC. A double is written in its
 /// shortest exact form, a whole one without a fraction (807926400), so that the content survives any number of

@@ -1,22 +1,28 @@
 #include <VarnelAppSupport/OutputHistoryStore.h>
 
 #include <VarnelShared/Calendar.h>
+#include <VarnelShared/Logging.h>
 #include <VarnelShared/PrivateFiles.h>
 #include <VarnelShared/Text.h>
 
 #include <QDir>
 #include <QFile>
-#include <QFileInfo>
 
 #include <algorithm>
 #include <cmath>
 #include <functional>
 #include <map>
+#include <set>
 #include <utility>
 
 namespace Varnel {
 
 namespace {
+
+constexpr qint64 sizeLimit = 8 * 1024 * 1024;
+
+/// One day goes at midnight, two after a day without the program.
+constexpr std::size_t mostDaysDroppedAtOnce = 2;
 
 /// What a snapshot is found by.
 struct SnapshotKey {
@@ -38,13 +44,22 @@ void removeMatches(std::vector<OutputHistorySnapshot>& snapshots, const Snapshot
     std::erase_if(snapshots, [&key](const OutputHistorySnapshot& snapshot) { return key.matches(snapshot); });
 }
 
-void prune(std::vector<OutputHistorySnapshot>& snapshots, Timestamp now, int retentionDays) {
+/// How many days were dropped.
+std::size_t prune(std::vector<OutputHistorySnapshot>& snapshots, Timestamp now, int retentionDays) {
     const std::optional<Timestamp> lastKept = Calendar::addingDays(now, -retentionDays);
     if (!lastKept) {
-        return;
+        return 0;
     }
     const Timestamp cutoff = Calendar::startOfDay(*lastKept);
-    std::erase_if(snapshots, [cutoff](const OutputHistorySnapshot& snapshot) { return snapshot.dayStart < cutoff; });
+    std::set<Timestamp> dropped;
+    std::erase_if(snapshots, [&](const OutputHistorySnapshot& snapshot) {
+        const bool isOld = snapshot.dayStart < cutoff;
+        if (isOld) {
+            dropped.insert(snapshot.dayStart);
+        }
+        return isOld;
+    });
+    return dropped.size();
 }
 
 /// Snapshots of one day keep their order. std::stable_sort would do, but for clang's complaint that libstdc++
@@ -82,7 +97,7 @@ OutputHistoryStore::OutputHistoryStore(const QString& applicationSupportFolder, 
 std::optional<OutputHistorySnapshot> OutputHistoryStore::loadSnapshot(Timestamp dayStart, const QString& account,
                                                                       const QString& stationID) const {
     const SnapshotKey key = normalizedKey(dayStart, account, stationID);
-    OutputHistoryArchive archive = read();
+    OutputHistoryArchive archive = read().value_or(OutputHistoryArchive());
     const auto found = std::ranges::find_if(
         archive.snapshots, [&key](const OutputHistorySnapshot& snapshot) { return key.matches(snapshot); });
     return found != archive.snapshots.end() ? std::optional(std::move(*found)) : std::nullopt;
@@ -92,7 +107,7 @@ std::vector<OutputHistorySnapshot> OutputHistoryStore::loadAllSnapshots(const QS
                                                                         const QString& stationID) const {
     const QString trimmedAccount = trimmed(account);
     const QString trimmedStationID = trimmed(stationID);
-    OutputHistoryArchive archive = read();
+    OutputHistoryArchive archive = read().value_or(OutputHistoryArchive());
     std::erase_if(archive.snapshots, [&](const OutputHistorySnapshot& snapshot) {
         return snapshot.account != trimmedAccount || snapshot.stationID != trimmedStationID;
     });
@@ -103,40 +118,74 @@ void OutputHistoryStore::saveSnapshot(const OutputHistorySnapshot& snapshot, Tim
     if (!isFinite(snapshot)) {
         return;
     }
-    OutputHistoryArchive archive = read();
-    removeMatches(archive.snapshots, {snapshot.dayStart, snapshot.account, snapshot.stationID});
-    archive.snapshots.push_back(snapshot);
-    prune(archive.snapshots, now, m_retentionDays);
-    sortNewestFirst(archive.snapshots);
-    write(archive);
+    auto [archive, keptBecause] = readForChange();
+    std::vector<OutputHistorySnapshot>& snapshots = archive.snapshots;
+    removeMatches(snapshots, {snapshot.dayStart, snapshot.account, snapshot.stationID});
+    snapshots.push_back(snapshot);
+    if (prune(snapshots, now, m_retentionDays) > mostDaysDroppedAtOnce) {
+        keptBecause = "many of its days were dropped at once";
+    }
+    sortNewestFirst(snapshots);
+    write(archive, keptBecause);
 }
 
 void OutputHistoryStore::removeSnapshot(Timestamp dayStart, const QString& account, const QString& stationID) {
-    OutputHistoryArchive archive = read();
+    auto [archive, keptBecause] = readForChange();
     removeMatches(archive.snapshots, normalizedKey(dayStart, account, stationID));
-    write(archive);
+    write(archive, keptBecause);
 }
 
 void OutputHistoryStore::clear() {
     QFile::remove(m_filePath);
+    QFile::remove(damagedPath(m_filePath));
 }
 
-OutputHistoryArchive OutputHistoryStore::read() const {
-    QFile file(m_filePath);
-    // Opening anything else, such as a pipe, could wait forever.
-    if (!QFileInfo(file).isFile() || !file.open(QFile::ReadOnly)) {
+/// Fails for what is there and no history.
+Result<OutputHistoryArchive> OutputHistoryStore::read() const {
+    const Result<std::optional<QByteArray>> content = readRegularFile(m_filePath, sizeLimit);
+    if (!content) {
+        return failure(content.error());
+    }
+    if (!*content || (*content)->isEmpty()) {
+        return OutputHistoryArchive();
+    }
+    std::optional<OutputHistoryArchive> archive = decodeOutputHistory(**content);
+    if (!archive) {
+        return failure(FileError{QStringLiteral("It is no output history.")});
+    }
+    return std::move(*archive);
+}
+
+std::pair<OutputHistoryArchive, const char*> OutputHistoryStore::readForChange() const {
+    Result<OutputHistoryArchive> archive = read();
+    return archive ? std::pair(std::move(*archive), nullptr)
+                   : std::pair(OutputHistoryArchive(), "it could not be understood");
+}
+
+void OutputHistoryStore::write(const OutputHistoryArchive& archive, const char* keptBecause) {
+    const Result<void> written = replaceFile(archive, keptBecause);
+    const QString failed = written ? QString() : written.error().localizedDescription();
+    if (!written && failed != m_loggedFailure) {
+        qCWarning(lcApp, "The output history could not be written: %s", qUtf8Printable(failed));
+    }
+    if (written && keptBecause) {
+        qCWarning(lcApp, "The former output history is kept as %s: %s", qUtf8Printable(damagedPath(m_filePath)),
+                  keptBecause);
+    }
+    m_loggedFailure = failed; // the samples are still in memory: the next save tries again
+}
+
+Result<void> OutputHistoryStore::replaceFile(const OutputHistoryArchive& archive, const char* keptBecause) const {
+    if (keptBecause) {
+        if (const Result<void> kept = keepAsDamaged(m_filePath); !kept) {
+            return kept;
+        }
+    }
+    if (archive.snapshots.empty()) {
+        QFile::remove(m_filePath);
         return {};
     }
-    return decodeOutputHistory(file.readAll());
-}
-
-void OutputHistoryStore::write(const OutputHistoryArchive& archive) {
-    if (archive.snapshots.empty()) {
-        clear();
-        return;
-    }
-    // What cannot be written is given up: the samples are still in memory, and the next save tries again.
-    [[maybe_unused]] const Result<void> written = writeFileAtomically(m_filePath, encodeOutputHistory(archive));
+    return writeFileAtomically(m_filePath, encodeOutputHistory(archive));
 }
 
 } // namespace Varnel

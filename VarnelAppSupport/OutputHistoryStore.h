@@ -1,17 +1,23 @@
 #pragma once
 
 #include <VarnelAppSupport/OutputHistoryArchive.h>
+#include <VarnelShared/Result.h>
 
 #include <QString>
 
 #include <optional>
+#include <utility>
 #include <vector>
 
 namespace Varnel {
 
 /// Keeps each day's power samples, by account and station, in the one file "output-history.json". The file is a cache
 /// and the only state: every call reads it whole, and no call reports a failure. A file that is missing, unreadable or
-/// not a history counts as empty; a save that fails leaves the old file as it is.
+/// not a history counts as empty; a save that fails leaves the old file as it is and is logged once per cause.
+///
+/// The former file is kept as "….damaged" when it is first written over though it was no history (or no regular file,
+/// or larger than 8 MiB: thirty days of a reading every five minutes from fourteen stations), and when more than two
+/// days at once would be dropped, as by a clock that is far ahead.
 ///
 /// Days are those of the local calendar in the zone of the moment. Accounts and stations are compared exactly.
 class OutputHistoryStore {
@@ -40,15 +46,20 @@ public:
     /// Deletes what `loadSnapshot` would find, and the file when nothing else is in it.
     void removeSnapshot(Timestamp dayStart, const QString& account, const QString& stationID);
 
-    /// Deletes the file.
+    /// Deletes the file, and the one that was kept.
     void clear();
 
 private:
-    OutputHistoryArchive read() const;
-    void write(const OutputHistoryArchive& archive);
+    Result<OutputHistoryArchive> read() const;
+
+    /// With it the reason why the former file is to be kept, null when there is none.
+    std::pair<OutputHistoryArchive, const char*> readForChange() const;
+    void write(const OutputHistoryArchive& archive, const char* keptBecause);
+    Result<void> replaceFile(const OutputHistoryArchive& archive, const char* keptBecause) const;
 
     QString m_filePath;
     int m_retentionDays;
+    QString m_loggedFailure;
 };
 
 } // namespace Varnel

@@ -18,6 +18,8 @@ public:
         return {dataFolder(), QStringLiteral("com.varnel.menubar"), retentionDays};
     }
 
+    QString keptFile() const { return store().filePath() + QStringLiteral(".damaged"); }
+
     QByteArray content() const { return contentOf(store().filePath()); }
     void put(const QByteArray& content) const { putFile(store().filePath(), content); }
 

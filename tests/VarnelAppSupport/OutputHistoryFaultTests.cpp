@@ -9,8 +9,8 @@
 
 #include <algorithm>
 #include <csignal>
+#include <functional>
 #include <sys/prctl.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -82,15 +82,13 @@ TEST(OutputHistoryFaults, AFullDiskLeavesTheOldFileAndTheNextSaveWorks) {
     const HistoryFolder folder;
     OutputHistoryStore store = folder.store();
     store.saveSnapshot(dayOf(1440, 1), day);
-    // No file may grow any more, as on a full disk.
-    std::signal(SIGXFSZ, SIG_IGN);
-    rlimit before{};
-    getrlimit(RLIMIT_FSIZE, &before);
-    const rlimit fullDisk{16384, before.rlim_max};
-    setrlimit(RLIMIT_FSIZE, &fullDisk);
-    store.saveSnapshot(dayOf(1440, 2), day);
-    setrlimit(RLIMIT_FSIZE, &before);
-    std::signal(SIGXFSZ, SIG_DFL);
+    {
+        const Testing::RecordedLog log;
+        const Testing::FullDisk disk;
+        store.saveSnapshot(dayOf(1440, 2), day);
+        store.saveSnapshot(dayOf(1440, 2), day);
+        EXPECT_EQ(log.lines.size(), 1) << "told once";
+    }
     EXPECT_EQ(load(store), dayOf(1440, 1));
     EXPECT_EQ(QDir(QFileInfo(store.filePath()).absolutePath()).entryList(QDir::Files).size(), 1);
     store.saveSnapshot(dayOf(1440, 3), day);
@@ -114,30 +112,34 @@ TEST(OutputHistoryFaults, AnUnreadableFileCountsAsEmptyAndIsReplaced) {
     EXPECT_EQ(load(store), std::nullopt);
     store.saveSnapshot(dayOf(1440, 1), day);
     EXPECT_EQ(load(store), dayOf(1440, 1));
+    EXPECT_TRUE(QFileInfo::exists(folder.keptFile()));
 }
 
-TEST(OutputHistoryFaults, WhatStandsInTheWayIsAbsorbed) {
+TEST(OutputHistoryFaults, WhatIsNoSaneFileIsNotWaitedForAndMakesRoom) {
     const HistoryFolder folder;
     OutputHistoryStore store = folder.store();
-    QDir().mkpath(store.filePath() + QStringLiteral("/inside"));
-    EXPECT_EQ(load(store), std::nullopt);
-    store.saveSnapshot(dayOf(1440, 1), day);
-    store.clear();
-    EXPECT_TRUE(QDir(store.filePath()).exists(QStringLiteral("inside")));
-    EXPECT_EQ(QDir(QFileInfo(store.filePath()).absolutePath()).entryList(QDir::Files).size(), 0);
+    const QString path = store.filePath();
+    const std::pair<const char*, std::function<void()>> rows[] = {
+        {"a folder", [&] { QDir().mkpath(path + QStringLiteral("/inside")); }},
+        {"a pipe without a writer", [&] { ASSERT_EQ(mkfifo(qPrintable(path), 0600), 0); }},
+        {"100 MB", [&] { folder.put("{}"), QFile::resize(path, 100 * 1024 * 1024); }},
+    };
+    store.saveSnapshot(dayOf(1, 1), day);
+    for (const auto& [name, happens] : rows) {
+        SCOPED_TRACE(name);
+        QDir(QFileInfo(path).path()).removeRecursively();
+        QDir().mkpath(QFileInfo(path).path());
+        happens();
+        EXPECT_EQ(load(store), std::nullopt);
+        store.saveSnapshot(dayOf(1440, 1), day);
+        EXPECT_EQ(load(store), dayOf(1440, 1));
+        EXPECT_TRUE(QFileInfo::exists(folder.keptFile()));
+    }
 
     QDir(folder.dataFolder()).removeRecursively();
-    QFile inTheWay(folder.dataFolder());
-    ASSERT_TRUE(inTheWay.open(QFile::WriteOnly));
+    Testing::putFile(folder.dataFolder(), "a file where the folder would be");
     store.saveSnapshot(dayOf(1440, 1), day);
     EXPECT_EQ(load(store), std::nullopt);
-
-    inTheWay.remove();
-    QDir().mkpath(QFileInfo(store.filePath()).absolutePath());
-    ASSERT_EQ(mkfifo(qPrintable(store.filePath()), 0600), 0);
-    EXPECT_EQ(load(store), std::nullopt) << "a pipe without a writer is not waited for";
-    store.saveSnapshot(dayOf(1440, 1), day);
-    EXPECT_EQ(load(store), dayOf(1440, 1));
 }
 
 } // namespace

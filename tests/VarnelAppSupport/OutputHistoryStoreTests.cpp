@@ -2,6 +2,8 @@
 
 #include "HistoryFolder.h"
 
+#include <VarnelShared/Calendar.h>
+
 #include <gmock/gmock.h>
 
 #include <cmath>
@@ -11,6 +13,7 @@
 namespace Varnel {
 namespace {
 
+using Testing::contentOf;
 using testing::ElementsAre;
 using Testing::HistoryFolder;
 
@@ -109,10 +112,17 @@ TEST_F(OutputHistoryStoreTest, ReadsWhatIsAHistoryAndNothingElse) {
         EXPECT_EQ(store.loadAllSnapshots(account, station).size(), file.snapshots) << file.name;
         EXPECT_EQ(folder.content(), file.content) << file.name << " was touched by reading";
 
+        const Testing::RecordedLog log;
         const Timestamp newDay{807919200 + 86400};
         store.saveSnapshot(snapshotOf(newDay, 2), newDay);
         EXPECT_EQ(store.loadAllSnapshots(account, station).size(), file.snapshots + 1) << file.name;
         EXPECT_TRUE(folder.content().endsWith(R"(],"version":1})")) << file.name;
+
+        const bool isKept = file.snapshots == 0 && !file.content.isEmpty();
+        EXPECT_EQ(contentOf(folder.keptFile()), isKept ? file.content : QByteArray()) << file.name;
+        EXPECT_EQ(log.lines.size(), isKept ? 1 : 0) << file.name;
+        store.clear();
+        EXPECT_FALSE(QFile::exists(folder.keptFile()));
     }
 }
 
@@ -185,6 +195,29 @@ TEST_F(OutputHistoryStoreTest, PrunesByCalendarDaysAndKeepsTheNewestFirst) {
     const Timestamp never{std::numeric_limits<double>::quiet_NaN()};
     store.saveSnapshot(snapshotOf(first, 1), never);
     EXPECT_EQ(storedDays().size(), 1) << "without a date nothing is pruned";
+}
+
+TEST_F(OutputHistoryStoreTest, AClockFarAheadCostsNoHistoryWithoutAKeptFile) {
+    const Timestamp today = local(2026, 6, 10);
+    for (int ago = 9; ago >= 0; --ago) {
+        const Timestamp day = Calendar::addingDays(today, -ago).value();
+        store.saveSnapshot(snapshotOf(day, 1), day);
+    }
+    const auto saveAt = [this](Timestamp day) { store.saveSnapshot(snapshotOf(day, 1), day); };
+    saveAt(local(2026, 5, 31)); // a clock that is behind
+    EXPECT_EQ(storedDays().size(), 11);
+    saveAt(local(2026, 7, 2));
+    EXPECT_EQ(storedDays().size(), 10) << "two days gone, one added";
+    EXPECT_FALSE(QFile::exists(folder.keptFile()));
+
+    const QByteArray full = folder.content();
+    const Testing::RecordedLog log;
+    saveAt(local(2036, 6, 10));
+    EXPECT_EQ(storedDays().size(), 1);
+    EXPECT_EQ(contentOf(folder.keptFile()), full);
+    saveAt(today);
+    EXPECT_EQ(contentOf(folder.keptFile()), full) << "the newest one stays until there is a newer one";
+    EXPECT_EQ(log.lines.size(), 1);
 }
 
 TEST_F(OutputHistoryStoreTest, RemovesOneDayWithoutPruningAndDeletesAFileWithNothingLeft) {
