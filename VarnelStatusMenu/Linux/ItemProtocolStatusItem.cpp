@@ -2,8 +2,6 @@
 
 #include <VarnelShared/Logging.h>
 
-#include <QCoreApplication>
-#include <QDBusConnectionInterface>
 #include <QDBusError>
 #include <QDBusPendingCallWatcher>
 
@@ -13,20 +11,20 @@ namespace Varnel {
 
 namespace {
 
-/// The name the protocol prescribes: one per process and item.
-QString nextServiceName() {
-    static int count = 0;
-    return QStringLiteral("org.kde.StatusNotifierItem-%1-%2").arg(QCoreApplication::applicationPid()).arg(++count);
-}
+/// Some panels accept an item and drop it within a second, without a word to the item.
+constexpr Seconds listingTime{3};
+
+constexpr int mostLosses = 1;
 
 } // namespace
 
 ItemProtocolStatusItem::ItemProtocolStatusItem(const QDBusConnection& connection, const QString& identifier,
-                                               const StatusItemHandlers& handlers)
-    : m_connection(connection)
+                                               TimerFactory& timers, const StatusItemHandlers& handlers)
+    : m_timers(timers)
     , m_watcher(connection)
     , m_exported(connection, identifier, handlers) {
     connect(&m_watcher, &ItemWatcher::changed, this, &ItemProtocolStatusItem::onWatcherChanged);
+    connect(&m_watcher, &ItemWatcher::itemLost, this, &ItemProtocolStatusItem::onLost);
 }
 
 ItemProtocolStatusItem::~ItemProtocolStatusItem() = default;
@@ -61,30 +59,14 @@ void ItemProtocolStatusItem::registerWithWatcher() {
         return;
     }
     m_registeredWith = m_watcher.owner();
+    m_losses = 0;
     m_exported.setForm(m_watcher.titleForm());
-    if (m_service.isEmpty()) {
-        requestName();
-    } else {
-        sendRegistration();
-    }
-}
-
-void ItemProtocolStatusItem::requestName() {
-    m_service = nextServiceName();
-    const QDBusPendingCall request = m_connection.interface()->asyncCall(QStringLiteral("RequestName"), m_service, 0U);
-    auto* pending = new QDBusPendingCallWatcher(request, this);
-    connect(pending, &QDBusPendingCallWatcher::finished, this, [this](QDBusPendingCallWatcher* finished) {
-        finished->deleteLater();
-        if (finished->isError()) {
-            // A sandbox may forbid the name; the connection's own does as well.
-            m_service = m_connection.baseService();
-        }
-        sendRegistration();
-    });
+    sendRegistration();
 }
 
 void ItemProtocolStatusItem::sendRegistration() {
-    auto* pending = new QDBusPendingCallWatcher(m_watcher.registerItem(m_service), this);
+    m_listingTimer.reset();
+    auto* pending = new QDBusPendingCallWatcher(m_watcher.registerItem(), this);
     connect(pending, &QDBusPendingCallWatcher::finished, this,
             [this, owner = m_watcher.owner()](QDBusPendingCallWatcher* finished) {
                 finished->deleteLater();
@@ -93,15 +75,43 @@ void ItemProtocolStatusItem::sendRegistration() {
 }
 
 void ItemProtocolStatusItem::onRegistered(const QString& owner, const QDBusError& error) {
+    if (error.isValid() && error.type() != QDBusError::NoReply) {
+        qCWarning(lcApp, "The panel refused the status item: %s", qPrintable(error.message()));
+        takeForNone(owner);
+        return;
+    }
     if (!error.isValid()) {
         qCInfo(lcApp, "Status item registered with the panel");
+    }
+    // A busy panel reads the registration later; one that died is replaced by the next.
+    m_listingTimer = m_timers.schedule(listingTime, [this] { checkListed(); });
+}
+
+void ItemProtocolStatusItem::checkListed() {
+    m_watcher.askWhetherListed([this](bool isListed) {
+        if (isListed) {
+            m_losses = 0;
+        } else {
+            onLost();
+        }
+    });
+}
+
+void ItemProtocolStatusItem::onLost() {
+    if (m_registeredWith != m_watcher.owner() || m_refusedBy == m_watcher.owner()) {
         return;
     }
-    if (error.type() == QDBusError::NoReply) {
-        // A busy panel reads the registration later; one that died is replaced by the next.
-        return;
+    if (m_losses++ < mostLosses) {
+        qCInfo(lcApp, "The panel has let the status item go: it is registered again");
+        sendRegistration();
+    } else {
+        qCWarning(lcApp, "The panel does not keep the status item");
+        takeForNone(m_watcher.owner());
     }
-    qCWarning(lcApp, "The panel refused the status item: %s", qPrintable(error.message()));
+}
+
+void ItemProtocolStatusItem::takeForNone(const QString& owner) {
+    m_listingTimer.reset();
     m_refusedBy = owner;
     if (owner == m_watcher.owner() && m_availabilityChanged) {
         m_availabilityChanged();

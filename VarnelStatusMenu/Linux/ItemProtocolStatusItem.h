@@ -1,16 +1,19 @@
 #pragma once
 
+#include <VarnelShared/Clock.h>
 #include <VarnelStatusMenu/Linux/ExportedStatusItem.h>
 #include <VarnelStatusMenu/Linux/ItemWatcher.h>
 
 namespace Varnel {
 
 /// The item in panels of today: org.kde.StatusNotifierItem at /StatusNotifierItem, its text menu at /MenuBar. Registers
-/// anew with each panel that comes, in the form which that panel can show. Every call on the bus is asynchronous.
+/// anew with each panel that comes, in the form which that panel can show, and once more with a panel that lets the
+/// item go or does not list it three seconds later; a panel that does so again is taken for none. Every call on the bus
+/// is asynchronous.
 class ItemProtocolStatusItem final : public QObject, public StatusItemBackEnd {
 public:
-    /// `identifier` is the bundle identifier. One item per connection.
-    ItemProtocolStatusItem(const QDBusConnection& connection, const QString& identifier,
+    /// `identifier` is the bundle identifier. One item per connection. `timers` must outlive this object.
+    ItemProtocolStatusItem(const QDBusConnection& connection, const QString& identifier, TimerFactory& timers,
                            const StatusItemHandlers& handlers);
     ~ItemProtocolStatusItem() override;
 
@@ -24,18 +27,21 @@ public:
 private:
     void onWatcherChanged();
     void registerWithWatcher();
-    void requestName();
     void sendRegistration();
     void onRegistered(const QString& owner, const QDBusError& error);
+    void checkListed();
+    void onLost();
+    void takeForNone(const QString& owner);
 
-    QDBusConnection m_connection;
+    TimerFactory& m_timers;
     ItemWatcher m_watcher;
     ExportedStatusItem m_exported;
     std::function<void()> m_availabilityChanged;
     bool m_isShown = false;
-    QString m_service; ///< our own name on the bus; empty until the first registration
     QString m_registeredWith;
     QString m_refusedBy;
+    int m_losses = 0; ///< with the present watcher, since the item was last listed
+    std::unique_ptr<OneShotTimer> m_listingTimer;
 };
 
 } // namespace Varnel

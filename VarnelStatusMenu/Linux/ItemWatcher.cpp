@@ -1,11 +1,13 @@
 #include <VarnelStatusMenu/Linux/ItemWatcher.h>
 
 #include <QDBusConnectionInterface>
-#include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusServiceWatcher>
 #include <QDBusVariant>
 #include <QFile>
+
+#include <algorithm>
+#include <utility>
 
 namespace Varnel {
 
@@ -21,6 +23,11 @@ const QString watcherPath = QStringLiteral("/StatusNotifierWatcher");
 
 bool isReply(const QDBusMessage& message) {
     return message.type() == QDBusMessage::ReplyMessage && !message.arguments().isEmpty();
+}
+
+/// What a reply to a question for a property holds.
+QVariant valueOf(const QDBusMessage& reply) {
+    return reply.arguments().constFirst().value<QDBusVariant>().variant();
 }
 
 QStringList commandLineOf(uint processIdentifier) {
@@ -47,13 +54,15 @@ ItemWatcher::ItemWatcher(const QDBusConnection& connection, QObject* parent)
     for (const char* signal : {"StatusNotifierHostRegistered", "StatusNotifierHostUnregistered"}) {
         m_connection.connect({}, watcherPath, watcherName, QString::fromLatin1(signal), this, SLOT(askForHost()));
     }
+    m_connection.connect({}, watcherPath, watcherName, QStringLiteral("StatusNotifierItemUnregistered"), this,
+                         SLOT(onItemUnregistered(QString, QDBusMessage)));
     askForOwner();
 }
 
-QDBusPendingCall ItemWatcher::registerItem(const QString& service) const {
+QDBusPendingCall ItemWatcher::registerItem() const {
     QDBusMessage call =
         QDBusMessage::createMethodCall(m_owner, watcherPath, watcherName, QStringLiteral("RegisterStatusNotifierItem"));
-    call << service;
+    call << m_connection.baseService();
     return m_connection.asyncCall(call);
 }
 
@@ -105,14 +114,39 @@ void ItemWatcher::askForHost() {
     if (m_owner.isEmpty()) {
         return;
     }
-    QDBusMessage question = QDBusMessage::createMethodCall(
-        m_owner, watcherPath, QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
-    question << watcherName << QStringLiteral("IsStatusNotifierHostRegistered");
-    await(m_connection.asyncCall(question, answerMilliseconds), [this](const QDBusMessage& reply) {
-        const bool hasNoHost =
-            isReply(reply) && !reply.arguments().constFirst().value<QDBusVariant>().variant().toBool();
+    askForProperty(QStringLiteral("IsStatusNotifierHostRegistered"), [this](const QDBusMessage& reply) {
+        const bool hasNoHost = isReply(reply) && !valueOf(reply).toBool();
         setAvailability(hasNoHost ? Availability::unavailable : Availability::available);
     });
+}
+
+void ItemWatcher::askWhetherListed(std::function<void(bool isListed)> handle) {
+    askForProperty(QStringLiteral("RegisteredStatusNotifierItems"), [this, handle = std::move(handle)](
+                                                                        const QDBusMessage& reply) {
+        if (isReply(reply)) {
+            const QStringList items = valueOf(reply).toStringList();
+            handle(std::any_of(items.begin(), items.end(), [this](const QString& item) { return isOwnItem(item); }));
+        }
+    });
+}
+
+void ItemWatcher::askForProperty(const QString& name, Handler handle) {
+    QDBusMessage question = QDBusMessage::createMethodCall(
+        m_owner, watcherPath, QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
+    question << watcherName << name;
+    await(m_connection.asyncCall(question, answerMilliseconds), std::move(handle));
+}
+
+void ItemWatcher::onItemUnregistered(const QString& service, const QDBusMessage& message) {
+    if (message.service() == m_owner && isOwnItem(service)) {
+        Q_EMIT itemLost();
+    }
+}
+
+/// Watchers name an item by its service and path, with or without a sign between them.
+bool ItemWatcher::isOwnItem(const QString& service) const {
+    const QString own = m_connection.baseService();
+    return service.startsWith(own) && (service.size() == own.size() || !service[own.size()].isDigit());
 }
 
 void ItemWatcher::setAvailability(Availability availability) {

@@ -4,8 +4,11 @@
 #include <VarnelStatusMenu/Linux/TitlePicture.h>
 
 #include <QDBusConnection>
+#include <QDBusMessage>
 #include <QDBusPendingCall>
 #include <QObject>
+
+#include <functional>
 
 namespace Varnel {
 
@@ -26,15 +29,24 @@ public:
     /// Meaningful while available.
     TitleForm titleForm() const { return m_titleForm; }
 
-    /// Registers the item that `service` exports at /StatusNotifierItem.
-    QDBusPendingCall registerItem(const QString& service) const;
+    /// Registers the item that this connection exports at /StatusNotifierItem, under the connection's unique name: a
+    /// well-known one is watched by some panels, and what they know of the item is forgotten when the watch first
+    /// fires.
+    QDBusPendingCall registerItem() const;
+
+    /// Calls `handle` with whether the watcher lists the item; not at all when the watcher changes or does not tell.
+    void askWhetherListed(std::function<void(bool isListed)> handle);
 
 Q_SIGNALS:
     /// The availability or the owner changed.
     void changed();
 
+    /// The watcher has let this connection's item go.
+    void itemLost();
+
 private Q_SLOTS:
     void askForHost();
+    void onItemUnregistered(const QString& service, const QDBusMessage& message);
 
 private:
     using Handler = std::function<void(const QDBusMessage& reply)>;
@@ -42,6 +54,8 @@ private:
     void askForOwner();
     void setOwner(const QString& owner);
     void askForProcess();
+    bool isOwnItem(const QString& service) const;
+    void askForProperty(const QString& name, Handler handle);
     void setAvailability(StatusItemBackEnd::Availability availability);
     /// Calls `handle` with the reply, a failure included, unless the owner has changed meanwhile.
     void await(const QDBusPendingCall& call, Handler handle);

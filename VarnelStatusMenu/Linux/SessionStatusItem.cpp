@@ -16,9 +16,11 @@ constexpr Seconds patience{10};
 /// Many panels are of both kinds, and a starting one brings up its legacy tray first.
 constexpr Seconds settlingTime{1};
 
-SessionStatusItem::BackEnds sessionBackEnds(const QString& identifier, const StatusItemHandlers& handlers) {
+SessionStatusItem::BackEnds sessionBackEnds(const QString& identifier, TimerFactory& timers,
+                                            const StatusItemHandlers& handlers) {
     SessionStatusItem::BackEnds backEnds;
-    backEnds.push_back(std::make_unique<ItemProtocolStatusItem>(QDBusConnection::sessionBus(), identifier, handlers));
+    backEnds.push_back(
+        std::make_unique<ItemProtocolStatusItem>(QDBusConnection::sessionBus(), identifier, timers, handlers));
     backEnds.push_back(std::make_unique<XEmbedStatusItem>(handlers));
     return backEnds;
 }
@@ -27,8 +29,7 @@ SessionStatusItem::BackEnds sessionBackEnds(const QString& identifier, const Sta
 
 SessionStatusItem::SessionStatusItem(const QString& identifier, TimerFactory& timers)
     : SessionStatusItem(
-          [&identifier](const StatusItemHandlers& handlers) { return sessionBackEnds(identifier, handlers); }, timers) {
-}
+          [&](const StatusItemHandlers& handlers) { return sessionBackEnds(identifier, timers, handlers); }, timers) {}
 
 SessionStatusItem::SessionStatusItem(const std::function<BackEnds(const StatusItemHandlers&)>& makeBackEnds,
                                      TimerFactory& timers)

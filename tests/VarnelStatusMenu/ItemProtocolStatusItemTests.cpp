@@ -1,9 +1,9 @@
 #include <VarnelStatusMenu/Linux/ItemProtocolStatusItem.h>
 
 #include "../Support/EventLoop.h"
+#include "../Support/HandTurnedTime.h"
 #include "../Support/PrivateBus.h"
 
-#include <QCoreApplication>
 #include <QDBusContext>
 
 #include <gtest/gtest.h>
@@ -19,6 +19,7 @@ class FakeItemWatcher final : public QObject, protected QDBusContext {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.kde.StatusNotifierWatcher")
     Q_PROPERTY(bool IsStatusNotifierHostRegistered MEMBER hasHost)
+    Q_PROPERTY(QStringList RegisteredStatusNotifierItems MEMBER listed)
 
 public:
     explicit FakeItemWatcher(PrivateBus& bus, bool withHost = true)
@@ -35,7 +36,14 @@ public:
 
     bool hasHost;
     bool isRefusing = false;
+    bool isListing = true; ///< whether what registers from now on is kept
     QStringList registered;
+    QStringList listed;
+
+    /// Lets the item go that another program would have on the connection with this name.
+    void letGo(const QString& service) {
+        Q_EMIT StatusNotifierItemUnregistered(service + QStringLiteral("/StatusNotifierItem"));
+    }
 
 public Q_SLOTS:
     void RegisterStatusNotifierItem(const QString& service) {
@@ -43,11 +51,13 @@ public Q_SLOTS:
             sendErrorReply(QDBusError::AccessDenied, QStringLiteral("no items here"));
         } else {
             registered << service;
+            listed = isListing ? QStringList(service + QStringLiteral("/StatusNotifierItem")) : QStringList();
         }
     }
 
 Q_SIGNALS:
     void StatusNotifierHostRegistered();
+    void StatusNotifierItemUnregistered(const QString& service);
 
 private:
     PrivateBus& m_bus;
@@ -55,14 +65,43 @@ private:
 };
 
 struct ItemProtocolStatusItemTest : testing::Test {
+    /// Waits until every message that is under way has been read and answered, in both directions.
+    void exchange() {
+        for (int turn = 0; turn < 3; ++turn) {
+            PrivateBus::ask(program, {QStringLiteral("org.kde.StatusNotifierWatcher"), QStringLiteral("/"), {}},
+                            "none");
+            settle();
+        }
+    }
+
+    QString play(FakeItemWatcher& watcher, const QString& script) {
+        exchange();
+        for (const QString& step : script.split(QLatin1Char(' '))) {
+            if (step == QStringLiteral("drop")) {
+                watcher.letGo(program.baseService());
+            } else if (step == QStringLiteral("other")) {
+                watcher.letGo(program.baseService() + QLatin1Char('0'));
+            } else if (step == QStringLiteral("3s")) {
+                time.advance(Seconds(3));
+            } else {
+                watcher.isListing = step == QStringLiteral("+");
+            }
+            exchange();
+        }
+        const QString mark = item.availability() == Availability::unavailable ? QStringLiteral("!") : QString();
+        return QString::number(watcher.registered.size()) + mark;
+    }
+
     bool becomes(Availability availability) {
         return waitUntil([this, availability] { return item.availability() == availability; });
     }
 
     PrivateBus bus;
+    HandTurnedTime time;
     int menusOpened = 0;
+    QDBusConnection program = bus.connect();
     ItemProtocolStatusItem item{
-        bus.connect(), QStringLiteral("com.varnel.menubar"), {[this] { ++menusOpened; }, [](StatusMenuCommand) {}}};
+        program, QStringLiteral("com.varnel.menubar"), time, {[this] { ++menusOpened; }, [](StatusMenuCommand) {}}};
 };
 
 } // namespace
@@ -70,14 +109,13 @@ struct ItemProtocolStatusItemTest : testing::Test {
 TEST_F(ItemProtocolStatusItemTest, RegistersOnceWithEachWatcherAndOpensTheMenuOnceWhenActivated) {
     item.setShown(true);
     EXPECT_TRUE(becomes(Availability::unavailable));
-    const QString name = QStringLiteral("org.kde.StatusNotifierItem-%1-").arg(QCoreApplication::applicationPid());
     for (int restart = 1; restart <= 3; ++restart) {
         FakeItemWatcher watcher(bus);
         ASSERT_TRUE(watcher.waitForItem()) << restart;
         EXPECT_EQ(item.availability(), Availability::available);
         const BusObject shown{watcher.registered.first(), QStringLiteral("/StatusNotifierItem"),
                               QStringLiteral("org.kde.StatusNotifierItem")};
-        EXPECT_TRUE(shown.service.startsWith(name));
+        EXPECT_EQ(shown.service, program.baseService()) << "a well-known name is lost by some panels";
         EXPECT_EQ(PrivateBus::ask(bus.connect(), shown, "Activate", {0, 28}).type(), QDBusMessage::ReplyMessage);
         settle();
         EXPECT_EQ(menusOpened, restart);
@@ -109,9 +147,41 @@ TEST_F(ItemProtocolStatusItemTest, IsNotAvailableWhereItWasRefused) {
     EXPECT_EQ(changes, 1);
 }
 
+TEST_F(ItemProtocolStatusItemTest, RegistersOnceMoreWithAPanelThatDoesNotKeepItAndThenGivesUp) {
+    item.setShown(true);
+    // "drop" the watcher lets the item go, "other" another's whose name begins like ours; "+" and "-" it lists what
+    // registers or not; "3s" that time passes. Expected: how often the item was registered, and "!" when it is given
+    // up.
+    const std::pair<const char*, const char*> rows[] = {
+        {"3s 3s", "1"},
+        {"other 3s", "1"},
+        {"drop 3s", "2"},
+        {"drop drop", "2!"},
+        {"drop 3s drop 3s", "3"},
+        {"- drop 3s", "2!"},
+        {"drop drop drop 3s", "2!"},
+    };
+    for (const auto& [script, expected] : rows) {
+        FakeItemWatcher watcher(bus);
+        ASSERT_TRUE(watcher.waitForItem()) << script;
+        QString outcome = play(watcher, QString::fromLatin1(script));
+        EXPECT_EQ(outcome.toStdString(), expected) << script;
+    }
+}
+
+TEST_F(ItemProtocolStatusItemTest, GivesUpAPanelThatNeverListsIt) {
+    item.setShown(true);
+    FakeItemWatcher watcher(bus);
+    watcher.isListing = false;
+    ASSERT_TRUE(watcher.waitForItem());
+    EXPECT_EQ(play(watcher, QStringLiteral("3s")).toStdString(), "2");
+    EXPECT_EQ(play(watcher, QStringLiteral("3s")).toStdString(), "2!");
+}
+
 TEST(ItemProtocolStatusItem, IsUnavailableAtOnceWithoutABus) {
     const QDBusConnection none(QStringLiteral("no such connection"));
-    ItemProtocolStatusItem item(none, QStringLiteral("com.varnel.menubar"), {});
+    HandTurnedTime time;
+    ItemProtocolStatusItem item(none, QStringLiteral("com.varnel.menubar"), time, {});
     EXPECT_EQ(item.availability(), Availability::unavailable);
     item.setContent({});
     item.setShown(true);
