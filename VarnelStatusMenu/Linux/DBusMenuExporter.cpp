@@ -38,7 +38,17 @@ void DBusMenuExporter::setMenu(const ExportedMenu& menu) {
         return;
     }
     m_menu = menu;
-    const QList<DBusMenuItem> oldRows = std::exchange(m_rows, dbusMenuRows(menu));
+    makeRows();
+}
+
+void DBusMenuExporter::setKeyNames(KeyNames keyNames) {
+    if (std::exchange(m_keyNames, keyNames) != keyNames) {
+        makeRows();
+    }
+}
+
+void DBusMenuExporter::makeRows() {
+    const QList<DBusMenuItem> oldRows = std::exchange(m_rows, dbusMenuRows(m_menu, m_keyNames));
     if (haveSameLayout(oldRows, m_rows)) {
         announceTexts(oldRows);
     } else {

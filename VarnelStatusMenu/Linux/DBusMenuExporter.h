@@ -26,6 +26,7 @@ public:
 
     /// Takes the new rows and tells the panel: texts alone when the rows are the same, the whole layout otherwise.
     void setMenu(const ExportedMenu& menu);
+    void setKeyNames(KeyNames keyNames);
 
     uint version() const { return 3; }
     QString textDirection() const;
@@ -53,11 +54,13 @@ private:
     bool handle(int id, const QString& eventId);
     void choose(const ExportedMenuItem& item);
     void refuse(const QDBusMessage& message, int id);
+    void makeRows();
     void announceTexts(const QList<DBusMenuItem>& oldRows);
 
     QDBusConnection m_connection;
     StatusItemHandlers m_handlers;
     ExportedMenu m_menu;
+    KeyNames m_keyNames = KeyNames::xServer;
     QList<DBusMenuItem> m_rows;
     uint m_revision = 1;
 };

@@ -11,30 +11,45 @@ namespace {
 // 0 is the menu itself.
 constexpr int showChartId = 1;
 constexpr int firstCommandId = 10;
-constexpr int firstPlainId = 100;
+constexpr int firstTextId = 100;
+constexpr int firstSeparatorId = 200;
 
-int idOf(const ExportedMenuItem& item, std::size_t index) {
-    switch (item.kind) {
-    case ExportedMenuItem::Kind::showChart:
-        return showChartId;
-    case ExportedMenuItem::Kind::command:
-        return firstCommandId + static_cast<int>(item.command.value_or(StatusMenuCommand::refresh));
-    case ExportedMenuItem::Kind::text:
-    case ExportedMenuItem::Kind::separator:
-        break;
+/// The ids of the rows, in order. Texts and separators are counted each by themselves: some panels keep what they once
+/// made for an id, so that it must never be of another kind.
+std::vector<int> idsOf(const ExportedMenu& menu) {
+    std::vector<int> ids;
+    int textId = firstTextId;
+    int separatorId = firstSeparatorId;
+    for (const ExportedMenuItem& item : menu) {
+        switch (item.kind) {
+        case ExportedMenuItem::Kind::showChart:
+            ids.push_back(showChartId);
+            break;
+        case ExportedMenuItem::Kind::command:
+            ids.push_back(firstCommandId + static_cast<int>(item.command.value_or(StatusMenuCommand::refresh)));
+            break;
+        case ExportedMenuItem::Kind::text:
+            ids.push_back(textId++);
+            break;
+        case ExportedMenuItem::Kind::separator:
+            ids.push_back(separatorId++);
+            break;
+        }
     }
-    return firstPlainId + static_cast<int>(index);
+    return ids;
 }
 
-/// The shortcut in the key names of the menu protocol: [["Control", "comma"]].
-QList<QStringList> shortcutOf(const QKeySequence& key) {
+/// The shortcut as the menu protocol carries it: [["Control", "comma"]].
+QList<QStringList> shortcutOf(const QKeySequence& key, KeyNames keyNames) {
     QList<QStringList> presses;
     for (int index = 0; index < key.count(); ++index) {
         QStringList names = QKeySequence(key[static_cast<uint>(index)])
                                 .toString(QKeySequence::PortableText)
                                 .split(QLatin1Char('+'), Qt::SkipEmptyParts);
         names.replaceInStrings(QStringLiteral("Ctrl"), QStringLiteral("Control"));
-        names.replaceInStrings(QStringLiteral(","), QStringLiteral("comma"));
+        if (keyNames == KeyNames::xServer) {
+            names.replaceInStrings(QStringLiteral(","), QStringLiteral("comma"));
+        }
         if (names.last().size() == 1) {
             names.last() = names.last().toLower();
         }
@@ -43,49 +58,44 @@ QList<QStringList> shortcutOf(const QKeySequence& key) {
     return presses;
 }
 
-QVariantMap propertiesOf(const ExportedMenuItem& item) {
+QVariantMap propertiesOf(const ExportedMenuItem& item, KeyNames keyNames) {
     if (item.kind == ExportedMenuItem::Kind::separator) {
         return {{QStringLiteral("type"), QStringLiteral("separator")}};
     }
-    // An underscore marks the key of a row; two are one to read.
+    // An underscore marks the key of a row; two are one to read. What is left out keeps its former value in some
+    // panels, so "enabled" is there also where it has its default.
     QVariantMap properties{
-        {QStringLiteral("label"), QString(item.title).replace(QLatin1Char('_'), QStringLiteral("__"))}};
-    if (item.kind == ExportedMenuItem::Kind::text || !item.isEnabled) {
-        properties.insert(QStringLiteral("enabled"), false);
-    }
+        {QStringLiteral("label"), QString(item.title).replace(QLatin1Char('_'), QStringLiteral("__"))},
+        {QStringLiteral("enabled"), item.isEnabled}};
     if (!item.iconName.isEmpty()) {
         properties.insert(QStringLiteral("icon-name"), item.iconName);
     }
     if (!item.key.isEmpty()) {
-        properties.insert(QStringLiteral("shortcut"), QVariant::fromValue(shortcutOf(item.key)));
+        properties.insert(QStringLiteral("shortcut"), QVariant::fromValue(shortcutOf(item.key, keyNames)));
     }
     return properties;
 }
 
 } // namespace
 
-QList<DBusMenuItem> dbusMenuRows(const ExportedMenu& menu) {
+QList<DBusMenuItem> dbusMenuRows(const ExportedMenu& menu, KeyNames keyNames) {
+    const std::vector<int> ids = idsOf(menu);
     QList<DBusMenuItem> rows;
     for (std::size_t index = 0; index < menu.size(); ++index) {
-        rows.append({idOf(menu[index], index), propertiesOf(menu[index])});
+        rows.append({ids[index], propertiesOf(menu[index], keyNames)});
     }
     return rows;
 }
 
 const ExportedMenuItem* exportedItem(const ExportedMenu& menu, int id) {
-    for (std::size_t index = 0; index < menu.size(); ++index) {
-        if (idOf(menu[index], index) == id) {
-            return &menu[index];
-        }
-    }
-    return nullptr;
+    const std::vector<int> ids = idsOf(menu);
+    const auto found = std::find(ids.begin(), ids.end(), id);
+    return found == ids.end() ? nullptr : &menu[static_cast<std::size_t>(found - ids.begin())];
 }
 
 bool haveSameLayout(const QList<DBusMenuItem>& a, const QList<DBusMenuItem>& b) {
-    const QString type = QStringLiteral("type");
-    return std::equal(a.begin(), a.end(), b.begin(), b.end(), [&type](const DBusMenuItem& x, const DBusMenuItem& y) {
-        return x.id == y.id && x.properties.value(type) == y.properties.value(type);
-    });
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                      [](const DBusMenuItem& x, const DBusMenuItem& y) { return x.id == y.id; });
 }
 
 QVariantMap selectProperties(const QVariantMap& properties, const QStringList& names) {

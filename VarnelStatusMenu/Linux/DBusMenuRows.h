@@ -1,5 +1,6 @@
 #pragma once
 
+#include <VarnelStatusMenu/Linux/PanelKind.h>
 #include <VarnelStatusMenu/Menu/StatusMenu.h>
 
 #include <QDBusArgument>
@@ -52,8 +53,9 @@ const QDBusArgument& operator>>(const QDBusArgument& argument, DBusMenuEvent& ev
 void registerDBusMenuTypes();
 
 /// The exported menu as the rows of com.canonical.dbusmenu, in order. What can be chosen keeps its id whatever stands
-/// above it, so that a choice which crosses an update means what the person saw.
-QList<DBusMenuItem> dbusMenuRows(const ExportedMenu& menu);
+/// above it, so that a choice which crosses an update means what the person saw; and an id belongs to one kind of row
+/// for good.
+QList<DBusMenuItem> dbusMenuRows(const ExportedMenu& menu, KeyNames keyNames);
 
 /// The row with that id; null when the menu has none.
 const ExportedMenuItem* exportedItem(const ExportedMenu& menu, int id);

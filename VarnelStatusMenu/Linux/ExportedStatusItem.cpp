@@ -159,14 +159,15 @@ ExportedStatusItem::ExportedStatusItem(const QDBusConnection& connection, QStrin
 
 ExportedStatusItem::~ExportedStatusItem() = default;
 
-void ExportedStatusItem::setForm(TitleForm form) {
-    if (form == m_form) {
+void ExportedStatusItem::setPanel(const PanelKind& panel) {
+    if (panel == m_panel) {
         return;
     }
-    m_form = form;
+    m_panel = panel;
+    m_menu->setKeyNames(panel.keyNames);
     m_itemObject = std::make_unique<QObject>();
-    m_face = faceOf(m_content, form);
-    m_item = form == TitleForm::label
+    m_face = faceOf(m_content, panel.titleForm);
+    m_item = panel.titleForm == TitleForm::label
                  ? new LabelledItemAdaptor(m_itemObject.get(), m_identifier, m_face, m_handlers.openMenu)
                  : new StatusNotifierItemAdaptor(m_itemObject.get(), m_identifier, m_face, m_handlers.openMenu);
     m_connection.registerObject(QStringLiteral("/StatusNotifierItem"), m_itemObject.get());
@@ -175,12 +176,12 @@ void ExportedStatusItem::setForm(TitleForm form) {
 void ExportedStatusItem::setContent(const StatusItemContent& content) {
     const StatusItemContent old = std::exchange(m_content, content);
     m_menu->setMenu(exportedMenu(content.menu));
-    if (!m_form) {
+    if (!m_panel) {
         return;
     }
     // The pictures are the expensive part, and they show the title and its age alone.
     if (content.title != old.title || content.outdatedLine != old.outdatedLine) {
-        m_face = faceOf(content, *m_form);
+        m_face = faceOf(content, m_panel->titleForm);
     }
     m_face.toolTip = content.toolTip;
     m_item->setFace(m_face);

@@ -22,8 +22,8 @@ public:
     ExportedStatusItem(const ExportedStatusItem&) = delete;
     ExportedStatusItem& operator=(const ExportedStatusItem&) = delete;
 
-    /// Exports the item in this form; nothing is exported before.
-    void setForm(TitleForm form);
+    /// Exports the item for a panel of that kind; nothing is exported before.
+    void setPanel(const PanelKind& panel);
 
     /// Tells the panel what changed, and nothing else.
     void setContent(const StatusItemContent& content);
@@ -33,8 +33,8 @@ private:
     QString m_identifier;
     StatusItemHandlers m_handlers;
     StatusItemContent m_content;
-    std::optional<TitleForm> m_form;
-    ItemFace m_face;                       ///< of m_content in m_form
+    std::optional<PanelKind> m_panel;
+    ItemFace m_face;                       ///< of m_content for m_panel
     std::unique_ptr<QObject> m_itemObject; ///< owns m_item
     QObject m_menuObject;                  ///< owns m_menu
     StatusNotifierItemAdaptor* m_item = nullptr;

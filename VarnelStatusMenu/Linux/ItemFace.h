@@ -1,5 +1,6 @@
 #pragma once
 
+#include <VarnelStatusMenu/Linux/PanelKind.h>
 #include <VarnelStatusMenu/Linux/TitlePicture.h>
 #include <VarnelStatusMenu/StatusItem.h>
 

@@ -60,7 +60,7 @@ void ItemProtocolStatusItem::registerWithWatcher() {
     }
     m_registeredWith = m_watcher.owner();
     m_losses = 0;
-    m_exported.setForm(m_watcher.titleForm());
+    m_exported.setPanel(m_watcher.panel());
     sendRegistration();
 }
 

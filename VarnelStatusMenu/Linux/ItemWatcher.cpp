@@ -104,8 +104,8 @@ void ItemWatcher::setOwner(const QString& owner) {
 void ItemWatcher::askForProcess() {
     await(m_connection.interface()->asyncCall(QStringLiteral("GetConnectionUnixProcessID"), m_owner),
           [this](const QDBusMessage& reply) {
-              m_titleForm = isReply(reply) ? titleFormForHost(commandLineOf(reply.arguments().constFirst().toUInt()))
-                                           : TitleForm::square;
+              m_panel =
+                  isReply(reply) ? panelKind(commandLineOf(reply.arguments().constFirst().toUInt())) : PanelKind();
               askForHost();
           });
 }

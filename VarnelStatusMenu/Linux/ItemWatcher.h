@@ -1,7 +1,7 @@
 #pragma once
 
+#include <VarnelStatusMenu/Linux/PanelKind.h>
 #include <VarnelStatusMenu/Linux/StatusItemBackEnd.h>
-#include <VarnelStatusMenu/Linux/TitlePicture.h>
 
 #include <QDBusConnection>
 #include <QDBusMessage>
@@ -13,7 +13,7 @@
 namespace Varnel {
 
 /// The service org.kde.StatusNotifierWatcher, where items register and panels learn of them: whether it is there with
-/// a panel behind it, and in which form its panel can show a title. Asks asynchronously, and again after each change.
+/// a panel behind it, and of which kind that panel is. Asks asynchronously, and again after each change.
 class ItemWatcher final : public QObject {
     Q_OBJECT
 
@@ -27,7 +27,7 @@ public:
     QString owner() const { return m_owner; }
 
     /// Meaningful while available.
-    TitleForm titleForm() const { return m_titleForm; }
+    PanelKind panel() const { return m_panel; }
 
     /// Registers the item that this connection exports at /StatusNotifierItem, under the connection's unique name: a
     /// well-known one is watched by some panels, and what they know of the item is forgotten when the watch first
@@ -63,7 +63,7 @@ private:
     QDBusConnection m_connection;
     StatusItemBackEnd::Availability m_availability = StatusItemBackEnd::Availability::unknown;
     QString m_owner;
-    TitleForm m_titleForm = TitleForm::square;
+    PanelKind m_panel;
 };
 
 } // namespace Varnel

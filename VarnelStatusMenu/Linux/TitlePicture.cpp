@@ -1,6 +1,5 @@
 #include <VarnelStatusMenu/Linux/TitlePicture.h>
 
-#include <QFileInfo>
 #include <QFontMetricsF>
 #include <QGuiApplication>
 #include <QPainter>
@@ -15,18 +14,6 @@ namespace Varnel {
 
 namespace {
 
-struct KnownHost {
-    QLatin1String program;
-    TitleForm form;
-};
-constexpr std::array knownHosts{
-    KnownHost{QLatin1String("mate-panel"), TitleForm::label},
-    KnownHost{QLatin1String("notification-area-applet"), TitleForm::label}, // the tray of MATE, outside of its panel
-    KnownHost{QLatin1String("gnome-shell"), TitleForm::label},
-    KnownHost{QLatin1String("indicator-application-service"), TitleForm::label},
-    KnownHost{QLatin1String("ayatana-indicator-application-service"), TitleForm::label},
-    KnownHost{QLatin1String("waybar"), TitleForm::widePicture},
-};
 constexpr int longestLabel = 24;
 
 struct Colors {
@@ -137,13 +124,6 @@ bool hasDigit(const QString& text) {
 }
 
 } // namespace
-
-TitleForm titleFormForHost(const QStringList& commandLine) {
-    const QString program = commandLine.isEmpty() ? QString() : QFileInfo(commandLine.first()).fileName();
-    const auto known = std::find_if(knownHosts.begin(), knownHosts.end(),
-                                    [&program](const KnownHost& host) { return host.program == program; });
-    return known == knownHosts.end() ? TitleForm::square : known->form;
-}
 
 TitleLines titleLines(const QString& title) {
     const QString text = title.simplified();

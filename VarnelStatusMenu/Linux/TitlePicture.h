@@ -2,20 +2,8 @@
 
 #include <QImage>
 #include <QString>
-#include <QStringList>
 
 namespace Varnel {
-
-/// The form in which a panel can show the title so that it can be read.
-enum class TitleForm {
-    label,       ///< a text that the panel draws in its own font and colour
-    widePicture, ///< a picture of the text as wide as it needs
-    square,      ///< a square picture with the text on two lines
-};
-
-/// The form for the panel that runs as `commandLine`. An unknown panel (or an empty list) gets the square, which
-/// every panel shows as it is; a wide picture would be shrunk until nothing can be read.
-TitleForm titleFormForHost(const QStringList& commandLine);
 
 /// The title on two lines, parted at its last space: "3.42" over "kW". The second line is empty when there is none.
 struct TitleLines {

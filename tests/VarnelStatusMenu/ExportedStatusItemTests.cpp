@@ -11,6 +11,7 @@
 
 #include <gmock/gmock.h>
 
+#include <map>
 #include <string>
 #include <vector>
 
@@ -35,7 +36,7 @@ constexpr int showChartId = 1;
 constexpr int refreshId = 10;
 constexpr int preferencesId = 11;
 constexpr int signOutId = 13;
-constexpr int outputRowId = 102;
+constexpr int outputRowId = 100;
 constexpr int unknownId = 999;
 
 /// Records the signals of the bus it is connected to.
@@ -57,6 +58,65 @@ public:
 public Q_SLOTS:
     void receive(const QDBusMessage& message) { messages.push_back(message); }
 };
+
+/// A panel that keeps for good what it made for an id, separator or not, and changes of it only what it is sent; ids
+/// that a layout does not name are forgotten.
+class KeepingPanel {
+public:
+    void takeLayout(const DBusMenuLayoutItem& layout) {
+        std::map<int, Row> kept;
+        m_order.clear();
+        for (const DBusMenuLayoutItem& item : layout.children) {
+            const auto known = m_rows.find(item.id);
+            kept[item.id] = known != m_rows.end() ? known->second : Row{isSeparator(item.properties), {}, true};
+            m_order.push_back(item.id);
+        }
+        m_rows = kept;
+        for (const DBusMenuLayoutItem& item : layout.children) {
+            update(item.id, item.properties);
+        }
+    }
+    void update(int id, const QVariantMap& properties) {
+        Row& row = m_rows.at(id);
+        row.label = properties.value(QStringLiteral("label"), row.label).toString();
+        row.isEnabled = properties.value(QStringLiteral("enabled"), row.isEnabled).toBool();
+    }
+
+    /// One word or line per row; a disabled one stands in parentheses.
+    QStringList rows() const {
+        QStringList shown;
+        for (const int id : m_order) {
+            const Row& row = m_rows.at(id);
+            const QString text = row.isEnabled ? row.label : QStringLiteral("(%1)").arg(row.label);
+            shown << (row.isSeparator ? QStringLiteral("separator") : text);
+        }
+        return shown;
+    }
+
+private:
+    struct Row {
+        bool isSeparator;
+        QString label;
+        bool isEnabled;
+    };
+    static bool isSeparator(const QVariantMap& properties) {
+        return properties.value(QStringLiteral("type")) == QStringLiteral("separator");
+    }
+
+    std::map<int, Row> m_rows;
+    std::vector<int> m_order;
+};
+
+QStringList rowsOf(const ExportedMenu& menu) {
+    QStringList rows;
+    for (const ExportedMenuItem& row : menu) {
+        const bool isSeparator = row.kind == ExportedMenuItem::Kind::separator;
+        rows << (isSeparator     ? QStringLiteral("separator")
+                 : row.isEnabled ? row.title
+                                 : QStringLiteral("(%1)").arg(row.title));
+    }
+    return rows;
+}
 
 /// What a panel sees and does: each call goes over the bus.
 struct ExportedStatusItemTest : testing::Test {
@@ -99,10 +159,10 @@ struct ExportedStatusItemTest : testing::Test {
 } // namespace
 
 TEST_F(ExportedStatusItemTest, HasTheProtocolsPropertiesAndALabelOnlyInTheFormOfALabel) {
-    item.setForm(TitleForm::square);
+    item.setPanel({TitleForm::square, KeyNames::xServer});
     EXPECT_FALSE(itemProperties().contains(QStringLiteral("XAyatanaLabel")));
     EXPECT_FALSE(qdbus_cast<QList<ItemPixmap>>(itemProperties().value(QStringLiteral("IconPixmap"))).isEmpty());
-    item.setForm(TitleForm::label);
+    item.setPanel({TitleForm::label, KeyNames::xServer});
     item.setContent(content(QStringLiteral("2.00 kW")));
     const QVariantMap properties = itemProperties();
     EXPECT_EQ(properties.value(QStringLiteral("XAyatanaLabel")), QStringLiteral("2.00 kW"));
@@ -116,7 +176,7 @@ TEST_F(ExportedStatusItemTest, HasTheProtocolsPropertiesAndALabelOnlyInTheFormOf
 
 TEST_F(ExportedStatusItemTest, TellsOnlyWhatChanged) {
     item.setContent(content(QStringLiteral("1.00 kW")));
-    item.setForm(TitleForm::square);
+    item.setPanel({TitleForm::square, KeyNames::xServer});
     StatusItemContent next = content(QStringLiteral("1.00 kW"));
     item.setContent(next);
     next.toolTip = QStringLiteral("another");
@@ -146,9 +206,17 @@ TEST_F(ExportedStatusItemTest, ShowsRowsAndCommandsAsTextInOrder) {
     EXPECT_EQ(rows.toStdString(),
               "Show Chart\nseparator\nCurrent Output: 1__2 kW-Daily Output: ---Last Updated: ---Error: Offline-"
               "separator\nRefresh-Settings…\nseparator\nDisconnect\n");
-    const QVariant shortcut = layout.children.at(8).properties.value(QStringLiteral("shortcut"));
-    EXPECT_EQ(qdbus_cast<QList<QStringList>>(shortcut),
-              QList<QStringList>{QStringList({QStringLiteral("Control"), QStringLiteral("comma")})});
+}
+
+TEST_F(ExportedStatusItemTest, NamesTheKeysOfShortcutsAsThePanelDoes) {
+    item.setContent(content(QStringLiteral("1 kW")));
+    for (const auto& [keyNames, comma] : {std::pair(KeyNames::xServer, "comma"), {KeyNames::qt, ","}}) {
+        item.setPanel({TitleForm::square, keyNames});
+        const QDBusMessage reply = call("GetProperty", {preferencesId, QStringLiteral("shortcut")});
+        const QVariant shortcut = reply.arguments().value(0).value<QDBusVariant>().variant();
+        EXPECT_EQ(qdbus_cast<QList<QStringList>>(shortcut),
+                  QList<QStringList>{QStringList({QStringLiteral("Control"), QString::fromLatin1(comma)})});
+    }
 }
 
 TEST_F(ExportedStatusItemTest, CallsTheHandlerOncePerChoiceOfAnEnabledRow) {
@@ -195,6 +263,46 @@ TEST_F(ExportedStatusItemTest, AnnouncesTextsWhenTheRowsAreTheSameAndTheLayoutOt
     EXPECT_THAT(chosen, ElementsAre(StatusMenuCommand::preferences));
     ASSERT_EQ(menuSpy.members(), "LayoutUpdated ItemsPropertiesUpdated LayoutUpdated");
     EXPECT_EQ(qdbus_cast<QList<DBusMenuItem>>(menuSpy.messages[1].arguments().value(0)).size(), 1);
+}
+
+TEST_F(ExportedStatusItemTest, IsRowForRowInAPanelThatKeepsWhatItMadeForAnId) {
+    KeepingPanel keeping;
+    StatusPresentation presentation;
+    std::size_t read = 0;
+    const auto show = [&](const char* change) {
+        const StatusMenu menu = statusMenu(presentation);
+        item.setContent({QStringLiteral("1 kW"), {}, menu, {}});
+        const QDBusMessage layout = call("GetLayout", {0, -1, QStringList()}); // the signals come before this reply
+        for (; read < menuSpy.messages.size(); ++read) {
+            if (menuSpy.messages[read].member() == QStringLiteral("LayoutUpdated")) {
+                keeping.takeLayout(qdbus_cast<DBusMenuLayoutItem>(layout.arguments().value(1)));
+                continue;
+            }
+            for (const DBusMenuItem& row :
+                 qdbus_cast<QList<DBusMenuItem>>(menuSpy.messages[read].arguments().value(0))) {
+                keeping.update(row.id, row.properties);
+            }
+        }
+        EXPECT_EQ(keeping.rows(), rowsOf(exportedMenu(menu))) << change;
+    };
+    show("signed out");
+    presentation.isSignedIn = presentation.canRefresh = true;
+    show("signed in");
+    presentation.showOutputChart = true;
+    presentation.outputValue = QStringLiteral("1.00 kW");
+    show("first reading");
+    presentation.errorLine = QStringLiteral("Offline");
+    show("error");
+    presentation.outputValue = QStringLiteral("2.00 kW");
+    presentation.errorLine.reset();
+    show("recovery");
+    presentation.canRefresh = false;
+    show("refresh disabled");
+    presentation = {};
+    show("signed out again");
+    presentation.errorLine = QStringLiteral("Offline");
+    presentation.isSignedIn = presentation.canRefresh = true;
+    show("error without a chart");
 }
 
 #include "ExportedStatusItemTests.moc"

@@ -54,19 +54,21 @@ const QString longTitle = QStringLiteral("A much longer title than any panel has
 
 } // namespace
 
-TEST(TitleForm, FollowsTheProgramBehindThePanel) {
-    const std::pair<const char*, TitleForm> rows[] = {
-        {"/usr/bin/mate-panel --replace", TitleForm::label},
-        {"/usr/lib/mate-panel/notification-area-applet", TitleForm::label},
-        {"/usr/bin/gnome-shell", TitleForm::label},
-        {"waybar", TitleForm::widePicture},
-        {"xfce4-panel", TitleForm::square},
-        {"/opt/waybar/other", TitleForm::square},
-        {"", TitleForm::square},
+TEST(PanelKind, FollowsTheProgramBehindThePanel) {
+    const std::tuple<const char*, TitleForm, KeyNames> rows[] = {
+        {"/usr/bin/mate-panel --replace", TitleForm::label, KeyNames::xServer},
+        {"/usr/lib/mate-panel/notification-area-applet", TitleForm::label, KeyNames::xServer},
+        {"/usr/bin/gnome-shell", TitleForm::label, KeyNames::xServer},
+        {"waybar", TitleForm::widePicture, KeyNames::xServer},
+        {"xfce4-panel", TitleForm::square, KeyNames::xServer},
+        {"/usr/bin/kded5", TitleForm::square, KeyNames::qt},
+        {"lxqt-panel", TitleForm::square, KeyNames::qt},
+        {"/opt/waybar/other", TitleForm::square, KeyNames::xServer},
+        {"", TitleForm::square, KeyNames::xServer},
     };
-    for (const auto& [commandLine, form] : rows) {
-        const QStringList words = QString::fromLatin1(commandLine).split(u' ', Qt::SkipEmptyParts);
-        EXPECT_EQ(titleFormForHost(words), form) << commandLine;
+    for (const auto& [commandLine, form, keyNames] : rows) {
+        const QStringList words = QString::fromLatin1(commandLine).split(QLatin1Char(' '), Qt::SkipEmptyParts);
+        EXPECT_EQ(panelKind(words), (PanelKind{form, keyNames})) << commandLine;
     }
 }
 
