@@ -68,7 +68,8 @@ QVariantMap propertiesOf(const ExportedMenuItem& item, KeyNames keyNames) {
         {QStringLiteral("label"), QString(item.title).replace(QLatin1Char('_'), QStringLiteral("__"))},
         {QStringLiteral("enabled"), item.isEnabled}};
     if (!item.iconName.isEmpty()) {
-        properties.insert(QStringLiteral("icon-name"), item.iconName);
+        // Panels draw the symbolic form in the colour of their own text.
+        properties.insert(QStringLiteral("icon-name"), item.iconName + QStringLiteral("-symbolic"));
     }
     if (!item.key.isEmpty()) {
         properties.insert(QStringLiteral("shortcut"), QVariant::fromValue(shortcutOf(item.key, keyNames)));

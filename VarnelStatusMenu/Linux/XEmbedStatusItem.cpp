@@ -2,6 +2,7 @@
 
 #include <VarnelShared/Linux/X11.h>
 #include <VarnelStatusMenu/Linux/TitlePicture.h>
+#include <VarnelStatusMenu/Menu/CommandIcon.h>
 
 #include <QAbstractNativeEventFilter>
 #include <QCursor>
@@ -34,8 +35,8 @@ void addItem(QMenu& menu, const ExportedMenuItem& item, const StatusItemHandlers
         return;
     }
     // An ampersand marks the key of a row; two are one to read.
-    QAction* action = menu.addAction(QIcon::fromTheme(item.iconName),
-                                     QString(item.title).replace(QLatin1Char('&'), QStringLiteral("&&")));
+    QAction* action =
+        menu.addAction(commandIcon(item.iconName), QString(item.title).replace(QLatin1Char('&'), QStringLiteral("&&")));
     action->setShortcut(item.key);
     action->setEnabled(item.isEnabled);
     if (item.kind == ExportedMenuItem::Kind::showChart) {

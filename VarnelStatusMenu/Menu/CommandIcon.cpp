@@ -107,9 +107,6 @@ QIconEngine* GlyphIconEngine::clone() const {
 } // namespace
 
 QIcon commandIcon(const QString& name) {
-    if (name.isEmpty() || QIcon::hasThemeIcon(name)) {
-        return QIcon::fromTheme(name);
-    }
     if (name == QStringLiteral("view-refresh")) {
         return QIcon(new GlyphIconEngine(GlyphIconEngine::Glyph::refresh));
     }

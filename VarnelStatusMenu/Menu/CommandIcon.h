@@ -4,8 +4,9 @@
 
 namespace Varnel {
 
-/// The icon of that name in the desktop's theme; where the theme has none, a drawn symbol of the same meaning in the
-/// colour of the menu's text. Empty for names that have neither.
+/// A drawn symbol in the colour of the menu's text for that name of the icon naming specification; empty for names that
+/// have none. Not the icon of the desktop's theme: such icons do not follow a change of the theme, and are made for one
+/// background, while the row under the pointer has another.
 QIcon commandIcon(const QString& name);
 
 } // namespace Varnel

@@ -46,7 +46,7 @@ struct StatusMenuAction {
     StatusMenuCommand command = StatusMenuCommand::refresh;
     QString title;
     QKeySequence key; ///< empty: none
-    QString iconName; ///< name in the desktop's icon theme; empty: none
+    QString iconName; ///< of the icon naming specification; empty: none
     bool isEnabled = true;
     bool operator==(const StatusMenuAction&) const = default;
 };
