@@ -2,6 +2,7 @@
 
 #include <VarnelStatusMenu/Menu/StatusMenuPanel.h>
 
+#include <QKeyEvent>
 #include <QVBoxLayout>
 
 #include <utility>
@@ -30,6 +31,14 @@ void StatusMenuWindow::setContent(const StatusItemContent& content) {
 void StatusMenuWindow::setStandsForItem(bool standsForItem) {
     if (std::exchange(m_standsForItem, standsForItem) != standsForItem) {
         Q_EMIT standsForItemChanged();
+    }
+}
+
+void StatusMenuWindow::keyPressEvent(QKeyEvent* event) {
+    if (event->matches(QKeySequence::Cancel) || event->matches(QKeySequence::Close)) {
+        close();
+    } else {
+        QWidget::keyPressEvent(event);
     }
 }
 

@@ -32,6 +32,10 @@ Q_SIGNALS:
     void commandChosen(Varnel::StatusMenuCommand command);
     void standsForItemChanged();
 
+protected:
+    /// Escape and the desktop's key for closing a window close it.
+    void keyPressEvent(QKeyEvent* event) override;
+
 private:
     StatusMenuPanel* m_panel;
     bool m_standsForItem = false;

@@ -185,6 +185,15 @@ TEST_F(StatusMenuPresenterTest, WindowFollowsTheMenuAndKeepsTheFocusedCommand) {
     EXPECT_FALSE(presenter.isWindowOpen());
 }
 
+TEST_F(StatusMenuPresenterTest, KeysCloseTheWindow) {
+    for (const QKeyCombination key : {QKeyCombination(Qt::Key_Escape), Qt::CTRL | Qt::Key_W}) {
+        presenter.showWindow();
+        press(shown<StatusMenuWindow>(), {Qt::Key_Down, key});
+        EXPECT_FALSE(presenter.isWindowOpen()) << key.key();
+        settle();
+    }
+}
+
 TEST(StatusPopupWindow, ClosesBeforeACommandOnEscapeAndWithoutFocus) {
     const struct {
         Keys keys; ///< none: another window becomes the active one
