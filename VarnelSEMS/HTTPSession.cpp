@@ -15,6 +15,13 @@ void HTTPRequest::setHeader(const QByteArray& name, const QByteArray& value) {
     }
 }
 
+std::optional<QByteArray> HTTPResponse::header(const QByteArray& name) const {
+    const auto found = std::find_if(headers.begin(), headers.end(), [&name](const auto& each) {
+        return each.first.compare(name, Qt::CaseInsensitive) == 0;
+    });
+    return found == headers.end() ? std::nullopt : std::optional(found->second);
+}
+
 QString absoluteString(const QUrl& url) {
     return url.toString(QUrl::FullyEncoded);
 }

@@ -32,6 +32,9 @@ struct HTTPResponse {
     std::optional<int> statusCode; ///< none when the reply was not an HTTP reply
     std::vector<std::pair<QByteArray, QByteArray>> headers;
     QByteArray body; ///< decoded, whole
+
+    /// The first of that name in any case; none when there is none.
+    std::optional<QByteArray> header(const QByteArray& name) const;
 };
 
 /// Sends HTTP requests. A port; the contract of every implementation:

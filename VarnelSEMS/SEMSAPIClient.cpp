@@ -11,6 +11,16 @@
 namespace Varnel {
 
 namespace {
+/// A path that the service asked to leave alone for a while may stand before one that does not exist.
+Error withRetryAfter(const Error& error, std::optional<std::chrono::seconds> retryAfter) {
+    if (!isCase<SEMSAPIError::NetworkStatus>(error)) {
+        return error;
+    }
+    auto status = std::get<SEMSAPIError::NetworkStatus>(error.as<SEMSAPIError>()->kind);
+    status.retryAfter = retryAfter;
+    return SEMSAPIError{status};
+}
+
 /// Shortens the request's deadline to what is left of the limit; false when nothing is left.
 bool fitsTimeLimit(SEMSRequest& request, const AttemptRules& rules, Seconds elapsed) {
     if (!rules.timeLimit) {
@@ -37,6 +47,14 @@ void logFailedAttempt(const SEMSRequest& request, const Error& error) {
 }
 } // namespace
 
+std::optional<std::chrono::seconds> AttemptOutcome::retryAfter() const {
+    std::optional<std::chrono::seconds> longest;
+    for (const Error& each : failures) {
+        longest = std::max(longest, retryAfterOf(each));
+    }
+    return longest;
+}
+
 Result<JSON> AttemptOutcome::result() && {
     if (reply) {
         return std::move(*reply);
@@ -45,7 +63,7 @@ Result<JSON> AttemptOutcome::result() && {
     if (carriedSession && refused != failures.end()) {
         return failure(*refused);
     }
-    return failure(failures.empty() ? Error(SEMSAPIError::invalidResponse()) : failures.back());
+    return failure(failures.empty() ? SEMSAPIError::invalidResponse() : withRetryAfter(failures.back(), retryAfter()));
 }
 
 SEMSAPIClient::SEMSAPIClient(QUrl baseURL, HTTPSession& session, const Clock& clock, SEMSEndpoints endpoints)
@@ -65,7 +83,7 @@ QCoro::Task<Result<JSON>> SEMSAPIClient::requestJSON(SEMSRequest request) {
     if (!response) {
         co_return failure(response.error());
     }
-    auto reply = judgedReply(*response, request);
+    auto reply = judgedReply(*response, request, m_clock.now());
     if (!reply) {
         co_return failure(withoutSecrets(reply.error(), secretsOf(request)));
     }

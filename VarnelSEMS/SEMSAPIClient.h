@@ -14,6 +14,7 @@
 #include <QString>
 #include <QUrl>
 
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -39,6 +40,9 @@ struct AttemptOutcome {
     std::vector<Error> failures; ///< of the first requests of the list, in order
     bool carriedSession = false; ///< the requests did
 
+    /// The longest that a failure asked for.
+    std::optional<std::chrono::seconds> retryAfter() const;
+
     /// The reply, else the last failure. But an expired session is one whatever a path says that no longer exists:
     /// where the requests carried a session, `authenticationFailed` comes before every other failure.
     /// `SEMSAPIError::invalidResponse` when nothing was tried.
@@ -63,7 +67,8 @@ public:
     SEMSAPIClient(QUrl baseURL, HTTPSession& session, const Clock& clock, SEMSEndpoints endpoints = SEMSEndpoints());
 
     /// Tries the token API on the configured base, then the portal on every candidate base; the first token wins.
-    /// Fails with `allSignInStrategiesFailed` and one line for each of the two.
+    /// Fails with `allSignInStrategiesFailed` and one line for each of the two; `isTransient` tells of that error
+    /// whether nothing judged the password.
     QCoro::Task<Result<SEMSSession>> signIn(QString account, QString password);
 
     /// The first station of `fetchPowerStations`, with its errors.

@@ -1,5 +1,6 @@
 #include <VarnelSEMS/SEMSAPIClient.h>
 
+#include <algorithm>
 #include <utility>
 
 namespace Varnel {
@@ -105,7 +106,11 @@ QCoro::Task<Result<SEMSSession>> SEMSAPIClient::signIn(QString account, QString 
     }
     const QStringList lines{QStringLiteral("OpenAPI: ") + byToken.error().localizedDescription(),
                             QStringLiteral("Portal API: ") + byPortal.error().localizedDescription()};
-    co_return failure(SEMSAPIError::allSignInStrategiesFailed(lines));
+    SEMSAPIError::AllSignInStrategiesFailed failed{lines};
+    // The token API refuses whoever has no account there, so its word on the password is none.
+    failed.wasJudged = !isTransient(byPortal.error());
+    failed.retryAfter = std::max(retryAfterOf(byToken.error()), retryAfterOf(byPortal.error()));
+    co_return failure(SEMSAPIError{failed});
 }
 
 QCoro::Task<Result<SEMSSession>> SEMSAPIClient::signInOpenAPI(QString account, QString password) {
@@ -128,7 +133,10 @@ QCoro::Task<Result<SEMSSession>> SEMSAPIClient::signInLegacyPortal(QString accou
     };
     const auto outcome = co_await tryInOrder(requests, std::move(rules));
     if (!outcome.reply) {
-        co_return failure(SEMSAPIError::allSignInStrategiesFailed(attemptLines(requests, outcome.failures)));
+        SEMSAPIError::AllSignInStrategiesFailed failed{attemptLines(requests, outcome.failures)};
+        failed.wasJudged = !std::all_of(outcome.failures.begin(), outcome.failures.end(), isTransient);
+        failed.retryAfter = outcome.retryAfter();
+        co_return failure(SEMSAPIError{failed});
     }
     const SEMSRequest& answered = requests[outcome.failures.size()];
     session->apiBaseURL = resolveLegacyAPIBase(*outcome.reply, answered.baseURL);

@@ -1,5 +1,8 @@
 #include <VarnelSEMS/SEMSAPIError.h>
 
+#include <VarnelShared/JSON.h>
+#include <VarnelShared/URLError.h>
+
 namespace Varnel {
 
 namespace {
@@ -30,6 +33,30 @@ struct Description {
 
 QString SEMSAPIError::localizedDescription() const {
     return std::visit(Description(), kind);
+}
+
+bool isTransient(const Error& error) {
+    if (const auto* known = error.as<SEMSAPIError>()) {
+        if (const auto* status = std::get_if<SEMSAPIError::NetworkStatus>(&known->kind)) {
+            const int code = status->statusCode;
+            return (code >= 300 && code < 400) || code == 429 || code >= 500;
+        }
+        const auto* signIn = std::get_if<SEMSAPIError::AllSignInStrategiesFailed>(&known->kind);
+        return signIn != nullptr && !signIn->wasJudged;
+    }
+    return error.as<URLError>() != nullptr || error.as<JSONError>() != nullptr;
+}
+
+std::optional<std::chrono::seconds> retryAfterOf(const Error& error) {
+    if (const auto* known = error.as<SEMSAPIError>()) {
+        if (const auto* status = std::get_if<SEMSAPIError::NetworkStatus>(&known->kind)) {
+            return status->retryAfter;
+        }
+        if (const auto* signIn = std::get_if<SEMSAPIError::AllSignInStrategiesFailed>(&known->kind)) {
+            return signIn->retryAfter;
+        }
+    }
+    return std::nullopt;
 }
 
 } // namespace Varnel

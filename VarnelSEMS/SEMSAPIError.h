@@ -5,6 +5,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <chrono>
+#include <optional>
 #include <variant>
 
 namespace Varnel {
@@ -19,6 +21,11 @@ struct SEMSAPIError {
     struct NetworkStatus {
         int statusCode = 0; ///< the HTTP status, outside 200…299 and neither 401 nor 403
         QString body;       ///< empty when it was not UTF-8 text
+
+        /// How long the service asked not to be asked again, with this status (429 or 503) or with one before it in the
+        /// same call; a day at most.
+        std::optional<std::chrono::seconds> retryAfter = std::nullopt;
+
         bool operator==(const NetworkStatus&) const = default;
     };
     struct API {
@@ -27,6 +34,11 @@ struct SEMSAPIError {
     };
     struct AllSignInStrategiesFailed {
         QStringList lines; ///< one per failed attempt, in order
+
+        /// False when every attempt of the portal failed in a way that `isTransient`: then nothing says that the
+        /// password is wrong.
+        bool wasJudged = true;
+        std::optional<std::chrono::seconds> retryAfter = std::nullopt; ///< the longest of the attempts
         bool operator==(const AllSignInStrategiesFailed&) const = default;
     };
     struct InvalidResponse {
@@ -47,7 +59,10 @@ struct SEMSAPIError {
     Kind kind;
 
     static SEMSAPIError invalidConfiguration(const QString& message) { return {InvalidConfiguration{message}}; }
-    static SEMSAPIError networkStatus(int statusCode, const QString& body) { return {NetworkStatus{statusCode, body}}; }
+    static SEMSAPIError networkStatus(int statusCode, const QString& body,
+                                      std::optional<std::chrono::seconds> retryAfter = std::nullopt) {
+        return {NetworkStatus{statusCode, body, retryAfter}};
+    }
     static SEMSAPIError api(const QString& message) { return {API{message}}; }
     static SEMSAPIError allSignInStrategiesFailed(const QStringList& lines) {
         return {AllSignInStrategiesFailed{lines}};
@@ -66,6 +81,14 @@ struct SEMSAPIError {
 
     bool operator==(const SEMSAPIError&) const = default;
 };
+
+/// Whether the call may well succeed later as it is: there was no connection, the service was overloaded or broken (429
+/// or 500 and above), or somebody else answered in its place, as the login page of a hotel does (a redirection away
+/// from the origin, a body that is not JSON). For a sign-in: whether nothing judged the password.
+bool isTransient(const Error& error);
+
+/// How long the service asked not to be asked again; none when it did not.
+std::optional<std::chrono::seconds> retryAfterOf(const Error& error);
 
 /// Whether an error of any module is this case.
 template <typename Case>

@@ -3,7 +3,11 @@
 #include <VarnelSEMS/SEMSAPIError.h>
 #include <VarnelSEMS/SEMSJSONSearch.h>
 
+#include <QDateTime>
 #include <QStringDecoder>
+
+#include <algorithm>
+#include <chrono>
 
 namespace Varnel {
 
@@ -12,6 +16,28 @@ QString textOrNothing(const QByteArray& bytes) {
     QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
     const QString text = decoder(bytes);
     return decoder.hasError() ? QString() : text;
+}
+
+/// A date of HTTP, which is always in GMT; invalid for any other text.
+QDateTime httpDate(const QByteArray& text) {
+    return QDateTime::fromString(QString::fromLatin1(text).replace(QLatin1String(" GMT"), QLatin1String(" +0000")),
+                                 Qt::RFC2822Date);
+}
+
+/// RFC 9110, 10.2.3: a number of seconds or a date. None for anything else, and for a date that has passed.
+std::optional<std::chrono::seconds> retryAfter(const HTTPResponse& response, Timestamp now) {
+    const QByteArray text = response.header("Retry-After").value_or(QByteArray()).trimmed();
+    bool isNumber = false;
+    qint64 seconds = text.toLongLong(&isNumber);
+    if (const QDateTime date = httpDate(text); date.isValid()) {
+        // By the service's own clock: that of the machine may be hours off.
+        const QDateTime sent = httpDate(response.header("Date").value_or(QByteArray()));
+        seconds = (sent.isValid() ? sent : now.toDateTime()).secsTo(date);
+    } else if (!isNumber) {
+        return std::nullopt;
+    }
+    constexpr qint64 day = 24 * 60 * 60;
+    return seconds < 0 ? std::nullopt : std::optional(std::chrono::seconds(std::min(seconds, day)));
 }
 
 /// A blank message is none: a failure without a reason would show as no failure at all.
@@ -64,7 +90,7 @@ Result<void> validateEnvelope(const JSON& reply) {
     return {};
 }
 
-Result<JSON> judgedReply(const HTTPResponse& response, const SEMSRequest& request) {
+Result<JSON> judgedReply(const HTTPResponse& response, const SEMSRequest& request, Timestamp now) {
     if (!response.statusCode) {
         return failure(SEMSAPIError::invalidResponse());
     }
@@ -73,7 +99,9 @@ Result<JSON> judgedReply(const HTTPResponse& response, const SEMSRequest& reques
         return failure(SEMSAPIError::authenticationFailed());
     }
     if (status < 200 || status > 299) {
-        return failure(SEMSAPIError::networkStatus(status, textOrNothing(response.body)));
+        const bool mayAskToWait = status == 429 || status == 503;
+        return failure(SEMSAPIError::networkStatus(status, textOrNothing(response.body),
+                                                   mayAskToWait ? retryAfter(response, now) : std::nullopt));
     }
     auto reply = parseJSON(response.body);
     if (reply) {

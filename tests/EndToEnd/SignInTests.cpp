@@ -51,6 +51,34 @@ TEST_F(SignInEndToEnd, WhenAllFailsTheErrorTellsEveryAttempt) {
               "/alternate/api/v1/Common/CrossLogin: SEMS API returned HTTP 500: oops");
 }
 
+TEST_F(SignInEndToEnd, TheErrorTellsWhetherThePortalJudgedThePassword) {
+    const struct {
+        const char* name;
+        std::function<void()> portal;
+        bool wasJudged;
+    } rows[] = {
+        {"broken", [this] { answer(QStringLiteral("*"), 503); }, false},
+        {"busy", [this] { answer(QStringLiteral("*"), 429); }, false},
+        {"a login page", [this] { disturb(FaultKind::html); }, false},
+        {"gone", [this] { disturb(FaultKind::close); }, false},
+        {"wrong password", [] {}, true},
+        {"refused by one",
+         [this] {
+             answer(QStringLiteral("/default/*v1*"), 401);
+             answer(QStringLiteral("*"), 503);
+         },
+         true},
+        {"accepted without a token", [this] { answer(QStringLiteral("*"), 200, QStringLiteral("{}")); }, true},
+    };
+    simulator.behaviour().password = QStringLiteral("another one");
+    mayOverlap = true;
+    for (const auto& row : rows) {
+        simulator.behaviour().faults.clear();
+        row.portal();
+        EXPECT_EQ(isTransient(signIn().error()), !row.wasJudged) << row.name;
+    }
+}
+
 TEST_F(SignInEndToEnd, LaterCallsGoToTheRegionThatThePortalNames) {
     simulator.behaviour().region = QStringLiteral("eu");
     const SEMSSession session = signedIn(SEMSAuthMode::legacyPortal);
