@@ -26,16 +26,6 @@ bool decode(const JSON& value, double& number) {
     return true;
 }
 
-bool decode(const JSON& value, std::int64_t& number) {
-    double wide = 0;
-    constexpr double limit = 9223372036854775808.0;
-    if (!decode(value, wide) || wide != std::trunc(wide) || wide < -limit || wide >= limit) {
-        return false;
-    }
-    number = static_cast<std::int64_t>(wide);
-    return true;
-}
-
 bool decode(const JSON& value, Timestamp& instant) {
     return decode(value, instant.secondsSinceReferenceDate);
 }
@@ -78,8 +68,8 @@ bool decode(const JSON& value, OutputHistorySnapshot& snapshot) {
 }
 
 bool decode(const JSON& value, OutputHistoryArchive& archive) {
-    std::int64_t version = 0;
-    return decodeMember(value, "version", version) && decodeMember(value, "snapshots", archive.snapshots);
+    const auto version = value.find("version"); // whichever it is
+    return version != value.end() && integerOf(*version) && decodeMember(value, "snapshots", archive.snapshots);
 }
 
 /// Nearly always the plain notation; very large and very small numbers take the exponent that other JSON coders give

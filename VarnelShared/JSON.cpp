@@ -4,6 +4,7 @@
 #include <QStringDecoder>
 
 #include <bit>
+#include <cmath>
 #include <span>
 #include <string>
 #include <utility>
@@ -143,6 +144,12 @@ QByteArray serializedJSON(const JSON& value) {
 }
 
 std::optional<std::int64_t> integerOf(const JSON& value) {
+    if (value.is_number_float()) {
+        constexpr double limit = 9223372036854775808.0; // 2^63
+        const double number = value.get<double>();
+        const bool isWhole = number == std::trunc(number) && number >= -limit && number < limit;
+        return isWhole ? std::optional(static_cast<std::int64_t>(number)) : std::nullopt;
+    }
     const bool fits = value.is_number_unsigned() ? value.get<std::uint64_t>() <= INT64_MAX : value.is_number_integer();
     return fits ? std::optional(value.get<std::int64_t>()) : std::nullopt;
 }

@@ -39,7 +39,8 @@ QByteArray serializedJSON(const JSON& value);
 /// The text of a JSON string; empty for any other value.
 QString textOf(const JSON& value);
 
-/// A number written without a fraction; none for any other value and for one that 64 bits with a sign do not hold.
+/// A number with a whole value, also one written as 300.0 or 3e2; none for any other value and for one that 64 bits
+/// with a sign do not hold.
 std::optional<std::int64_t> integerOf(const JSON& value);
 
 inline std::string toUtf8(const QString& text) {

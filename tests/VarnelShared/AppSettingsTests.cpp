@@ -40,11 +40,20 @@ TEST(AppSettings, MissingAndNullKeysTakeTheirDefaults) {
     EXPECT_EQ(decoded(R"({"pollIntervalSeconds": 30})"), expected);
 }
 
+TEST(AppSettings, AWholeNumberIsAnIntegerHoweverItIsWritten) {
+    for (const char* written : {"600", "600.0", "6e2", "6.0E+2", "6000e-1"}) {
+        const QByteArray text = QByteArray(R"({"pollIntervalSeconds":)") + written + '}';
+        EXPECT_EQ(decoded(text.constData()).pollIntervalSeconds, 600) << written;
+    }
+    EXPECT_EQ(decoded(R"({"pollIntervalSeconds":-9223372036854775808.0})").pollIntervalSeconds, INT64_MIN);
+}
+
 TEST(AppSettings, AWrongTypeOrAnUnknownCaseFailsTheWholeDecode) {
-    for (const char* text : {"", "[]", "3", "{", R"({"chartScaleMode": "Fixed"})", R"({"iconAppearanceMode": ""})",
-                             R"({"pollIntervalSeconds": "300"})", R"({"pollIntervalSeconds": 300.5})",
-                             R"({"pollIntervalSeconds": true})", R"({"pollIntervalSeconds": 9223372036854775808})",
-                             R"({"showDockIcon": 1})", R"({"account": 5})", R"({"chartScaleMode": 0})"}) {
+    for (const char* text :
+         {"", "[]", "3", "{", R"({"chartScaleMode": "Fixed"})", R"({"iconAppearanceMode": ""})",
+          R"({"pollIntervalSeconds": "300"})", R"({"pollIntervalSeconds": 300.5})", R"({"pollIntervalSeconds": true})",
+          R"({"pollIntervalSeconds": 9223372036854775808})", R"({"pollIntervalSeconds": 9223372036854775808.0})",
+          R"({"showDockIcon": 1})", R"({"account": 5})", R"({"chartScaleMode": 0})"}) {
         EXPECT_FALSE(decodeAppSettings(text).has_value()) << text;
     }
 }
