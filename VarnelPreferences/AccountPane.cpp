@@ -29,6 +29,21 @@ StateLine::Sign signOf(ConnectionState::Kind kind) {
     }
     return StateLine::Sign::none;
 }
+
+QString textOf(AccountNotices notices) {
+    QStringList texts;
+    if (notices.testFlag(AccountNotice::passwordNotDeleted)) {
+        texts +=
+            AccountPane::tr("The password could not be deleted. Start or unlock the keyring, then sign out again.");
+    }
+    if (notices.testFlag(AccountNotice::passwordNotStored)) {
+        texts += AccountPane::tr("The password could not be stored. Start or unlock the keyring, then save again.");
+    }
+    if (notices.testFlag(AccountNotice::settingsNotStored)) {
+        texts += AccountPane::tr("The settings could not be stored. Make room on the disk, then save again.");
+    }
+    return texts.join(QLatin1Char('\n'));
+}
 } // namespace
 
 AccountPane::AccountPane(PreferencesForm& form)
@@ -40,6 +55,7 @@ AccountPane::AccountPane(PreferencesForm& form)
     , m_reveal(new QPushButton(tr("Sho&w")))
     , m_advanced(new QToolButton)
     , m_state(new StateLine(paneColumns))
+    , m_notices(new StateLine(paneColumns))
     , m_progress(new QProgressBar)
     , m_signOut(new QPushButton(tr("S&ign Out")))
     , m_save(new QPushButton(tr("Save and &Connect")))
@@ -49,12 +65,15 @@ AccountPane::AccountPane(PreferencesForm& form)
     layout->addLayout(m_fields);
     layout->addSpacing(8);
     layout->addWidget(m_state);
+    layout->addWidget(m_notices);
     layout->addStretch();
     layout->addLayout(buildButtons());
     connect(m_account, &QLineEdit::textEdited, this, &AccountPane::followAccount);
     connect(&form, &PreferencesForm::connectionChanged, this, &AccountPane::showConnection);
+    connect(&form, &PreferencesForm::accountNoticesChanged, this, &AccountPane::showNotices);
     connect(&form, &PreferencesForm::signedOut, this, &AccountPane::handleSignedOut);
     setAdvancedShown(false);
+    showNotices();
     showConnection();
 }
 
@@ -145,6 +164,7 @@ void AccountPane::followAccount(const QString& account) {
 
 void AccountPane::handleSave() {
     m_form.save({m_baseURL->text(), m_account->text(), m_password->text(), m_stationID->text()});
+    m_stationID->setModified(false); // what was typed is this account's station now
 }
 
 void AccountPane::handleSignedOut() {
@@ -157,6 +177,13 @@ void AccountPane::showConnection() {
     const ConnectionState& connection = m_form.connection();
     m_state->setState(signOf(connectionKind(connection)), connectionText(connection));
     setBusy(connection.isConnecting);
+    m_signOut->setEnabled(m_form.canSignOut());
+}
+
+void AccountPane::showNotices() {
+    const AccountNotices notices = m_form.accountNotices();
+    m_notices->setState(StateLine::Sign::warning, textOf(notices));
+    m_notices->setVisible(notices != AccountNotices());
     m_signOut->setEnabled(m_form.canSignOut());
 }
 

@@ -38,6 +38,7 @@ private:
     void handleSave();
     void handleSignedOut();
     void showConnection();
+    void showNotices();
     void setBusy(bool isBusy);
 
     PreferencesForm& m_form;
@@ -48,6 +49,7 @@ private:
     QPushButton* m_reveal;
     QToolButton* m_advanced;
     StateLine* m_state;
+    StateLine* m_notices;
     QProgressBar* m_progress;
     QPushButton* m_signOut;
     QPushButton* m_save;

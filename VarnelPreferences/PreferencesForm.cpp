@@ -43,6 +43,7 @@ void PreferencesForm::save(const AccountFields& fields) {
     m_draft.password = fields.password;
     m_draft.stationID = fields.stationID;
     m_handedOn = m_draft;
+    setAccountNotices({});
     setConnection(
         {.isConnecting = true, .isConnected = m_connection.isConnected, .hasError = false, .errorMessage = {}});
     const auto task = std::make_shared<QCoro::Task<bool>>(m_handlers.save(m_draft));
@@ -76,6 +77,7 @@ void PreferencesForm::signOut() {
     }
     m_draft.password.clear();
     m_handedOn.password.clear();
+    setAccountNotices({});
     updateConnection(false, false, {});
     Q_EMIT signedOut();
     m_handlers.signOut();
@@ -83,7 +85,8 @@ void PreferencesForm::signOut() {
 
 bool PreferencesForm::canSignOut() const {
     return !m_connection.isConnecting &&
-           (m_connection.isConnected || m_connection.hasError || !m_draft.password.isEmpty());
+           (m_connection.isConnected || m_connection.hasError || !m_draft.password.isEmpty() ||
+            m_accountNotices.testFlag(AccountNotice::passwordNotDeleted));
 }
 
 void PreferencesForm::updateConnection(bool isConnected, bool hasError, const QString& errorMessage) {
@@ -100,6 +103,12 @@ void PreferencesForm::setConnection(const ConnectionState& connection) {
 void PreferencesForm::setNotificationPermission(NotificationPermission permission) {
     m_notificationPermission = permission;
     Q_EMIT notificationPermissionChanged();
+}
+
+void PreferencesForm::setAccountNotices(AccountNotices notices) {
+    if (std::exchange(m_accountNotices, notices) != notices) {
+        Q_EMIT accountNoticesChanged();
+    }
 }
 
 void PreferencesForm::refuseLaunchAtLogin(const QString& description, bool actualState) {

@@ -63,11 +63,15 @@ public:
     /// Forgets the password, then asks for the sign-out.
     void signOut();
 
-    /// Whether there is a session, a failure or a password to sign out of.
+    /// Whether there is a session, a failure or a password to sign out of, also one that could not be deleted.
     bool canSignOut() const;
 
     void updateConnection(bool isConnected, bool hasError, const QString& errorMessage);
     void setNotificationPermission(NotificationPermission permission);
+
+    /// What could not be kept or removed, until the next save or sign-out begins.
+    AccountNotices accountNotices() const { return m_accountNotices; }
+    void setAccountNotices(AccountNotices notices);
 
     /// Takes the switch back to what the system reports. That is not an edit.
     void refuseLaunchAtLogin(const QString& description, bool actualState);
@@ -81,6 +85,7 @@ public:
 Q_SIGNALS:
     void connectionChanged();
     void notificationPermissionChanged();
+    void accountNoticesChanged();
     void launchAtLoginRefused(const QString& description);
     void signedOut();
 
@@ -96,6 +101,7 @@ private:
     std::unique_ptr<OneShotTimer> m_pause;
     ConnectionState m_connection;
     std::optional<NotificationPermission> m_notificationPermission;
+    AccountNotices m_accountNotices;
     bool m_isDetached = false;
 };
 

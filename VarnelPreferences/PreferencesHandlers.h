@@ -3,6 +3,7 @@
 #include <VarnelShared/AppSettings.h>
 
 #include <QCoroTask>
+#include <QFlags>
 
 #include <functional>
 
@@ -18,6 +19,11 @@ enum class NotificationPermission {
     denied,
     authorized,
 };
+
+/// What the Account pane says under the connection because something could not be kept or removed.
+enum class AccountNotice { passwordNotStored = 1, passwordNotDeleted = 2, settingsNotStored = 4 };
+Q_DECLARE_FLAGS(AccountNotices, AccountNotice)
+Q_DECLARE_OPERATORS_FOR_FLAGS(AccountNotices)
 
 /// What the preferences window asks of its owner. All are called on the main thread and may destroy the window's
 /// controller. `save`, `autoSave` and `signOut` must be set.

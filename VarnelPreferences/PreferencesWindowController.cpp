@@ -182,6 +182,10 @@ void PreferencesWindowController::updateConnectionState(bool isConnected, bool h
     m_window->form().updateConnection(isConnected, hasConnectionError, errorMessage);
 }
 
+void PreferencesWindowController::showAccountNotices(AccountNotices notices) {
+    m_window->form().setAccountNotices(notices);
+}
+
 void PreferencesWindowController::setNotificationPermission(NotificationPermission permission) {
     m_window->form().setNotificationPermission(permission);
 }

@@ -36,6 +36,11 @@ public:
     /// `errorMessage` is shown behind "Connection error"; it may be empty.
     void updateConnectionState(bool isConnected, bool hasConnectionError, const QString& errorMessage = {});
 
+    /// Says under the connection what could not be kept or removed, each with the next step, until the user saves or
+    /// signs out again; none takes the line away. With a password that could not be deleted the sign-out stays
+    /// possible.
+    void showAccountNotices(AccountNotices notices);
+
     /// The line under the notification switches. Until the first call there is none.
     void setNotificationPermission(NotificationPermission permission);
 

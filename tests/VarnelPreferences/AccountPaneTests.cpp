@@ -1,6 +1,7 @@
 #include "PreferencesWindowTest.h"
 
 #include <QApplication>
+#include <QLabel>
 
 namespace Varnel {
 namespace {
@@ -20,6 +21,50 @@ TEST_F(AccountPaneTest, AnotherAccountHasAnotherStationUnlessOneIsTyped) {
     QTest::keyClicks(field("Station ID"), QStringLiteral("7"));
     QTest::keyClicks(field("Account"), QStringLiteral("2"));
     EXPECT_EQ(field("Station ID")->text(), QStringLiteral("17"));
+    button("Save and Connect")->click();
+    owner.endSave(true);
+    Testing::settle();
+    QTest::keyClicks(field("Account"), QStringLiteral("3"));
+    EXPECT_EQ(field("Station ID")->text(), QString()) << "the typed one was saved for the account before";
+    QTest::keyClick(field("Account"), Qt::Key_Backspace);
+    EXPECT_EQ(field("Station ID")->text(), QStringLiteral("17"));
+}
+
+TEST_F(AccountPaneTest, WhatCouldNotBeKeptOrRemovedIsSaidUntilTheNextTry) {
+    open(PreferencesInitialTab::account);
+    const auto notice = [this] {
+        QString shown;
+        for (const auto* label : tabs()->currentWidget()->findChildren<QLabel*>()) {
+            shown += label->isVisible() && label->text().contains(QStringLiteral("could not be")) ? label->text()
+                                                                                                  : QString();
+        }
+        return shown;
+    };
+    const int height = window()->height();
+    controller->showAccountNotices(AccountNotice::passwordNotDeleted | AccountNotice::settingsNotStored);
+    Testing::settle();
+    EXPECT_EQ(notice(),
+              QStringLiteral("The password could not be deleted. Start or unlock the keyring, then sign out again.\n"
+                             "The settings could not be stored. Make room on the disk, then save again."));
+    EXPECT_GT(window()->height(), height) << "the window makes room";
+    EXPECT_TRUE(button("Sign Out")->isEnabled()) << "though nobody is connected";
+
+    button("Sign Out")->click();
+    EXPECT_EQ(owner.signOuts, 1);
+    EXPECT_EQ(notice(), QString());
+    EXPECT_FALSE(button("Sign Out")->isEnabled());
+    controller->showAccountNotices(AccountNotice::passwordNotStored);
+    EXPECT_EQ(notice(),
+              QStringLiteral("The password could not be stored. Start or unlock the keyring, then save again."));
+    EXPECT_FALSE(button("Sign Out")->isEnabled());
+    button("Save and Connect")->click();
+    EXPECT_EQ(notice(), QString());
+    controller->showAccountNotices(AccountNotice::passwordNotStored); // by the save that goes on
+    owner.endSave(true);
+    Testing::settle();
+    EXPECT_NE(notice(), QString());
+    controller->showAccountNotices({});
+    EXPECT_EQ(notice(), QString());
 }
 
 TEST_F(AccountPaneTest, ReturnInAFieldSavesAndTheFieldsRestWhileSigningIn) {
