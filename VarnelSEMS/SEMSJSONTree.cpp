@@ -10,9 +10,64 @@ char lower(char c) {
     return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }
 
+/// As `normalizedKey(key) == wanted`, without making the text: it runs once per member and key of every search. From
+/// the end, where keys that begin alike differ.
+bool matches(std::string_view key, std::string_view wanted) {
+    std::size_t left = wanted.size();
+    for (auto c = key.rbegin(); c != key.rend(); ++c) {
+        if (*c == '_') {
+            continue;
+        }
+        if (left == 0 || lower(*c) != wanted[left - 1]) {
+            return false;
+        }
+        --left;
+    }
+    return left == 0;
+}
+
 bool acceptsAll(const JSON& /*value*/) {
     return true;
 }
+
+class FirstValues {
+public:
+    explicit FirstValues(std::span<const std::string_view> keys)
+        : m_keys(keys)
+        , m_found(keys.size(), nullptr)
+        , m_missing(keys.size()) {}
+
+    void walk(const JSON& tree) {
+        if (const auto* object = tree.get_ptr<const JSON::object_t*>()) {
+            for (const auto& [key, value] : *object) {
+                note(key, value);
+            }
+            for (auto member = object->begin(); m_missing > 0 && member != object->end(); ++member) {
+                walk(member->second);
+            }
+        } else if (const auto* array = tree.get_ptr<const JSON::array_t*>()) {
+            for (auto element = array->begin(); m_missing > 0 && element != array->end(); ++element) {
+                walk(*element);
+            }
+        }
+    }
+
+    std::vector<const JSON*> take() { return std::move(m_found); }
+
+private:
+    void note(std::string_view key, const JSON& value) {
+        for (std::size_t i = 0; i < m_keys.size(); ++i) {
+            if (m_found[i] == nullptr && matches(key, m_keys[i])) {
+                m_found[i] = &value;
+                --m_missing;
+            }
+        }
+    }
+
+    std::span<const std::string_view> m_keys;
+    std::vector<const JSON*> m_found;
+    std::size_t m_missing;
+};
 
 /// One step down from a value to one that it holds.
 struct Step {
@@ -66,19 +121,8 @@ void follow(const JSON& tree, std::span<const Step> steps, std::vector<const JSO
 }
 } // namespace
 
-// Without making the text: it runs once per member and key of every search.
 bool matchesKey(std::string_view key, std::string_view normalizedKey) {
-    std::size_t matched = 0;
-    for (const char c : key) {
-        if (c == '_') {
-            continue;
-        }
-        if (matched == normalizedKey.size() || lower(c) != normalizedKey[matched]) {
-            return false;
-        }
-        ++matched;
-    }
-    return matched == normalizedKey.size();
+    return matches(key, normalizedKey);
 }
 
 bool namesInverters(std::string_view key) {
@@ -100,7 +144,7 @@ std::string normalizedKey(std::string_view key) {
 SEMSJSONMember firstMember(const JSON& tree, std::string_view normalizedKey, bool (*accepts)(const JSON& value)) {
     if (const auto* object = tree.get_ptr<const JSON::object_t*>()) {
         for (const auto& [key, value] : *object) {
-            if (matchesKey(key, normalizedKey) && accepts(value)) {
+            if (matches(key, normalizedKey) && accepts(value)) {
                 return {&value, &tree};
             }
         }
@@ -144,10 +188,16 @@ const JSON* firstValue(const JSON& tree, std::string_view normalizedKey) {
     return firstMember(tree, normalizedKey, acceptsAll).value;
 }
 
+std::vector<const JSON*> firstValues(const JSON& tree, std::span<const std::string_view> normalizedKeys) {
+    FirstValues search(normalizedKeys);
+    search.walk(tree);
+    return search.take();
+}
+
 const JSON* ownValue(const JSON& object, std::string_view normalizedKey, bool (*accepts)(const JSON& value)) {
     if (const auto* members = object.get_ptr<const JSON::object_t*>()) {
         for (const auto& [key, value] : *members) {
-            if (matchesKey(key, normalizedKey) && accepts(value)) {
+            if (matches(key, normalizedKey) && accepts(value)) {
                 return &value;
             }
         }

@@ -2,6 +2,7 @@
 
 #include <VarnelShared/JSON.h>
 
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -43,6 +44,9 @@ std::vector<SEMSJSONMember> firstMemberOfEveryInverter(const JSON& tree, std::st
 
 /// The first member with the key whatever its value, in the same order.
 const JSON* firstValue(const JSON& tree, std::string_view normalizedKey);
+
+/// What `firstValue` finds for each of the keys, by one walk: null where it finds none.
+std::vector<const JSON*> firstValues(const JSON& tree, std::span<const std::string_view> normalizedKeys);
 
 /// The object's own first member with the key whose value is accepted, nothing below it; null when there is none or
 /// `object` is no object.

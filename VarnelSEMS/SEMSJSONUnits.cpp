@@ -43,8 +43,7 @@ std::optional<double> kilowattsIn(const QString& unit, double value) {
 }
 
 QString unitText(const JSON& tree, std::initializer_list<std::string_view> normalizedKeys) {
-    for (const std::string_view key : normalizedKeys) {
-        const JSON* found = firstValue(tree, key);
+    for (const JSON* found : firstValues(tree, {normalizedKeys.begin(), normalizedKeys.size()})) {
         if (const std::optional<QString> text = found ? coerceToString(*found) : std::nullopt) {
             return *text;
         }
