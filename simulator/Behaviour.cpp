@@ -1,194 +1,8 @@
 #include <simulator/Behaviour.h>
 
-#include <algorithm>
+#include <simulator/JSONMembers.h>
 
 namespace Varnel::Simulator {
-
-namespace {
-Result<void> wrong(const QString& expectation) {
-    return failure(SimulatorError{expectation});
-}
-
-/// One member of a JSON object and the field of `Owner` it stands for.
-template <typename Owner>
-struct Member {
-    const char* name;
-    Result<void> (*assign)(Owner&, const JSON&);
-    JSON (*json)(const Owner&); ///< null where the member is an order rather than a state
-};
-
-/// Specialised for each record with an array `list` of its members.
-template <typename Record>
-struct Members;
-
-/// How a type is written in JSON; here that of a record. What an object leaves out stays as it is.
-template <typename T>
-struct Value {
-    static Result<void> assign(T& record, const JSON& object) {
-        if (!object.is_object()) {
-            return wrong(QStringLiteral("a JSON object is expected"));
-        }
-        for (const auto& [key, value] : object.items()) {
-            const Result<void> applied = assignMember(record, key, value);
-            if (!applied) {
-                const QString why = applied.error().localizedDescription();
-                return wrong(QStringLiteral("%1: %2").arg(QString::fromStdString(key), why));
-            }
-        }
-        return {};
-    }
-
-    static JSON json(const T& record) {
-        JSON object = JSON::object();
-        for (const Member<T>& member : Members<T>::list) {
-            if (member.json) {
-                object[member.name] = member.json(record);
-            }
-        }
-        return object;
-    }
-
-private:
-    static Result<void> assignMember(T& record, const std::string& key, const JSON& value) {
-        const auto& list = Members<T>::list;
-        const auto member =
-            std::find_if(std::begin(list), std::end(list), [&key](const auto& each) { return key == each.name; });
-        return member == std::end(list) ? wrong(QStringLiteral("there is no such setting"))
-                                        : member->assign(record, value);
-    }
-};
-
-template <>
-struct Value<QString> {
-    static Result<void> assign(QString& field, const JSON& value) {
-        if (!value.is_string()) {
-            return wrong(QStringLiteral("a text is expected"));
-        }
-        field = textOf(value);
-        return {};
-    }
-    static JSON json(const QString& field) { return toUtf8(field); }
-};
-
-template <>
-struct Value<bool> {
-    static Result<void> assign(bool& field, const JSON& value) {
-        if (!value.is_boolean()) {
-            return wrong(QStringLiteral("true or false is expected"));
-        }
-        field = value.get<bool>();
-        return {};
-    }
-    static JSON json(bool field) { return field; }
-};
-
-template <>
-struct Value<double> {
-    static Result<void> assign(double& field, const JSON& value) {
-        if (!value.is_number()) {
-            return wrong(QStringLiteral("a number is expected"));
-        }
-        field = value.get<double>();
-        return {};
-    }
-    static JSON json(double field) { return field; }
-};
-
-/// Counts and sizes: none is negative or larger than a million.
-template <>
-struct Value<int> {
-    static Result<void> assign(int& field, const JSON& value) {
-        constexpr int largest = 1000000;
-        if (!value.is_number_integer() || value.get<double>() < 0 || value.get<double>() > largest) {
-            return wrong(QStringLiteral("an integer from 0 to %1 is expected").arg(largest));
-        }
-        field = value.get<int>();
-        return {};
-    }
-    static JSON json(int field) { return field; }
-};
-
-template <typename Count, typename Period>
-struct Value<std::chrono::duration<Count, Period>> {
-    static Result<void> assign(std::chrono::duration<Count, Period>& field, const JSON& value) {
-        using Number = std::conditional_t<std::is_floating_point_v<Count>, double, int>;
-        Number number = 0;
-        const Result<void> assigned = Value<Number>::assign(number, value);
-        field = std::chrono::duration<Count, Period>(number);
-        return assigned;
-    }
-    static JSON json(std::chrono::duration<Count, Period> field) { return field.count(); }
-};
-
-template <typename E>
-requires std::is_enum_v<E>
-struct Value<E> {
-    static Result<void> assign(E& field, const JSON& value) {
-        const std::optional<E> found = fromRawValue<E>(textOf(value));
-        if (!found) {
-            QStringList names;
-            for (const auto& entry : allCases<E>()) {
-                names << QString::fromUtf8(entry.rawValue);
-            }
-            return wrong(QStringLiteral("one of %1 is expected").arg(names.join(QStringLiteral(", "))));
-        }
-        field = *found;
-        return {};
-    }
-    static JSON json(E field) { return toUtf8(rawValue(field)); }
-};
-
-template <typename T>
-struct Value<std::optional<T>> {
-    static Result<void> assign(std::optional<T>& field, const JSON& value) {
-        if (value.is_null()) {
-            field.reset();
-            return {};
-        }
-        return Value<T>::assign(field.emplace(), value);
-    }
-    static JSON json(const std::optional<T>& field) { return field ? Value<T>::json(*field) : JSON(nullptr); }
-};
-
-template <typename List>
-requires requires(List list) {
-    list.push_back(list.front());
-}
-struct Value<List> {
-    static Result<void> assign(List& field, const JSON& value) {
-        if (!value.is_array()) {
-            return wrong(QStringLiteral("a list is expected"));
-        }
-        field.clear();
-        for (const JSON& element : value) {
-            typename List::value_type item{};
-            if (const Result<void> assigned = Value<typename List::value_type>::assign(item, element); !assigned) {
-                return assigned;
-            }
-            field.push_back(std::move(item));
-        }
-        return {};
-    }
-    static JSON json(const List& field) {
-        JSON array = JSON::array();
-        for (const auto& item : field) {
-            array.push_back(Value<typename List::value_type>::json(item));
-        }
-        return array;
-    }
-};
-
-/// The member `name` of a field, which is reached from `Owner` by a path of pointers to members.
-template <typename Owner, auto... path>
-constexpr Member<Owner> member(const char* name) {
-    return {name,
-            [](Owner& owner, const JSON& value) {
-                return Value<std::remove_cvref_t<decltype((owner.*....*path))>>::assign((owner.*....*path), value);
-            },
-            [](const Owner& owner) {
-                return Value<std::remove_cvref_t<decltype((owner.*....*path))>>::json((owner.*....*path));
-            }};
-}
 
 template <>
 struct Members<Fault> {
@@ -199,6 +13,7 @@ struct Members<Fault> {
         member<Fault, &Fault::contentType>("contentType"),
         member<Fault, &Fault::count>("count"),
         member<Fault, &Fault::status>("status"),
+        member<Fault, &Fault::retryAfter>("retryAfter"),
         member<Fault, &Fault::text>("text"),
         member<Fault, &Fault::code>("code"),
         member<Fault, &Fault::bytesPerSecond>("bytesPerSecond"),
@@ -212,9 +27,15 @@ struct Members<SimulatedStation> {
         member<SimulatedStation, &SimulatedStation::id>("id"),
         member<SimulatedStation, &SimulatedStation::name>("name"),
         member<SimulatedStation, &SimulatedStation::capacityKW>("capacityKW"),
+        Member<SimulatedStation>{"inverters",
+                                 [](SimulatedStation& station, const JSON& value) {
+                                     return assignBounded<1, 100>(station.inverters, value);
+                                 },
+                                 member<SimulatedStation, &SimulatedStation::inverters>("").json},
     };
 };
 
+namespace {
 /// What a change works on.
 struct Target {
     SettingsChange change;
@@ -222,15 +43,19 @@ struct Target {
 };
 
 Result<void> assignStations(Target& target, const JSON& value) {
-    std::vector<SimulatedStation>& stations = target.change.behaviour.stations;
-    if (value.is_array()) {
-        return Value<std::vector<SimulatedStation>>::assign(stations, value);
-    }
     int count = 0;
-    if (!Value<int>::assign(count, value) || static_cast<std::size_t>(count) > builtInStationCount) {
+    if (!value.is_array() && (!Value<int>::assign(count, value) || count > builtInStationCount)) {
         return wrong(QStringLiteral("a list or a number up to %1 is expected").arg(builtInStationCount));
     }
-    stations = builtInStations(static_cast<std::size_t>(count));
+    // What an entry of a list leaves out is that of the built-in station in its place.
+    std::vector<SimulatedStation> stations = builtInStations(value.is_array() ? static_cast<int>(value.size()) : count);
+    for (std::size_t i = 0; value.is_array() && i < value.size(); ++i) {
+        stations.resize(std::max(stations.size(), i + 1));
+        if (const Result<void> assigned = Value<SimulatedStation>::assign(stations[i], value[i]); !assigned) {
+            return assigned;
+        }
+    }
+    target.change.behaviour.stations = std::move(stations);
     return {};
 }
 
@@ -241,13 +66,11 @@ Result<void> assignScript(Target& target, const JSON& value) {
 
 /// Bounded, because trees are walked recursively.
 Result<void> assignNesting(Target& target, const JSON& value) {
-    constexpr int deepest = 100;
-    int levels = 0;
-    if (!Value<int>::assign(levels, value) || levels > deepest) {
-        return wrong(QStringLiteral("an integer from 0 to %1 is expected").arg(deepest));
-    }
-    target.change.behaviour.shape.nesting = levels;
-    return {};
+    return assignBounded<0, 100>(target.change.behaviour.shape.nesting, value);
+}
+
+Result<void> assignWattDecimals(Target& target, const JSON& value) {
+    return assignBounded<0, 3>(target.change.behaviour.wattDecimals, value);
 }
 
 Result<void> assignTime(Target& target, const JSON& value) {
@@ -274,24 +97,32 @@ constexpr Member<Target> assignedBy(Result<void> (*assign)(Target&, const JSON&)
     return {member.name, assign, member.json};
 }
 
+} // namespace
+
 template <>
 struct Members<Target> {
     static constexpr std::array list = {
         setting<&Behaviour::account>("account"),
         setting<&Behaviour::password>("password"),
         setting<&Behaviour::families>("families"),
+        setting<&Behaviour::servedPaths>("servedPaths"),
+        setting<&Behaviour::region>("region"),
         setting<&Behaviour::rejection>("rejection"),
         setting<&Behaviour::expiry>("expiry"),
-        setting<&Behaviour::region>("region"),
+        setting<&Behaviour::sessionLifetime>("sessionSeconds"),
+        setting<&Behaviour::sessionRequests>("sessionRequests"),
         assignedBy(assignStations, setting<&Behaviour::stations>("stations")),
         assignedBy(assignScript, setting<&Behaviour::powerScript>("powerKW")),
         setting<&Behaviour::todayOutputKWh>("todayOutputKWh"),
+        setting<&Behaviour::nightWatts>("nightWatts"),
+        assignedBy(assignWattDecimals, setting<&Behaviour::wattDecimals>("wattDecimals")),
         setting<&Behaviour::timeOffset>("timeOffsetSeconds"),
         setting<&Behaviour::shape, &ReplyShape::units>("units"),
         setting<&Behaviour::shape, &ReplyShape::keys>("keys"),
         assignedBy(assignNesting, setting<&Behaviour::shape, &ReplyShape::nesting>("nesting")),
         setting<&Behaviour::shape, &ReplyShape::detailSize>("detailSize"),
         setting<&Behaviour::shape, &ReplyShape::detailTellsEnergy>("detailTellsEnergy"),
+        setting<&Behaviour::shape, &ReplyShape::powerTexts>("powerTexts"),
         setting<&Behaviour::shape, &ReplyShape::dayForm>("dayForm"),
         setting<&Behaviour::faults>("faults"),
         Member<Target>{"time", assignTime, nullptr},
@@ -301,7 +132,6 @@ struct Members<Target> {
         Member<Target>{"clearLog", member<Target, &Target::change, &SettingsChange::clearLog>("").assign, nullptr},
     };
 };
-} // namespace
 
 Result<SettingsChange> changed(Behaviour behaviour, const JSON& settings, const QDateTime& now) {
     Target target{{std::move(behaviour)}, now};

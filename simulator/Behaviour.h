@@ -18,22 +18,28 @@ enum class ServedFamilies { both, token, portal };
 /// How a wrong password is refused.
 enum class Rejection { envelope, missingToken, status };
 
-/// How a session is refused that is unknown or has expired.
-enum class Expiry { status, envelope };
+/// How a session is refused that is unknown or has expired. The service itself tells it in the envelope of a success.
+enum class Expiry { code100002, text100002, code100001, status401 };
 
 /// What the simulated service does: everything that can be told to it. Changes hold from the next request on.
 struct Behaviour {
     QString account = QStringLiteral("demo@example.com");
     QString password = QStringLiteral("sunshine");
     ServedFamilies families = ServedFamilies::both;
-    Rejection rejection = Rejection::envelope;
-    Expiry expiry = Expiry::status;
+    QStringList servedPaths; ///< when not empty, all but these paths with their query (* stands for anything) are 404
     QString region; ///< when not empty, portal sessions live below /<region>/api/ and the sign-in reply says so
+
+    Rejection rejection = Rejection::envelope;
+    Expiry expiry = Expiry::code100002;
+    std::optional<Seconds> sessionLifetime; ///< by the simulator's clock; none: until it is told to end
+    std::optional<int> sessionRequests;     ///< the calls after which a session has expired; none: no limit
 
     std::vector<SimulatedStation> stations = builtInStations(2);
     std::deque<double> powerScript;       ///< in kW; each monitor detail takes one, the last stays; empty: the sun
     std::optional<double> todayOutputKWh; ///< none: what the sun has made
-    Seconds timeOffset{0};                ///< from the machine's clock to the simulator's
+    double nightWatts = 0;                ///< the power while there is no sun; some inverters report a few below 0
+    int wattDecimals = 0;                 ///< powers are told to the watt (0) or to a tenth of it (1), up to 3
+    Seconds timeOffset{0};                ///< from the clock that the simulator was given to its own
 
     ReplyShape shape;
     std::vector<Fault> faults; ///< the first that matches a request counts
@@ -80,8 +86,10 @@ struct RawValueTable<Simulator::Rejection> {
 template <>
 struct RawValueTable<Simulator::Expiry> {
     static constexpr std::array cases = {
-        RawValueCase{Simulator::Expiry::status, "status", "HTTP 401"},
-        RawValueCase{Simulator::Expiry::envelope, "envelope", "code 100002"},
+        RawValueCase{Simulator::Expiry::code100002, "100002", "HTTP 200 with the code as a number"},
+        RawValueCase{Simulator::Expiry::text100002, "100002-text", "HTTP 200 with the code as a text"},
+        RawValueCase{Simulator::Expiry::code100001, "100001", "HTTP 200 with the other code"},
+        RawValueCase{Simulator::Expiry::status401, "401", "HTTP 401"},
     };
 };
 

@@ -1,7 +1,5 @@
 #include <simulator/Fault.h>
 
-#include <QRegularExpression>
-
 namespace Varnel::Simulator {
 
 namespace {
@@ -19,8 +17,12 @@ Reply failureReply(const Fault& fault) {
 }
 
 Reply statusReply(const Fault& fault) {
-    return {
+    Reply reply{
         .status = fault.status.value_or(500), .contentType = "text/plain; charset=utf-8", .body = fault.text.toUtf8()};
+    if (!fault.retryAfter.isEmpty()) {
+        reply.headers.emplace_back("Retry-After", fault.retryAfter.toUtf8());
+    }
+    return reply;
 }
 
 Reply redirection(const Fault& fault) {
@@ -90,11 +92,7 @@ Transmission transmission(const Fault& fault) {
 } // namespace
 
 bool Fault::matches(const ServiceRequest& request) const {
-    const QString wildcards = QRegularExpression::escape(path).replace(QStringLiteral("\\*"), QStringLiteral(".*"));
-    const QRegularExpression pattern(QRegularExpression::anchoredPattern(wildcards),
-                                     QRegularExpression::CaseInsensitiveOption);
-    return pattern.match(QString::fromUtf8(request.target)).hasMatch() &&
-           (method.isEmpty() || method.toUtf8() == request.method) &&
+    return request.matches(path) && (method.isEmpty() || method.toUtf8() == request.method) &&
            QString::fromUtf8(request.header("Content-Type")).contains(contentType, Qt::CaseInsensitive);
 }
 

@@ -41,6 +41,7 @@ struct Fault {
     std::optional<int> count;           ///< how many more requests are met; none: all
 
     std::optional<int> status;          ///< of `status` (none: 500) and `redirect` (none: 302)
+    QString retryAfter;                 ///< when not empty, the Retry-After of `status`: seconds or a date
     QString text;                       ///< the body of `status`, the place of `redirect`, the message of `envelope`
     QString code;                       ///< of `envelope`; empty reports hasError instead
     std::chrono::milliseconds delay{0}; ///< before the first byte, with every kind

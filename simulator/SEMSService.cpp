@@ -1,11 +1,13 @@
 #include <simulator/SEMSService.h>
 
 #include <algorithm>
+#include <cmath>
 
 namespace Varnel::Simulator {
 
 namespace {
 constexpr int brokenRequestCode = 100000;
+constexpr int otherExpiredSessionCode = 100001;
 constexpr int expiredSessionCode = 100002;
 constexpr int wrongPasswordCode = 100005;
 
@@ -66,7 +68,7 @@ Reply SEMSService::answer(const ServiceRequest& request) {
 
 Reply SEMSService::rightReply(const ServiceRequest& request) {
     const std::optional<Route> route = routeOf(request.path());
-    if (!route || !serves(route->operation)) {
+    if (!route || !serves(route->operation) || !servesPath(request)) {
         return htmlStatus(404, "404 - File or directory not found.");
     }
     if (!(request.method == "GET" ? route->acceptsGet : request.method == "POST" && route->acceptsPost)) {
@@ -113,14 +115,25 @@ bool SEMSService::serves(Operation operation) const {
     return !isTokenOperation(operation);
 }
 
-bool SEMSService::isSignedIn(const Route& route, const ServiceRequest& request) const {
+bool SEMSService::servesPath(const ServiceRequest& request) const {
+    const QStringList& paths = m_behaviour.servedPaths;
+    return paths.isEmpty() ||
+           std::any_of(paths.begin(), paths.end(), [&request](const QString& path) { return request.matches(path); });
+}
+
+bool SEMSService::isSignedIn(const Route& route, const ServiceRequest& request) {
+    const SessionLimits limits{m_behaviour.sessionLifetime, m_behaviour.sessionRequests};
     if (isTokenOperation(route.operation)) {
         const QString token = QString::fromUtf8(request.header("token"));
-        return m_sessions.knowsToken(token) && bearerToken(request) == token;
+        return bearerToken(request) == token && m_sessions.admitToken(token, limits, now());
     }
     const JSON header = portalHeader(request);
-    return !header.is_null() && m_sessions.knows({textOf(header["uid"]), header["timestamp"].get<std::int64_t>(),
-                                                  textOf(header["token"]), route.region});
+    if (header.is_null()) {
+        return false;
+    }
+    const IssuedSession session{textOf(header["uid"]), header["timestamp"].get<std::int64_t>(), textOf(header["token"]),
+                                route.region};
+    return m_sessions.admit(session, limits, now());
 }
 
 bool SEMSService::knowsAccount(const Parameters& parameters) const {
@@ -129,13 +142,18 @@ bool SEMSService::knowsAccount(const Parameters& parameters) const {
 }
 
 Reply SEMSService::refusedSession() const {
+    const char* message = "The authorization has expired, please log in again.";
     switch (m_behaviour.expiry) {
-    case Expiry::status:
-        return denied();
-    case Expiry::envelope:
+    case Expiry::code100002:
+        return refusal(expiredSessionCode, message);
+    case Expiry::text100002:
+        return refusal(std::to_string(expiredSessionCode), message);
+    case Expiry::code100001:
+        return refusal(otherExpiredSessionCode, message);
+    case Expiry::status401:
         break;
     }
-    return refusal(expiredSessionCode, "The authorization has expired, please log in again.");
+    return denied();
 }
 
 Reply SEMSService::refusedPassword() const {
@@ -154,7 +172,7 @@ Reply SEMSService::signInToken(const Parameters& parameters) {
     if (!knowsAccount(parameters)) {
         return refusedPassword();
     }
-    const IssuedSession session = m_sessions.issue(now().toMSecsSinceEpoch(), {});
+    const IssuedSession session = m_sessions.issue(now(), {});
     return jsonReply(filledReply("sign-in-token.json", {{"token", session.token.toStdString()}}));
 }
 
@@ -167,7 +185,7 @@ Reply SEMSService::signInPortal(const Route& route, const ServiceRequest& reques
         return refusedPassword();
     }
     const QString region = m_behaviour.region.isEmpty() ? route.region : m_behaviour.region;
-    const IssuedSession session = m_sessions.issue(now().toMSecsSinceEpoch(), region);
+    const IssuedSession session = m_sessions.issue(now(), region);
     JSON values = {
         {"uid", session.uid.toStdString()}, {"timestamp", session.timestamp}, {"token", session.token.toStdString()}};
     // The service does not always name the base; here it does when there is another one than the one that was asked.
@@ -214,10 +232,10 @@ Reply SEMSService::day(const Parameters& parameters) const {
     if (date > present.date()) {
         return success(JSON::object());
     }
-    const double capacityKW = found->capacityKW;
-    const double sunKWh = SunCurve::energyKWh(capacityKW, until);
+    const SimulatedStation& station = *found;
     const bool isToday = date == present.date();
-    const DayRecord record{date, until, [capacityKW](QTime time) { return SunCurve::powerKW(capacityKW, time); },
+    const double sunKWh = SunCurve::energyKWh(station.capacityKW, until);
+    const DayRecord record{date, until, [this, &station](QTime time) { return powerKW(station, time); },
                            isToday ? m_behaviour.todayOutputKWh.value_or(sunKWh) : sunKWh};
     return success(dayOutput(record, m_behaviour.shape));
 }
@@ -229,12 +247,22 @@ const SimulatedStation* SEMSService::station(const QString& id) const {
     return found == all.end() ? nullptr : &*found;
 }
 
+double SEMSService::powerKW(const SimulatedStation& station, QTime time) const {
+    const double sunKW = SunCurve::powerKW(station.capacityKW, time);
+    return toResolution(sunKW > 0 ? sunKW : m_behaviour.nightWatts / 1000);
+}
+
+double SEMSService::toResolution(double kilowatts) const {
+    const double steps = 1000 * std::pow(10, m_behaviour.wattDecimals);
+    return std::round(kilowatts * steps) / steps;
+}
+
 StationReading SEMSService::reading(const SimulatedStation& station) const {
     const QTime time = now().time();
-    const double sunKW = SunCurve::powerKW(station.capacityKW, time);
-    const double sunKWh = SunCurve::energyKWh(station.capacityKW, time);
-    return {station, m_behaviour.powerScript.empty() ? sunKW : m_behaviour.powerScript.front(),
-            m_behaviour.todayOutputKWh.value_or(sunKWh)};
+    const auto& script = m_behaviour.powerScript;
+    return {station, script.empty() ? powerKW(station, time) : toResolution(script.front()),
+            m_behaviour.todayOutputKWh.value_or(SunCurve::energyKWh(station.capacityKW, time)),
+            m_behaviour.wattDecimals};
 }
 
 } // namespace Varnel::Simulator

@@ -29,7 +29,8 @@ private:
     Reply rightReply(const ServiceRequest& request);
     Reply dispatch(const Route& route, const ServiceRequest& request, const Parameters& parameters);
     bool serves(Operation operation) const;
-    bool isSignedIn(const Route& route, const ServiceRequest& request) const;
+    bool servesPath(const ServiceRequest& request) const;
+    bool isSignedIn(const Route& route, const ServiceRequest& request);
     bool knowsAccount(const Parameters& parameters) const;
     Reply refusedSession() const;
     Reply refusedPassword() const;
@@ -41,6 +42,8 @@ private:
     Reply day(const Parameters& parameters) const;
 
     const SimulatedStation* station(const QString& id) const;
+    double powerKW(const SimulatedStation& station, QTime time) const;
+    double toResolution(double kilowatts) const;
     StationReading reading(const SimulatedStation& station) const;
 
     const Clock& m_clock;

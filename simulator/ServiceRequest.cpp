@@ -2,6 +2,8 @@
 
 #include <VarnelShared/JSON.h>
 
+#include <QRegularExpression>
+
 namespace Varnel::Simulator {
 
 namespace {
@@ -106,6 +108,13 @@ Result<void> addBody(Values& values, const ServiceRequest& request) {
 QByteArray ServiceRequest::path() const {
     const qsizetype query = target.indexOf('?');
     return query < 0 ? target : target.first(query);
+}
+
+bool ServiceRequest::matches(const QString& pattern) const {
+    const QString wildcards = QRegularExpression::escape(pattern).replace(QStringLiteral("\\*"), QStringLiteral(".*"));
+    const QRegularExpression expression(QRegularExpression::anchoredPattern(wildcards),
+                                        QRegularExpression::CaseInsensitiveOption);
+    return expression.match(QString::fromUtf8(target)).hasMatch();
 }
 
 QByteArray ServiceRequest::header(const QByteArray& name) const {

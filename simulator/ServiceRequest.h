@@ -32,6 +32,9 @@ struct ServiceRequest {
 
     QByteArray path() const; ///< the target without its query
 
+    /// Whether the target is the pattern in any case; * stands for anything.
+    bool matches(const QString& pattern) const;
+
     /// The value of the first header with this name in any case; empty when there is none.
     QByteArray header(const QByteArray& name) const;
 };

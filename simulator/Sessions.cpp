@@ -6,19 +6,34 @@
 
 namespace Varnel::Simulator {
 
-IssuedSession Sessions::issue(std::int64_t timestamp, const QString& region) {
+IssuedSession Sessions::issue(const QDateTime& now, const QString& region) {
     const auto fresh = [] { return QUuid::createUuid().toString(QUuid::WithoutBraces); };
-    m_alive.push_back({fresh(), timestamp, fresh().remove(u'-'), region});
-    return m_alive.back();
+    m_alive.push_back({{fresh(), now.toMSecsSinceEpoch(), fresh().remove(u'-'), region}});
+    return m_alive.back().session;
 }
 
-bool Sessions::knowsToken(const QString& token) const {
-    return std::any_of(m_alive.begin(), m_alive.end(),
-                       [&token](const IssuedSession& session) { return session.token == token; });
+template <typename Predicate>
+bool Sessions::admitWhere(Predicate isMeant, const SessionLimits& limits, const QDateTime& now) {
+    const auto found =
+        std::find_if(m_alive.begin(), m_alive.end(), [&isMeant](const Alive& each) { return isMeant(each.session); });
+    if (found == m_alive.end()) {
+        return false;
+    }
+    const Seconds age(static_cast<double>(now.toMSecsSinceEpoch() - found->session.timestamp) / 1000);
+    if ((limits.lifetime && age >= *limits.lifetime) || (limits.requests && found->requests >= *limits.requests)) {
+        m_alive.erase(found);
+        return false;
+    }
+    ++found->requests;
+    return true;
 }
 
-bool Sessions::knows(const IssuedSession& session) const {
-    return std::find(m_alive.begin(), m_alive.end(), session) != m_alive.end();
+bool Sessions::admitToken(const QString& token, const SessionLimits& limits, const QDateTime& now) {
+    return admitWhere([&token](const IssuedSession& each) { return each.token == token; }, limits, now);
+}
+
+bool Sessions::admit(const IssuedSession& session, const SessionLimits& limits, const QDateTime& now) {
+    return admitWhere([&session](const IssuedSession& each) { return each == session; }, limits, now);
 }
 
 void Sessions::expireAll() {

@@ -1,8 +1,9 @@
 #pragma once
 
-#include <QString>
+#include <VarnelShared/Timestamp.h>
 
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 namespace Varnel::Simulator {
@@ -17,18 +18,33 @@ struct IssuedSession {
     bool operator==(const IssuedSession&) const = default;
 };
 
+/// How long a session is good for.
+struct SessionLimits {
+    std::optional<Seconds> lifetime;
+    std::optional<int> requests;
+};
+
 /// The sessions that are alive. A sign-in ends no earlier session of the account.
 class Sessions {
 public:
-    IssuedSession issue(std::int64_t timestamp, const QString& region);
+    IssuedSession issue(const QDateTime& now, const QString& region);
 
-    bool knowsToken(const QString& token) const;
-    bool knows(const IssuedSession& session) const;
+    /// Whether a call that carries this token, or all of this session, may pass; the session notes that it did.
+    bool admitToken(const QString& token, const SessionLimits& limits, const QDateTime& now);
+    bool admit(const IssuedSession& session, const SessionLimits& limits, const QDateTime& now);
 
     void expireAll();
 
 private:
-    std::vector<IssuedSession> m_alive;
+    struct Alive {
+        IssuedSession session;
+        int requests = 0; ///< that have passed
+    };
+
+    template <typename Predicate>
+    bool admitWhere(Predicate isMeant, const SessionLimits& limits, const QDateTime& now);
+
+    std::vector<Alive> m_alive;
 };
 
 } // namespace Varnel::Simulator

@@ -49,13 +49,18 @@ double rounded(double value) {
     return std::round(value * 1000) / 1000;
 }
 
+/// Without what is left over from calculating with a power or an energy.
+double clean(double value) {
+    return std::round(value * 1e6) / 1e6;
+}
+
 std::string fixed(double value, int decimals) {
     return QString::number(value, 'f', decimals).toStdString();
 }
 
 /// Twelve significant digits at most, without an exponent for what a station measures.
 QString decimal(double value) {
-    return QString::number(rounded(value), 'g', 12);
+    return QString::number(clean(value), 'g', 12);
 }
 
 struct Unit {
@@ -70,13 +75,13 @@ void setQuantity(JSON& values, const std::string& name, double value, UnitStyle 
         values[name + "Unit"] = unit.small;
         [[fallthrough]];
     case UnitStyle::watts:
-        values[name] = rounded(value * 1000);
+        values[name] = clean(value * 1000);
         return;
     case UnitStyle::kilowattsAndUnit:
         values[name + "Unit"] = unit.large;
         [[fallthrough]];
     case UnitStyle::kilowatts:
-        values[name] = rounded(value);
+        values[name] = clean(value);
         return;
     case UnitStyle::wattText:
         values[name] = decimal(value * 1000).toStdString() + " " + unit.small;
@@ -107,52 +112,73 @@ UnitStyle energyStyle(UnitStyle style) {
     return style;
 }
 
-void setPower(JSON& values, double kilowatts, UnitStyle style) {
-    setQuantity(values, "power", kilowatts, style, {"W", "kW"});
-}
-
-void setEnergy(JSON& values, double kilowattHours, UnitStyle style) {
-    setQuantity(values, "energy", kilowattHours, energyStyle(style), {"Wh", "kWh"});
+/// Whether a style speaks of kilowatts: then the texts beside its numbers do too.
+bool isInKilowatts(UnitStyle style) {
+    switch (style) {
+    case UnitStyle::wattsAndUnit:
+    case UnitStyle::watts:
+    case UnitStyle::wattText:
+        return false;
+    case UnitStyle::kilowattsAndUnit:
+    case UnitStyle::kilowatts:
+    case UnitStyle::kilowattText:
+    case UnitStyle::commaText:
+        break;
+    }
+    return true;
 }
 
 std::string dateTimeText(const QDateTime& time) {
     return time.toString(QStringLiteral("MM/dd/yyyy HH:mm:ss")).toStdString();
 }
 
-/// What every reply about a station is filled with.
+/// What every reply about a station is filled with, or about one of its inverters.
 JSON stationValues(const StationReading& reading, UnitStyle units) {
-    const auto& [station, powerKW, todayKWh] = reading;
-    JSON values = {{"stationID", station.id.toStdString()},
-                   {"stationName", station.name.toStdString()},
-                   {"firstLetter", station.name.left(1).toStdString()},
-                   {"capacityKW", station.capacityKW},
-                   {"status", powerKW > 0 ? 1 : -1},
-                   {"todayKWh", rounded(todayKWh)},
-                   {"monthKWh", rounded(todayKWh * 21)},
-                   {"totalKWh", rounded(todayKWh * 2900)},
-                   {"income", rounded(todayKWh * 0.08)},
-                   {"totalIncome", rounded(todayKWh * 232)},
-                   // Power per kW of capacity: not the power of the station.
-                   {"powerPerCapacity", station.capacityKW > 0 ? rounded(powerKW / station.capacityKW) : 0.0}};
-    setPower(values, powerKW, units);
-    setEnergy(values, todayKWh, units);
+    const auto& [station, powerKW, todayKWh, wattDecimals] = reading;
+    JSON values = {
+        {"stationID", station.id.toStdString()},
+        {"stationName", station.name.toStdString()},
+        {"firstLetter", station.name.left(1).toStdString()},
+        {"capacityKW", station.capacityKW},
+        {"status", powerKW > 0 ? 1 : -1},
+        {"watts", clean(powerKW * 1000)},
+        {"producedWatts", fixed(std::max(0.0, powerKW) * 1000, 0)},
+        {"kilowattsText", fixed(powerKW, 3)},
+        {"powerText", isInKilowatts(units) ? decimal(powerKW).toStdString() + "kW" : fixed(powerKW * 1000, 0) + "W"},
+        {"generationText", "Generation Today: " + fixed(todayKWh, 1) + "kWh"},
+        {"todayKWh", rounded(todayKWh)},
+        {"monthKWh", rounded(todayKWh * 21)},
+        {"totalKWh", rounded(todayKWh * 2900)},
+        {"income", rounded(todayKWh * 0.08)},
+        {"totalIncome", rounded(todayKWh * 232)},
+        // Power per kW of capacity: not the power of the station.
+        {"powerPerCapacity", station.capacityKW > 0 ? rounded(powerKW / station.capacityKW) : 0.0}};
+    setQuantity(values, "power", powerKW, units, {"W", "kW"});
+    setQuantity(values, "energy", rounded(todayKWh), energyStyle(units), {"Wh", "kWh"});
     return values;
 }
 
-JSON inverterValues(const StationReading& reading) {
-    const std::string energy = fixed(reading.todayKWh, 1) + "kWh";
-    return {{"number", 1},
-            {"watts", rounded(reading.powerKW * 1000)},
-            {"wattsText", fixed(std::max(0.0, reading.powerKW) * 1000, 0)},
-            {"kilowattsText", fixed(reading.powerKW, 3)},
-            {"energyText", energy},
-            {"generationText", "Generation Today: " + energy}};
+/// Leaves out what the shape does not tell in a monitor detail.
+JSON told(JSON values, const ReplyShape& shape) {
+    if (!shape.detailTellsEnergy) {
+        for (const char* name : {"energy", "energyUnit", "generationText"}) {
+            values.erase(name);
+        }
+    }
+    if (!shape.powerTexts) {
+        values.erase("powerText");
+    }
+    return values;
 }
 
-void leaveOutEnergy(JSON& values) {
-    for (const char* name : {"energy", "energyUnit", "energyText", "generationText"}) {
-        values.erase(name);
+JSON inverters(const StationReading& reading, const ReplyShape& shape) {
+    JSON list = JSON::array();
+    for (const StationReading& each : inverterReadings(reading)) {
+        JSON values = told(stationValues(each, shape.units), shape);
+        values["number"] = list.size() + 1;
+        list.push_back(std::move(values));
     }
+    return list;
 }
 
 JSON forecast(int days, QDate today) {
@@ -177,7 +203,7 @@ QTime timeOfSample(int index) {
 }
 
 double wattsAt(const DayRecord& day, QTime time) {
-    return rounded(std::max(0.0, day.powerKW(time)) * 1000);
+    return clean(std::max(0.0, day.powerKW(time)) * 1000);
 }
 
 JSON samples(const DayRecord& day) {
@@ -212,7 +238,7 @@ JSON filledDay(const DayRecord& day, const ReplyShape& shape) {
     switch (shape.dayForm) {
     case DayForm::samples:
         values["samples"] = samples(day);
-        setEnergy(values, day.energyKWh, shape.units);
+        setQuantity(values, "energy", rounded(day.energyKWh), energyStyle(shape.units), {"Wh", "kWh"});
         return filledReply("day-samples.json", values);
     case DayForm::lines:
         return filledReply("day-lines.json", {{"points", points(day)}, {"energyText", fixed(day.energyKWh, 1)}});
@@ -240,19 +266,13 @@ JSON stationList(const std::vector<StationReading>& readings, ListPage page, Lis
 
 JSON monitorDetail(const StationReading& reading, const ReplyShape& shape, const QDateTime& now) {
     const bool isLarge = shape.detailSize == DetailSize::large;
-    JSON values = stationValues(reading, shape.units);
+    JSON values = told(stationValues(reading, shape.units), shape);
     values["time"] = dateTimeText(now);
     values["timeUTC"] = dateTimeText(now.toUTC());
     values["timeSpan"] = -now.offsetFromUtc() / 3600.0;
     values["forecast"] = forecast(isLarge ? 14 : 1, now.date());
     values["registers"] = registers(isLarge ? 93 : 2);
-    JSON inverter = inverterValues(reading);
-    values["wattsText"] = inverter["wattsText"];
-    if (!shape.detailTellsEnergy) {
-        leaveOutEnergy(values);
-        leaveOutEnergy(inverter);
-    }
-    values["inverters"] = JSON::array({std::move(inverter)});
+    values["inverters"] = inverters(reading, shape);
     JSON data = filledReply("monitor-detail.json", values);
     if (isLarge) {
         data.update(filledReply("monitor-detail-more-members.json"));

@@ -25,12 +25,13 @@ enum class DayForm { samples, lines, totals };
 
 /// The form of the replies; what they tell stays the same.
 struct ReplyShape {
-    UnitStyle units = UnitStyle::wattsAndUnit;
+    UnitStyle units = UnitStyle::watts; ///< as the service writes them: the power in watts, without a unit
     KeyStyle keys = KeyStyle::usual;
     DetailSize detailSize = DetailSize::usual;
     DayForm dayForm = DayForm::samples;
     int nesting = 0;               ///< further objects around the data of a monitor detail, up to 100
     bool detailTellsEnergy = true; ///< false leaves today's energy out of a monitor detail
+    bool powerTexts = true;        ///< false leaves the inverters' texts such as "381W" out of it
 
     bool operator==(const ReplyShape&) const = default;
 };
@@ -55,8 +56,8 @@ struct DayRecord {
 JSON stationList(const std::vector<StationReading>& readings, ListPage page, ListFamily family,
                  const ReplyShape& shape);
 
-/// The data of a monitor detail, the same in both families: the station, its key figures, the weather, the inverter
-/// with its registers and texts, the power flow, and the flags and nulls among which the real ones are found.
+/// The data of a monitor detail, the same in both families: the station, its key figures, the weather, the inverters
+/// with their registers and texts, the power flow, and the flags and nulls among which the real ones are found.
 JSON monitorDetail(const StationReading& reading, const ReplyShape& shape, const QDateTime& now);
 
 /// The data of a day call: a sample every five minutes, or the total alone.
@@ -90,7 +91,7 @@ struct RawValueTable<Simulator::KeyStyle> {
 template <>
 struct RawValueTable<Simulator::DetailSize> {
     static constexpr std::array cases = {
-        RawValueCase{Simulator::DetailSize::usual, "usual", "about 3 KB"},
+        RawValueCase{Simulator::DetailSize::usual, "usual", "about 3.5 KB"},
         RawValueCase{Simulator::DetailSize::large, "large", "about 24 KB"},
     };
 };

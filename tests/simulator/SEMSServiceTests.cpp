@@ -27,6 +27,7 @@ protected:
         return posted(path, serializedJSON(signInReply["data"]),
                       R"({"powerStationId":"6f1c2a34-58be-4d0e-9a57-2b8c41d7e001"})");
     }
+    static JSON codeOf(const Reply& reply) { return parseJSON(reply.body).value()["code"]; }
 
     Testing::HandTurnedTime time;
     SEMSService service{time};
@@ -36,16 +37,42 @@ TEST_F(SEMSServiceTest, APortalSessionCountsWithAllItsPartsInItsRegionAndUntilIt
     service.behaviour().region = QStringLiteral("eu");
     const JSON session = signIn();
     EXPECT_EQ(session["api"], "http://127.0.0.1:1/eu/api/");
-    EXPECT_EQ(detail(session).status, 401);
-    EXPECT_EQ(detail(session, QByteArray("/eu") + detailPath).status, 200);
+    EXPECT_EQ(codeOf(detail(session)), 100002);
+    EXPECT_EQ(codeOf(detail(session, QByteArray("/eu") + detailPath)), "0");
 
     JSON altered = session;
     altered["data"]["timestamp"] = 1;
-    EXPECT_EQ(detail(altered, QByteArray("/eu") + detailPath).status, 401);
+    EXPECT_EQ(codeOf(detail(altered, QByteArray("/eu") + detailPath)), 100002);
+}
 
-    service.behaviour().expiry = Expiry::envelope;
-    service.sessions().expireAll();
-    EXPECT_EQ(parseJSON(detail(session).body).value()["code"], 100002);
+TEST_F(SEMSServiceTest, ASessionEndsWhenItIsToldToAndIsRefusedAsChosen) {
+    const struct {
+        Expiry expiry;
+        int status;
+        JSON code;
+    } refusals[] = {{Expiry::code100002, 200, 100002},
+                    {Expiry::text100002, 200, "100002"},
+                    {Expiry::code100001, 200, 100001},
+                    {Expiry::status401, 401, nullptr}};
+    for (const auto& row : refusals) {
+        SCOPED_TRACE(qPrintable(rawValue(row.expiry)));
+        service.behaviour().expiry = row.expiry;
+        const JSON session = signIn();
+        service.sessions().expireAll();
+        EXPECT_EQ(detail(session).status, row.status);
+        EXPECT_EQ(codeOf(detail(session)), row.code);
+    }
+    service.behaviour().sessionLifetime = Seconds(2400);
+    service.behaviour().sessionRequests = 3;
+    const JSON aged = signIn();
+    time.advance(Seconds(2399));
+    EXPECT_EQ(detail(aged).status, 200);
+    time.advance(Seconds(1));
+    EXPECT_EQ(detail(aged).status, 401);
+    const JSON used = signIn();
+    for (const int status : {200, 200, 200, 401, 401}) {
+        EXPECT_EQ(detail(used).status, status);
+    }
 }
 
 TEST_F(SEMSServiceTest, WhatIsNotServedIsNotFound) {
@@ -58,6 +85,10 @@ TEST_F(SEMSServiceTest, WhatIsNotServedIsNotFound) {
     }
     service.behaviour().families = ServedFamilies::portal;
     EXPECT_EQ(posted("/api/OpenApi/GetToken", {}, "{}").status, 404);
+    service.behaviour().servedPaths = QStringList{QStringLiteral("*CrossLogin"), QStringLiteral("*/v1/*Detail*")};
+    const JSON session = signIn();
+    EXPECT_EQ(detail(session).status, 404);
+    EXPECT_EQ(detail(session, "/api/v1/PowerStation/GetMonitorDetailByPowerstationId").status, 200);
 }
 
 TEST_F(SEMSServiceTest, AFaultMeetsWhatItNamesAsOftenAsItSays) {
@@ -67,8 +98,11 @@ TEST_F(SEMSServiceTest, AFaultMeetsWhatItNamesAsOftenAsItSays) {
     const JSON session = signIn();
     EXPECT_EQ(detail(session).status, 200);
     service.behaviour().faults.front().count = 1;
-    EXPECT_EQ(detail(session).status, 500);
-    EXPECT_NEAR(detail(session).body.size(), 3000, 500);
+    service.behaviour().faults.front().retryAfter = QStringLiteral("120");
+    const Reply disturbed = detail(session);
+    EXPECT_EQ(disturbed.status, 500);
+    EXPECT_EQ(disturbed.headers, (decltype(disturbed.headers){{"Retry-After", "120"}}));
+    EXPECT_NEAR(detail(session).body.size(), 3500, 500);
     service.behaviour().shape.detailSize = DetailSize::large;
     EXPECT_NEAR(detail(session).body.size(), 24000, 2000);
 }

@@ -27,6 +27,16 @@ TEST(Settings, ApplyWhatTheyName) {
     EXPECT_TRUE(change->expireSessions);
 }
 
+TEST(Settings, AStationsMembersMayBeLeftOut) {
+    const JSON settings = {{"stations", {{{"inverters", 2}, {"capacityKW", 60}}, {{"name", "Barn"}}}}};
+    const auto stations = changed(Behaviour(), settings, morning).value().behaviour.stations;
+    std::vector<SimulatedStation> expected = builtInStations(2);
+    expected[0].inverters = 2;
+    expected[0].capacityKW = 60;
+    expected[1].name = QStringLiteral("Barn");
+    EXPECT_EQ(stations, expected);
+}
+
 TEST(Settings, ThoseOfABehaviourMakeItOutOfAnyOther) {
     Behaviour behaviour;
     behaviour.families = ServedFamilies::token;
@@ -36,6 +46,8 @@ TEST(Settings, ThoseOfABehaviourMakeItOutOfAnyOther) {
     behaviour.shape = {.units = UnitStyle::kilowatts, .nesting = 3, .detailTellsEnergy = false};
     behaviour.faults.emplace_back().delay = std::chrono::milliseconds(250);
     EXPECT_EQ(changed(Behaviour(), settingsOf(behaviour), morning).value().behaviour, behaviour);
+    behaviour.sessionLifetime = Seconds(2400);
+    behaviour.stations.front().inverters = 3;
     behaviour.todayOutputKWh = 5;
     EXPECT_EQ(changed(behaviour, settingsOf(Behaviour()), morning).value().behaviour, Behaviour());
 }
@@ -47,6 +59,7 @@ TEST(Settings, AWrongOneIsNamed) {
         {"stations", {{"stations", 99}}},
         {"time", {{"time", "25:00"}}},
         {"families", {{"families", "none"}}},
+        {"inverters", {{"stations", {{{"inverters", 0}}}}}},
         {"nesting", {{"nesting", 1000}}},
         {"fault", {{"fault", "cut"}}},
         {"fault: count", {{"fault", {{"kind", "cut"}, {"count", -1}}}}},
