@@ -64,8 +64,10 @@ QCoro::Task<void> PowerPollingService::pollOnce(std::shared_ptr<PowerPollingServ
     self->m_isPolling = true;
     const Result<PowerReading> result = co_await fetch(self);
     self->m_consecutiveFailures = result ? 0 : self->m_consecutiveFailures + 1;
+    self->m_leastDelay = Seconds(0);
     self->update(result);
-    self->scheduleNextPoll(self->delayAfterFailures());
+    const Seconds delay = delayAfterFailures(self->m_pollInterval, self->m_consecutiveFailures);
+    self->scheduleNextPoll(std::max(delay, self->m_leastDelay));
     self->m_isPolling = false;
 }
 
@@ -86,8 +88,12 @@ void PowerPollingService::update(const Result<PowerReading>& result) {
     }
 }
 
-Seconds PowerPollingService::delayAfterFailures() const {
-    return m_pollInterval * (1 << std::min(m_consecutiveFailures, lastDoubling));
+void PowerPollingService::waitAtLeast(Seconds delay) {
+    m_leastDelay = std::min(delay, delayAfterFailures(m_pollInterval, lastDoubling));
+}
+
+Seconds PowerPollingService::delayAfterFailures(Seconds pollInterval, int consecutiveFailures) {
+    return pollInterval * (1 << std::min(consecutiveFailures, lastDoubling));
 }
 
 } // namespace Varnel

@@ -38,13 +38,22 @@ public:
     /// next regular poll comes one delay after it.
     void refreshNow();
 
+    /// To be called by the update handler: the delay before the next poll is at least this long, but never longer than
+    /// sixteen intervals. It counts for that one poll.
+    void waitAtLeast(Seconds delay);
+
+    /// Whether the newest outcome was a failure; false again after `stop`.
+    bool isFailing() const { return m_consecutiveFailures > 0; }
+
+    /// The delay after so many failures in a row.
+    static Seconds delayAfterFailures(Seconds pollInterval, int consecutiveFailures);
+
 private:
     static void queuePoll(std::weak_ptr<PowerPollingService> service);
     static QCoro::Task<void> pollOnce(std::shared_ptr<PowerPollingService> self);
     static QCoro::Task<Result<PowerReading>> fetch(std::shared_ptr<PowerPollingService> self);
     void update(const Result<PowerReading>& result);
     void scheduleNextPoll(Seconds delay);
-    Seconds delayAfterFailures() const;
 
     const Seconds m_pollInterval;
     const FetchHandler m_fetchHandler;
@@ -54,6 +63,7 @@ private:
     bool m_running = false;
     bool m_isPolling = false;
     int m_consecutiveFailures = 0;
+    Seconds m_leastDelay{0}; ///< asked for with the newest outcome
 };
 
 } // namespace Varnel

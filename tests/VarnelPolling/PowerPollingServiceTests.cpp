@@ -89,6 +89,24 @@ TEST_F(PowerPollingServiceTest, BacksOffToSixteenIntervalsAndRecovers) {
     EXPECT_THAT(updates, ElementsAre(-1, -1, -1, -1, -1, 2.5, -1));
 }
 
+TEST_F(PowerPollingServiceTest, AnAskedForDelayMovesTheNextPollBackButNeverForwardAndNotForever) {
+    const std::pair<double, double> rows[] = {{30, 600}, {900, 1200}, {4000, 4000}, {1e9, 4800}};
+    start();
+    for (const auto& [asked, expected] : rows) {
+        onUpdate = [&, delay = asked] { service->waitAtLeast(Seconds(delay)); };
+        fail();
+        EXPECT_EQ(time.scheduledDelays().back(), expected) << asked;
+        EXPECT_TRUE(service->isFailing());
+        onUpdate = [] {};
+        time.advance(Seconds(expected));
+    }
+    fail();
+    EXPECT_EQ(time.scheduledDelays().back(), 4800) << "what was asked for counts for one poll";
+    time.advance(Seconds(4800));
+    succeed();
+    EXPECT_FALSE(service->isFailing());
+}
+
 TEST_F(PowerPollingServiceTest, DelaysBelowATenthOfASecondAreRaisedAndASecondStartIsIgnored) {
     service = makeService(Seconds(-5));
     service->start();
