@@ -22,13 +22,14 @@ std::vector<ApplicationMenuEntry> applicationMenuEntries() {
     return {
         entry(ApplicationCommand::about, QStringLiteral("About Varnel")),
         separator(),
-        entry(ApplicationCommand::settings, QStringLiteral("Settings"), Qt::CTRL | Qt::Key_Comma),
+        entry(ApplicationCommand::settings, QStringLiteral("Settings"), QKeyCombination(Qt::CTRL, Qt::Key_Comma)),
         entry(ApplicationCommand::checkForUpdates, QStringLiteral("Check for Updates...")),
         separator(),
-        entry(ApplicationCommand::hide, QStringLiteral("Hide Varnel"), Qt::CTRL | Qt::Key_H),
-        entry(ApplicationCommand::hideOthers, QStringLiteral("Hide Others"), Qt::CTRL | Qt::ALT | Qt::Key_H, false),
+        entry(ApplicationCommand::hide, QStringLiteral("Hide Varnel"), QKeyCombination(Qt::CTRL, Qt::Key_H)),
+        entry(ApplicationCommand::hideOthers, QStringLiteral("Hide Others"),
+              QKeyCombination(Qt::CTRL | Qt::ALT, Qt::Key_H), false),
         entry(ApplicationCommand::showAll, QStringLiteral("Show all"), {}, false),
-        entry(ApplicationCommand::quit, QStringLiteral("Quit Varnel"), Qt::CTRL | Qt::Key_Q),
+        entry(ApplicationCommand::quit, QStringLiteral("Quit Varnel"), QKeyCombination(Qt::CTRL, Qt::Key_Q)),
     };
 }
 

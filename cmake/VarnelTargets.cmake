@@ -15,6 +15,10 @@ target_compile_definitions(varnel_options INTERFACE
 target_compile_options(varnel_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor
     -Woverloaded-virtual -Wcast-qual -Wimplicit-fallthrough
     -pthread) # as some libraries ask: units with and without it could not share precompiled headers
+if(CMAKE_UNITY_BUILD AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    # Units that are compiled together are included by one file, as if they were headers: g++ warns of what is theirs alone.
+    target_compile_options(varnel_options INTERFACE -Wno-subobject-linkage)
+endif()
 if(VARNEL_WERROR)
     target_compile_options(varnel_options INTERFACE -Werror)
 endif()

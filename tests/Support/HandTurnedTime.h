@@ -9,6 +9,11 @@
 
 namespace Varnel::Testing {
 
+/// A local time of June 2026.
+inline Timestamp june(int day, int hour, int minute, double seconds = 0) {
+    return Timestamp::fromDateTime(QDateTime(QDate(2026, 6, day), QTime(hour, minute))) + Seconds(seconds);
+}
+
 /// A clock and its timers, turned by hand. Each timer fires when `advance` passes its due time, in due order, with
 /// the event loop settled after each.
 class HandTurnedTime final : public Clock, public TimerFactory {

@@ -28,7 +28,7 @@ SEMSAPIError status(int code) {
     return SEMSAPIError::networkStatus(code, QStringLiteral("<secret body>"));
 }
 
-const Row rows[] = {
+const Row messageRows[] = {
     {"no network", URLError{URLError::Code::notConnectedToInternet, {}}, offline, nullptr},
     {"lost", URLError{URLError::Code::networkConnectionLost, {}}, offline, nullptr},
     {"no host", URLError{URLError::Code::cannotFindHost, {}}, unreachable, nullptr},
@@ -59,7 +59,7 @@ const Row rows[] = {
 };
 
 TEST(AppErrorMapper, GivesEachErrorItsLineByContext) {
-    for (const Row& row : rows) {
+    for (const Row& row : messageRows) {
         EXPECT_EQ(AppErrorMapper::userFacingMessage(row.error, AppErrorContext::signIn).toStdString(), row.signIn)
             << row.name;
         EXPECT_EQ(AppErrorMapper::userFacingMessage(row.error, AppErrorContext::polling).toStdString(),

@@ -8,12 +8,13 @@ namespace {
 using Simulator::FaultKind;
 using Testing::waitUntil;
 
-constexpr char unavailable[] = "SEMS service is temporarily unavailable. Try again shortly.";
-constexpr char rateLimit[] = "SEMS rate limit reached. Please wait a moment and retry.";
-constexpr char offline[] = "Offline. Check your internet connection and try Refresh.";
-constexpr char credentials[] = "Sign-in failed. Check email/password in Profile and reconnect.";
-
-class ErrorLinesTest : public testing::Test, protected Testing::ControllerBench {};
+class ErrorLinesTest : public testing::Test, protected Testing::ControllerBench {
+protected:
+    static constexpr char unavailable[] = "SEMS service is temporarily unavailable. Try again shortly.";
+    static constexpr char rateLimit[] = "SEMS rate limit reached. Please wait a moment and retry.";
+    static constexpr char offline[] = "Offline. Check your internet connection and try Refresh.";
+    static constexpr char credentials[] = "Sign-in failed. Check email/password in Profile and reconnect.";
+};
 
 TEST_F(ErrorLinesTest, WhilePollingEachFaultHasItsLineBesideTheLastValueUntilTheNextReading) {
     const struct {

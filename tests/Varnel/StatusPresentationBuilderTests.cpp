@@ -1,3 +1,5 @@
+#include "../Support/HandTurnedTime.h"
+
 #include <Varnel/StatusPresentationBuilder.h>
 
 #include <gtest/gtest.h>
@@ -5,17 +7,15 @@
 namespace Varnel {
 namespace {
 
+using Testing::june;
+
 const StatusPresentationBuilder english{QLocale(QLocale::English, QLocale::UnitedKingdom)};
 
-Timestamp at(int day, int hour, int minute) {
-    return Timestamp::fromDateTime(QDateTime(QDate(2026, 6, day), QTime(hour, minute)));
-}
-
 TEST(StatusPresentationBuilder, ShowsWhatIsKnownAndAChartOnlyWhileConnected) {
-    const std::vector<OutputSample> samples = {{at(1, 9, 0), 2.0}};
+    const std::vector<OutputSample> samples = {{june(1, 9, 0), 2.0}};
     AppSettings settings;
     const auto build = [&](const StatusValues& values) {
-        return english.build(values, samples, settings, at(1, 9, 0));
+        return english.build(values, samples, settings, june(1, 9, 0));
     };
 
     EXPECT_EQ(build({}).title, QStringLiteral("SEMS --"));
@@ -29,7 +29,7 @@ TEST(StatusPresentationBuilder, ShowsWhatIsKnownAndAChartOnlyWhileConnected) {
     const StatusPresentation shown = build({.isConnected = true,
                                             .powerKW = 0.05,
                                             .systemSizeKW = 2.1,
-                                            .lastUpdatedAt = at(1, 9, 5),
+                                            .lastUpdatedAt = june(1, 9, 5),
                                             .errorMessage = QStringLiteral("Offline.")});
     EXPECT_EQ(shown.title, QStringLiteral("50 W"));
     EXPECT_EQ(shown.outputValue, shown.title);
@@ -46,11 +46,11 @@ TEST(StatusPresentationBuilder, ShowsWhatIsKnownAndAChartOnlyWhileConnected) {
 }
 
 TEST(StatusPresentationBuilder, LabelsTheStartTheMiddleAndTheReferenceTime) {
-    const std::vector<OutputSample> one = {{at(1, 9, 0), 1.0}};
+    const std::vector<OutputSample> one = {{june(1, 9, 0), 1.0}};
     const auto labels = [&](Timestamp reference) { return english.chartXAxisLabels(one, reference).join(u' '); };
-    EXPECT_EQ(labels(at(1, 11, 0)), QStringLiteral("09:00 10:00 11:00"));
-    EXPECT_EQ(labels(at(1, 8, 0)), QStringLiteral("09:00 09:00 09:00"));
-    EXPECT_TRUE(english.chartXAxisLabels({}, at(1, 11, 0)).isEmpty());
+    EXPECT_EQ(labels(june(1, 11, 0)), QStringLiteral("09:00 10:00 11:00"));
+    EXPECT_EQ(labels(june(1, 8, 0)), QStringLiteral("09:00 09:00 09:00"));
+    EXPECT_TRUE(english.chartXAxisLabels({}, june(1, 11, 0)).isEmpty());
     const StatusPresentationBuilder american{QLocale(QLocale::English, QLocale::UnitedStates)};
     EXPECT_EQ(american.chartPointLabels(one).front().simplified(), QStringLiteral("9:00 AM"));
 }
@@ -89,7 +89,7 @@ TEST(StatusPresentationBuilder, ShowsWattsBelowATenthOfAKilowatt) {
     EXPECT_EQ(english.formatEnergyDisplay(3.5), QStringLiteral("3.50 kWh"));
     const StatusPresentationBuilder german{QLocale(QLocale::German)};
     EXPECT_EQ(german.formatPowerDisplay(1234.5), QStringLiteral("1.234,50 kW"));
-    EXPECT_EQ(StatusPresentationBuilder(QLocale::c()).formatTime(at(1, 9, 5)), QStringLiteral("09:05"));
+    EXPECT_EQ(StatusPresentationBuilder(QLocale::c()).formatTime(june(1, 9, 5)), QStringLiteral("09:05"));
 }
 
 } // namespace
