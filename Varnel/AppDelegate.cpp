@@ -9,6 +9,7 @@
 
 #include <QMenu>
 
+#include <algorithm>
 #include <utility>
 
 namespace Varnel {
@@ -41,7 +42,7 @@ void AppDelegate::applicationDidFinishLaunching() {
         weak_from_this(), [](AppDelegate& self) { self.m_preferencesCoordinator.applyApplicationIconIfAvailable(); }));
     if (m_settings.pollIntervalSeconds != m_settings.clampedPollInterval()) {
         m_settings.pollIntervalSeconds = m_settings.clampedPollInterval();
-        m_settingsStore.save(m_settings);
+        m_preferencesCoordinator.storeSettings();
     }
     m_preferencesCoordinator.applyDockIconPreference();
     m_preferencesCoordinator.applyApplicationIconIfAvailable();
@@ -56,12 +57,14 @@ void AppDelegate::applicationDidFinishLaunching() {
 
 void AppDelegate::applicationWillTerminate() {
     m_preferencesCoordinator.close(); // hands on an edit that is still pending, which may restart polling
+    m_preferencesCoordinator.storeAgainIfFailed();
     m_todayOutput.persist();
     dropPollingService();
     m_connection.close();
     m_appearanceObservation.reset();
-    m_midnightTimer.reset();
+    m_updateTimer.reset();
     m_catchUpTimer.reset();
+    m_retryTimer.reset();
 }
 
 void AppDelegate::wireMenuActions() {
@@ -129,9 +132,42 @@ void AppDelegate::catchUp() {
     m_catchUpTimer.reset();
     m_platform.timers.fireOverdue();
     if (m_connection.isUnderWay()) {
-        m_connectAgain = true;
+        m_connection.repeatIfFailing();
     } else if (!m_connection.isConnected()) {
-        startTask("bootstrap", ifAlive(weak_from_this(), &AppDelegate::bootstrap, BootstrapMode::silent));
+        connectSilently();
+    } else if (m_pollingService && m_pollingService->isFailing()) {
+        m_pollingService->refreshNow();
+    }
+}
+
+void AppDelegate::connectSilently() {
+    m_retryTimer.reset();
+    startTask("bootstrap", ifAlive(weak_from_this(), &AppDelegate::bootstrap, BootstrapMode::silent));
+}
+
+void AppDelegate::rollOver(Timestamp instant) {
+    if (!m_todayOutput.rollOver(instant) || !m_values.lastUpdatedAt ||
+        Calendar::isSameDay(*m_values.lastUpdatedAt, instant)) {
+        return; // the first use, or another zone
+    }
+    m_values.todayOutputKWh.reset();
+    if (m_values.powerKW && *m_values.powerKW <= 0) {
+        m_productionNotificationEvaluator.reset();
+        handleProductionNotifications(*m_values.powerKW);
+    }
+}
+
+void AppDelegate::scheduleNextUpdate(Timestamp now) {
+    const std::optional<Timestamp> midnight = Calendar::startOfNextDay(now);
+    const std::optional<Timestamp> outdated = m_statusPresentationBuilder.outdatedAt(m_values, m_settings);
+    std::optional<Timestamp> next = outdated > now ? outdated : midnight;
+    if (next && midnight) {
+        next = std::min(*next, *midnight);
+    }
+    if (next) {
+        // Anew each time, also for the same instant: the clock may have been set since.
+        m_updateTimer =
+            m_platform.timers.schedule(*next - now, ifAlive(weak_from_this(), &AppDelegate::updateStatusBar));
     }
 }
 
@@ -140,16 +176,12 @@ void AppDelegate::updateStatusBar() {
         return;
     }
     const Timestamp now = m_platform.clock.now();
-    m_todayOutput.rollOver(now);
+    rollOver(now);
     m_values.isConnected = m_connection.isConnected();
     m_statusBarController.update(
         m_statusPresentationBuilder.build(m_values, m_todayOutput.visible(now), m_settings, now));
     m_preferencesCoordinator.updateConnectionState(m_values.isConnected, m_values.errorMessage);
-    if (const std::optional<Timestamp> midnight = Calendar::startOfNextDay(now)) {
-        // Anew each time, also for the same midnight: the clock may have been set since.
-        m_midnightTimer =
-            m_platform.timers.schedule(*midnight - now, ifAlive(weak_from_this(), &AppDelegate::updateStatusBar));
-    }
+    scheduleNextUpdate(now);
 }
 
 void AppDelegate::showStatusWindow() {

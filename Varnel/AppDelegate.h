@@ -87,6 +87,12 @@ private:
     void observeSystem();
     void onResume();
     void catchUp();
+    void connectSilently();
+    /// Takes the day of `instant`: nothing of another day is shown as today's, and each morning's production starts
+    /// anew, also that of a station which reports 0 W all night and so never ends.
+    void rollOver(Timestamp instant);
+    /// At midnight, and when the last reading has grown old.
+    void scheduleNextUpdate(Timestamp now);
     /// Builds what the status item shows from the values of this moment and hands it over.
     void updateStatusBar();
 
@@ -100,6 +106,12 @@ private:
     void rejectSignIn(Connection::Attempt attempt, const QString& message);
     void failSignIn(Connection::Attempt attempt, const Error& error);
     void adoptStation(const QString& stationID);
+    /// Stores the password that the user wants to connect with; what could not be stored is said in the preferences.
+    void storePassword(const QString& password);
+    /// Deletes the account's password, at once where the keychain lets it, else after asking to unlock it; what could
+    /// not be deleted is said in the preferences.
+    void deletePassword();
+    QCoro::Task<void> deletePasswordAfterUnlocking(QString account);
     void dropPollingService();
     /// Nothing of one account is shown, polled for or announced under another.
     void forgetAccount();
@@ -114,7 +126,7 @@ private:
     void takeReading(const PowerReading& reading);
     QCoro::Task<void> refreshNow();
     QCoro::Task<void> refreshSystemSizeIfPossible();
-    void handleProductionNotifications(const PowerReading& reading);
+    void handleProductionNotifications(double kilowatts);
     QCoro::Task<void> deliverNotifications(std::vector<ProductionNotificationEvent> events, double kilowatts);
 
     // AppDelegatePreferences.cpp: the window and its saves
@@ -140,10 +152,9 @@ private:
     ProductionNotificationEvaluator m_productionNotificationEvaluator;
     std::unique_ptr<Appearance::Observation> m_appearanceObservation;
     std::unique_ptr<QMenu> m_applicationMenu;
-    std::unique_ptr<OneShotTimer> m_midnightTimer;
+    std::unique_ptr<OneShotTimer> m_updateTimer;  ///< for the next change of the display that no reading brings
     std::unique_ptr<OneShotTimer> m_catchUpTimer; ///< set while a wake-up waits for the network
-    bool m_connectAgain = false;                  ///< the network came while an attempt was under way
-    bool m_isSignedOutByUser = false;             ///< until the user asks for a sign-in; no event brings one back
+    std::unique_ptr<OneShotTimer> m_retryTimer;   ///< set while a sign-in waits to be repeated
 };
 
 } // namespace Varnel

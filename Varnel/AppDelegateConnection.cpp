@@ -21,8 +21,8 @@ QCoro::Task<void> AppDelegate::bootstrap(BootstrapMode mode) {
         m_productionNotificationEvaluator.reset();
     }
     const bool isSilent = mode == BootstrapMode::silent;
-    if (m_connection.isConnected() || m_connection.isUnderWay() || (isSilent && m_isSignedOutByUser)) {
-        co_return; // the user has connected, is about to, or wants no connection
+    if (m_connection.isConnected() || m_connection.isUnderWay() || (isSilent && m_connection.isPasswordRefused())) {
+        co_return; // the user has connected or is about to, or the service has refused what is stored
     }
     const Connection::Attempt attempt = m_connection.begin();
     // A repeated attempt asks for nothing: the prompt to unlock belongs to the start and to the preferences.
@@ -32,7 +32,12 @@ QCoro::Task<void> AppDelegate::bootstrap(BootstrapMode mode) {
     if (!m_connection.isCurrent(attempt)) {
         co_return;
     }
-    const std::optional<QString> password = m_storedPassword.read(m_settings.account);
+    const bool isSignedOut = m_settingsStore.isSignedOut();
+    if (isSignedOut) {
+        // What a keyring that stayed locked, or was gone, kept after the sign-out.
+        static_cast<void>(m_storedPassword.remove(m_settings.account));
+    }
+    const std::optional<QString> password = isSignedOut ? std::nullopt : m_storedPassword.read(m_settings.account);
     if (password) {
         co_await connect(attempt, *password);
         co_return;
@@ -49,7 +54,7 @@ QCoro::Task<void> AppDelegate::authenticateAndStartPolling(QString password) {
 
 QCoro::Task<void> AppDelegate::connect(Connection::Attempt attempt, QString password) {
     const auto self = shared_from_this();
-    m_connectAgain = false;
+    m_retryTimer.reset();
     const QString account = trimmed(m_settings.account);
     const QUrl baseURL(trimmed(m_settings.baseURL), QUrl::StrictMode);
     if (account.isEmpty()) {
@@ -60,7 +65,6 @@ QCoro::Task<void> AppDelegate::connect(Connection::Attempt attempt, QString pass
         rejectSignIn(attempt, QStringLiteral("Invalid SEMS base URL."));
         co_return;
     }
-    m_isSignedOutByUser = false;
     const Result<void> signedIn = co_await m_connection.signIn(attempt, baseURL, account, password);
     if (!m_connection.isCurrent(attempt)) {
         co_return;
@@ -70,10 +74,7 @@ QCoro::Task<void> AppDelegate::connect(Connection::Attempt attempt, QString pass
         co_return;
     }
     dropPollingService(); // its readings belong to the connection that this one replaces
-    // A keychain that cannot keep it costs a question at the next start, not this connection.
-    if (const Result<void> saved = m_storedPassword.save(account, password); !saved) {
-        qCWarning(lcApp, "The password could not be stored: %s", qUtf8Printable(saved.error().localizedDescription()));
-    }
+    storePassword(password);
     const Result<void> settled = co_await settleStationAndSize(attempt);
     if (!m_connection.isCurrent(attempt)) {
         co_return;
@@ -84,7 +85,6 @@ QCoro::Task<void> AppDelegate::connect(Connection::Attempt attempt, QString pass
     }
     qCInfo(lcApp, "Signed in");
     m_connection.end(attempt);
-    m_connectAgain = false;
     m_values.errorMessage.reset();
     startPolling();
     updateStatusBar();
@@ -125,32 +125,73 @@ void AppDelegate::rejectSignIn(Connection::Attempt attempt, const QString& messa
 void AppDelegate::failSignIn(Connection::Attempt attempt, const Error& error) {
     qCCritical(lcApp, "Sign in failed: %s", qUtf8Printable(logText(error)));
     dropPollingService();
-    m_connection.drop();
+    const Connection::Repetition repetition = m_connection.fail(attempt, error);
     rejectSignIn(attempt, AppErrorMapper::userFacingMessage(error, AppErrorContext::signIn));
-    if (std::exchange(m_connectAgain, false)) {
-        startTask("bootstrap", ifAlive(weak_from_this(), &AppDelegate::bootstrap, BootstrapMode::silent));
+    switch (repetition) {
+    case Connection::Repetition::none:
+        break;
+    case Connection::Repetition::atOnce:
+        connectSilently();
+        break;
+    case Connection::Repetition::later:
+        const Seconds interval(static_cast<double>(m_settings.clampedPollInterval()));
+        m_retryTimer = m_platform.timers.schedule(
+            PowerPollingService::delayAfterFailures(interval, m_connection.unjudgedFailures()),
+            ifAlive(weak_from_this(), &AppDelegate::connectSilently));
+        break;
     }
 }
 
 void AppDelegate::adoptStation(const QString& stationID) {
     m_settings.stationID = stationID;
-    m_settingsStore.save(m_settings);
+    m_preferencesCoordinator.storeSettings();
     m_todayOutput.setOwner(m_settings.account, stationID);
     m_todayOutput.restore();
 }
 
 void AppDelegate::signOut(bool clearStoredPassword) {
-    m_isSignedOutByUser = true;
+    m_preferencesCoordinator.rememberSignOut(true);
+    m_retryTimer.reset();
     forgetAccount();
     m_values.errorMessage.reset();
     if (clearStoredPassword) {
-        if (const Result<void> removed = m_storedPassword.remove(m_settings.account); !removed) {
-            qCWarning(lcApp, "The password could not be deleted: %s",
-                      qUtf8Printable(removed.error().localizedDescription()));
-        }
+        deletePassword();
     }
     qCInfo(lcApp, "Signed out");
     updateStatusBar();
+}
+
+void AppDelegate::storePassword(const QString& password) {
+    m_preferencesCoordinator.rememberSignOut(false);
+    const Result<void> saved = m_storedPassword.save(m_settings.account, password);
+    m_preferencesCoordinator.setNotice(AccountNotice::passwordNotStored, !saved);
+    m_preferencesCoordinator.setNotice(AccountNotice::passwordNotDeleted, false);
+    if (!saved) {
+        qCWarning(lcApp, "The password could not be stored: %s", qUtf8Printable(saved.error().localizedDescription()));
+    }
+}
+
+void AppDelegate::deletePassword() {
+    m_preferencesCoordinator.setNotice(AccountNotice::passwordNotStored, false);
+    m_preferencesCoordinator.setNotice(AccountNotice::passwordNotDeleted, false);
+    if (!m_storedPassword.remove(m_settings.account)) {
+        startTask("deletion of the password",
+                  ifAlive(weak_from_this(), &AppDelegate::deletePasswordAfterUnlocking, m_settings.account));
+    }
+}
+
+QCoro::Task<void> AppDelegate::deletePasswordAfterUnlocking(QString account) {
+    const auto self = shared_from_this();
+    co_await m_storedPassword.unlock(account, KeychainAccess::deleting);
+    if (!m_settingsStore.isSignedOut()) {
+        co_return; // the user has connected meanwhile, with a password that is to stay
+    }
+    const Result<void> removed = m_storedPassword.remove(account);
+    m_preferencesCoordinator.setNotice(AccountNotice::passwordNotDeleted, !removed);
+    if (!removed) {
+        qCWarning(lcApp, "The password could not be deleted: %s",
+                  qUtf8Printable(removed.error().localizedDescription()));
+    }
 }
 
 void AppDelegate::dropPollingService() {

@@ -55,11 +55,15 @@ void AppDelegate::handlePollResult(Result<PowerReading> result) {
     } else {
         qCWarning(lcApp, "Poll failed: %s", qUtf8Printable(logText(result.error())));
         m_values.errorMessage = AppErrorMapper::userFacingMessage(result.error(), AppErrorContext::polling);
+        if (const auto wished = retryAfterOf(result.error()); wished && m_pollingService) {
+            m_pollingService->waitAtLeast(*wished);
+        }
     }
     updateStatusBar();
 }
 
 void AppDelegate::takeReading(const PowerReading& reading) {
+    rollOver(reading.capturedAt);
     m_values.powerKW = reading.kilowatts;
     m_values.todayOutputKWh = reading.todayOutputKWh;
     m_values.lastUpdatedAt = reading.capturedAt;
@@ -70,7 +74,7 @@ void AppDelegate::takeReading(const PowerReading& reading) {
     }
     m_todayOutput.record(reading.kilowatts, reading.capturedAt);
     m_values.errorMessage.reset();
-    handleProductionNotifications(reading);
+    handleProductionNotifications(reading.kilowatts);
 }
 
 QCoro::Task<void> AppDelegate::refreshNow() {
@@ -80,6 +84,7 @@ QCoro::Task<void> AppDelegate::refreshNow() {
         updateStatusBar();
         co_return;
     }
+    m_connection.allowPasswordAgain();
     if (m_pollingService) {
         m_pollingService->refreshNow();
         co_return;
@@ -111,16 +116,16 @@ QCoro::Task<void> AppDelegate::refreshSystemSizeIfPossible() {
     updateStatusBar();
 }
 
-void AppDelegate::handleProductionNotifications(const PowerReading& reading) {
+void AppDelegate::handleProductionNotifications(double kilowatts) {
     if (!m_settings.hasEnabledProductionNotifications()) {
         m_productionNotificationEvaluator.reset();
         return;
     }
-    std::vector<ProductionNotificationEvent> events = m_productionNotificationEvaluator.evaluate(reading.kilowatts);
+    std::vector<ProductionNotificationEvent> events = m_productionNotificationEvaluator.evaluate(kilowatts);
     std::erase_if(events, [this](ProductionNotificationEvent event) { return !isSwitchedOn(m_settings, event); });
     if (!events.empty()) {
         startTask("notifications",
-                  ifAlive(weak_from_this(), &AppDelegate::deliverNotifications, std::move(events), reading.kilowatts));
+                  ifAlive(weak_from_this(), &AppDelegate::deliverNotifications, std::move(events), kilowatts));
     }
 }
 

@@ -30,10 +30,12 @@ void AppDelegate::showPreferencesWindow(PreferencesInitialTab initialTab) {
         return;
     }
     m_preferencesCoordinator.close(); // first: what is still pending belongs into the new draft
-    const QString password = m_storedPassword.read(m_settings.account).value_or(QString());
+    // What a sign-out could not delete is not offered again.
+    const std::optional<QString> password =
+        m_settingsStore.isSignedOut() ? std::nullopt : m_storedPassword.read(m_settings.account);
     auto window = std::make_unique<PreferencesWindowController>(
-        m_preferencesCoordinator.draft(password), m_connection.isConnected(), m_values.errorMessage.has_value(),
-        initialTab, preferencesHandlers(), m_platform.timers);
+        m_preferencesCoordinator.draft(password.value_or(QString())), m_connection.isConnected(),
+        m_values.errorMessage.has_value(), initialTab, preferencesHandlers(), m_platform.timers);
     window->setApplicationMenu(m_applicationMenu.get());
     m_preferencesCoordinator.open(std::move(window));
     m_preferencesCoordinator.updateConnectionState(m_connection.isConnected(), m_values.errorMessage);
@@ -81,9 +83,7 @@ QCoro::Task<bool> AppDelegate::applyPreferences(PreferencesDraft draft) {
         rejectSignIn(attempt, QStringLiteral("Password is required for sign in."));
         co_return false;
     }
-    if (const Result<void> saved = m_storedPassword.save(m_settings.account, password); !saved) {
-        qCWarning(lcApp, "The password could not be stored: %s", qUtf8Printable(saved.error().localizedDescription()));
-    }
+    storePassword(password);
     co_await connect(attempt, password);
     co_return m_connection.isConnected();
 }

@@ -7,8 +7,17 @@
 namespace Varnel {
 
 namespace {
+constexpr Seconds refusalHolds = std::chrono::hours(12);
+
 QCoro::Task<Result<PowerReading>> failedReading(Error error) {
     co_return failure(std::move(error));
+}
+
+/// Whether the service judged the password of a sign-in and refused it.
+bool isRefusal(const Error& error) {
+    const auto* service = error.as<SEMSAPIError>();
+    const auto* failed = service ? std::get_if<SEMSAPIError::AllSignInStrategiesFailed>(&service->kind) : nullptr;
+    return failed && failed->wasJudged;
 }
 
 bool isAuthenticationFailure(const Result<PowerReading>& reading) {
@@ -24,12 +33,24 @@ Connection::Connection(HTTPSession& http, const Clock& clock, SEMSEndpoints endp
 
 Connection::Attempt Connection::begin() {
     m_isUnderWay = !m_isClosed;
+    m_isRepeatWanted = false;
     m_attempt = Attempt{static_cast<int>(m_attempt) + 1};
     return m_attempt;
 }
 
 void Connection::end(Attempt attempt) {
     m_isUnderWay = m_isUnderWay && attempt != m_attempt;
+}
+
+Connection::Repetition Connection::fail(Attempt attempt, const Error& error) {
+    end(attempt);
+    drop();
+    m_isPasswordRefused = isRefusal(error);
+    m_unjudgedFailures = isTransient(error) ? m_unjudgedFailures + 1 : 0;
+    if (std::exchange(m_isRepeatWanted, false)) {
+        return Repetition::atOnce;
+    }
+    return m_unjudgedFailures > 0 ? Repetition::later : Repetition::none;
 }
 
 QCoro::Task<Result<void>> Connection::signIn(Attempt attempt, QUrl baseURL, QString account, QString password) {
@@ -44,6 +65,8 @@ QCoro::Task<Result<void>> Connection::signIn(Attempt attempt, QUrl baseURL, QStr
         m_account = account;
         m_password = password;
         m_madeBy = attempt;
+        m_refusal.reset();
+        m_isPasswordRefused = false;
     }
     co_return Result<void>();
 }
@@ -85,9 +108,20 @@ QCoro::Task<Result<PowerReading>> Connection::fetch(Client client, std::optional
 }
 
 QCoro::Task<Result<SEMSSession>> Connection::renewSession(Client client) {
+    const Timestamp now = m_clock.now();
+    // A clock that was set back meanwhile ends the wait too: better one try too many than a day without readings.
+    if (m_refusal && now >= m_refusal->at && now - m_refusal->at < refusalHolds) {
+        co_return failure(m_refusal->error);
+    }
     const QString account = m_account;
     const QString password = m_password;
     Result<SEMSSession> session = co_await client->signIn(account, password);
+    if (isCurrent(client)) {
+        m_refusal.reset();
+        if (!session && isRefusal(session.error())) {
+            m_refusal = Refusal{session.error(), now};
+        }
+    }
     // Stored only for the connection that asked: after a sign-out or another sign-in it would revive what is gone.
     if (session && isCurrent(client)) {
         qCInfo(lcApp, "Session renewed");

@@ -16,6 +16,13 @@ namespace Varnel {
 class Connection {
 public:
     enum class Attempt : int {};
+
+    /// What a failed attempt calls for.
+    enum class Repetition {
+        none,   ///< the service has judged: only the user has it try again, or the network where it refused no password
+        later,  ///< nothing judged the password: after a back-off
+        atOnce, ///< the network has come while the attempt was under way
+    };
     using Client = std::shared_ptr<SEMSAPIClient>;
 
     /// `http` and `clock` must outlive this object and its tasks.
@@ -37,6 +44,18 @@ public:
     /// The attempt is over, whether it has made a connection or not. Does nothing for one that is not current.
     void end(Attempt attempt);
 
+    /// The attempt has failed with this error: it is over, and so is a connection that it had made.
+    Repetition fail(Attempt attempt, const Error& error);
+
+    /// The network has come: an attempt that goes on and fails is repeated at once.
+    void repeatIfFailing() { m_isRepeatWanted = m_isUnderWay; }
+
+    /// The failed attempts in a row in which nothing judged the password.
+    int unjudgedFailures() const { return m_unjudgedFailures; }
+
+    /// Whether the service refused the password in the last attempt.
+    bool isPasswordRefused() const { return m_isPasswordRefused; }
+
     /// A session is present.
     bool isConnected() const { return m_session.has_value(); }
     const std::optional<SEMSSession>& session() const { return m_session; }
@@ -48,7 +67,13 @@ public:
 
     /// One reading. A session that the service rejects is renewed once. Fails with `invalidConfiguration` where there
     /// is no client or no account and with `authenticationFailed` where there is no password, without a request.
+    ///
+    /// After a renewal in which the service judged the password and refused it, the password is not sent again for
+    /// twelve hours: services lock accounts. Readings that need a renewal fail with that refusal meanwhile.
     QCoro::Task<Result<PowerReading>> fetchPowerReading(std::optional<QString> preferredStationID);
+
+    /// Lets a refused password be sent once more: the user asks for it.
+    void allowPasswordAgain() { m_refusal.reset(); }
 
     /// Drops client and session. An attempt that has not signed in yet goes on.
     void drop();
@@ -61,6 +86,12 @@ public:
     bool isClosed() const { return m_isClosed; }
 
 private:
+    /// The service's refusal of the password in a renewal.
+    struct Refusal {
+        Error error;
+        Timestamp at;
+    };
+
     QCoro::Task<Result<PowerReading>> fetch(Client client, std::optional<QString> preferredStationID);
     QCoro::Task<Result<SEMSSession>> renewSession(Client client);
 
@@ -71,9 +102,13 @@ private:
     QString m_password;
     Client m_client;
     std::optional<SEMSSession> m_session;
+    std::optional<Refusal> m_refusal;
     Attempt m_attempt{0};      ///< the newest
     Attempt m_madeBy{0};       ///< the one that has made the connection
     bool m_isUnderWay = false; ///< the newest attempt goes on
+    bool m_isRepeatWanted = false;
+    int m_unjudgedFailures = 0;
+    bool m_isPasswordRefused = false;
     bool m_isClosed = false;
 };
 

@@ -28,7 +28,7 @@ PreferencesCoordinator::AccountChange PreferencesCoordinator::save(const Prefere
     m_settings.account = trimmed(draft.account);
     m_settings.stationID = trimmed(draft.stationID);
     m_settings.pollIntervalSeconds = draft.clampedPollInterval();
-    m_store.save(m_settings);
+    storeSettings();
     applyDockIconPreference();
     applyApplicationIconIfAvailable();
     applyLaunchAtLoginPreference(LaunchAtLoginRequest::save);
@@ -44,7 +44,7 @@ PreferencesCoordinator::AutoSaved PreferencesCoordinator::autoSave(const Prefere
     m_settings.account = before.account;
     m_settings.stationID = before.stationID;
     m_settings.pollIntervalSeconds = draft.clampedPollInterval();
-    m_store.save(m_settings);
+    storeSettings();
     if (m_settings.showDockIcon != before.showDockIcon) {
         applyDockIconPreference();
     }
@@ -57,6 +57,7 @@ PreferencesCoordinator::AutoSaved PreferencesCoordinator::autoSave(const Prefere
 void PreferencesCoordinator::open(std::unique_ptr<PreferencesWindowController> window) {
     close();
     m_window = std::move(window);
+    m_window->showAccountNotices(m_notices);
     m_window->showWindowAndFocus();
 }
 
@@ -69,6 +70,29 @@ void PreferencesCoordinator::close() {
 void PreferencesCoordinator::updateConnectionState(bool isConnected, const std::optional<QString>& errorMessage) {
     if (m_window) {
         m_window->updateConnectionState(isConnected, errorMessage.has_value(), errorMessage.value_or(QString()));
+    }
+}
+
+void PreferencesCoordinator::storeSettings() {
+    setNotice(AccountNotice::settingsNotStored, !m_store.save(m_settings));
+}
+
+void PreferencesCoordinator::rememberSignOut(bool isSignedOut) {
+    if (m_store.isSignedOut() != isSignedOut) {
+        setNotice(AccountNotice::settingsNotStored, !m_store.setSignedOut(isSignedOut));
+    }
+}
+
+void PreferencesCoordinator::storeAgainIfFailed() {
+    if (m_notices.testFlag(AccountNotice::settingsNotStored)) {
+        storeSettings();
+    }
+}
+
+void PreferencesCoordinator::setNotice(AccountNotice notice, bool isShown) {
+    m_notices.setFlag(notice, isShown);
+    if (m_window) {
+        m_window->showAccountNotices(m_notices);
     }
 }
 
@@ -111,7 +135,7 @@ void PreferencesCoordinator::applyLaunchAtLoginPreference(LaunchAtLoginRequest r
         return;
     }
     m_settings.launchAtLogin = m_launchAtLoginManager.isEnabledForUI();
-    m_store.save(m_settings);
+    storeSettings();
     if (m_window) {
         m_window->showLaunchAtLoginError(description, m_settings.launchAtLogin);
     }

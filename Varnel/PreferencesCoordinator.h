@@ -48,6 +48,18 @@ public:
     /// Tells an open window of the connection; does nothing otherwise.
     void updateConnectionState(bool isConnected, const std::optional<QString>& errorMessage);
 
+    /// Stores the settings. A failure is said in the Account pane and in the log.
+    void storeSettings();
+
+    /// Whether the user has signed out, remembered over restarts. A failure is said as one of the settings.
+    void rememberSignOut(bool isSignedOut);
+
+    /// What found no room is tried once more: at the end of the program.
+    void storeAgainIfFailed();
+
+    /// Says in the Account pane what could not be kept or removed, or no longer.
+    void setNotice(AccountNotice notice, bool isShown);
+
     void applyDockIconPreference();
     void applyApplicationIconIfAvailable();
     void applyLaunchAtLoginPreference(LaunchAtLoginRequest request);
@@ -58,6 +70,7 @@ private:
     const PlatformServices& m_platform;
     LaunchAtLoginManager m_launchAtLoginManager;
     std::unique_ptr<PreferencesWindowController> m_window;
+    AccountNotices m_notices;
 };
 
 } // namespace Varnel

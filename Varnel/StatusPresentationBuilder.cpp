@@ -1,5 +1,6 @@
 #include <Varnel/StatusPresentationBuilder.h>
 
+#include <VarnelShared/Calendar.h>
 #include <VarnelShared/Text.h>
 
 #include <QRegularExpression>
@@ -48,6 +49,9 @@ StatusPresentation StatusPresentationBuilder::build(const StatusValues& values,
     presentation.canRefresh = values.isConnected;
     presentation.showOutputChart = values.isConnected && settings.showOutputChart;
     addTexts(presentation, values);
+    if (const std::optional<Timestamp> outdated = outdatedAt(values, settings); outdated && *outdated <= now) {
+        presentation.outdatedLine = outdatedText(*values.lastUpdatedAt, now);
+    }
     presentation.outputChartValues = chartValues(samples);
     if (presentation.showOutputChart) {
         presentation.outputChartXAxisLabels = chartXAxisLabels(samples, now);
@@ -73,6 +77,23 @@ void StatusPresentationBuilder::addTexts(StatusPresentation& presentation, const
         presentation.lastUpdatedValue = formatTime(*values.lastUpdatedAt);
     }
     presentation.errorLine = values.errorMessage;
+}
+
+std::optional<Timestamp> StatusPresentationBuilder::outdatedAt(const StatusValues& values,
+                                                               const AppSettings& settings) {
+    if (!values.errorMessage || !values.powerKW || !values.lastUpdatedAt) {
+        return std::nullopt;
+    }
+    return *values.lastUpdatedAt + Seconds(2.0 * static_cast<double>(settings.clampedPollInterval()));
+}
+
+QString StatusPresentationBuilder::outdatedText(Timestamp lastUpdatedAt, Timestamp now) const {
+    const QString time = formatTime(lastUpdatedAt);
+    if (Calendar::isSameDay(lastUpdatedAt, now)) {
+        return QStringLiteral("Last reading at %1").arg(time);
+    }
+    const QString date = m_locale.toString(lastUpdatedAt.toDateTime().date(), QLocale::ShortFormat);
+    return QStringLiteral("Last reading on %1 at %2").arg(date, time);
 }
 
 QString StatusPresentationBuilder::formatPowerDisplay(double kilowatts) const {

@@ -29,6 +29,9 @@ public:
     StatusPresentation build(const StatusValues& values, const std::vector<OutputSample>& samples,
                              const AppSettings& settings, Timestamp now) const;
 
+    /// When the last reading becomes an old one: after two intervals, while polls fail. None while nothing fails.
+    static std::optional<Timestamp> outdatedAt(const StatusValues& values, const AppSettings& settings);
+
     /// A power in kW as text: "46 W" below 0.1 kW, "1.23 kW" otherwise; a negative power counts as 0.
     QString formatPowerDisplay(double kilowatts) const;
 
@@ -52,6 +55,7 @@ public:
 
 private:
     void addTexts(StatusPresentation& presentation, const StatusValues& values) const;
+    QString outdatedText(Timestamp lastUpdatedAt, Timestamp now) const;
 
     QLocale m_locale;
     QString m_timeFormat;

@@ -29,26 +29,33 @@ void TodayOutput::setOwner(const QString& account, const QString& stationID) {
 
 void TodayOutput::restore() {
     clear();
+    load(Calendar::startOfDay(m_clock.now()));
+}
+
+void TodayOutput::load(Timestamp dayStart) {
     if (m_account.isEmpty() || m_stationID.isEmpty()) {
         return;
     }
-    const Timestamp today = Calendar::startOfDay(m_clock.now());
-    if (auto snapshot = m_history.loadSnapshot(today, m_account, m_stationID)) {
-        m_dayStart = today;
+    if (auto snapshot = m_history.loadSnapshot(dayStart, m_account, m_stationID)) {
+        m_dayStart = dayStart;
         m_samples = std::move(snapshot->samples);
         dropOldest();
     }
 }
 
-void TodayOutput::rollOver(Timestamp instant) {
+bool TodayOutput::rollOver(Timestamp instant) {
     const Timestamp dayStart = Calendar::startOfDay(instant);
     if (m_dayStart == dayStart) {
-        return;
+        return false;
     }
     m_dayStart = dayStart;
     // After midnight none is left; where only the zone has changed, the day's earlier samples are.
     std::erase_if(m_samples,
                   [instant](const OutputSample& sample) { return !Calendar::isSameDay(sample.timestamp, instant); });
+    if (m_samples.empty()) {
+        load(dayStart);
+    }
+    return true;
 }
 
 void TodayOutput::record(double kilowatts, Timestamp at) {

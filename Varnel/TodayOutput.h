@@ -34,9 +34,10 @@ public:
     /// Takes the owner's stored samples of today in place of what is in the list.
     void restore();
 
-    /// Takes the local day of `instant`, if it is another than the list's, and drops the samples of any other: all of
-    /// them at midnight, few or none when the system's zone changes.
-    void rollOver(Timestamp instant);
+    /// Takes the local day of `instant`, if it is another than the list's, and tells whether it was. The samples of any
+    /// other day go: all of them at midnight, few or none when the system's zone changes. Where none is left, the
+    /// stored ones of that day come back: a clock that was wrong for a moment loses none.
+    bool rollOver(Timestamp instant);
 
     /// Adds a reading in kW, a negative one as 0, to the day of `at`, and stores the day. A reading less than a second
     /// away from the last one replaces it; past `limit` samples the oldest go.
@@ -52,6 +53,8 @@ public:
     void forget();
 
 private:
+    /// Takes the stored samples of the day, if there are any.
+    void load(Timestamp dayStart);
     void dropOldest();
 
     OutputHistoryStore m_history;

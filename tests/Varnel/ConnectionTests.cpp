@@ -136,16 +136,6 @@ TEST_F(ConnectionTest, ConnectsByItselfOnceThereIsANetwork) {
     EXPECT_EQ(controller->preferencesCoordinator().window(), nullptr);
 }
 
-TEST_F(ConnectionTest, ADisconnectHoldsWhereTheKeyringKeepsThePassword) {
-    launchConnected();
-    keychain.status = keychainInteractionNotAllowed;
-    item->choose(StatusMenuCommand::signOut);
-    keychain.status = keychainSuccess;
-    systemEvents.networkReachable();
-    EXPECT_FALSE(waitUntil([&] { return controller->isPolling(); }, 300));
-    EXPECT_FALSE(keychain.items.isEmpty());
-}
-
 TEST_F(ConnectionTest, ALateDiscoveryLeavesTheStationThatWasSavedMeanwhile) {
     storeAccount();
     failRequests(FaultKind::delay, std::nullopt, "*GetUserPowerStation");

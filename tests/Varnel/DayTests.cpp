@@ -77,5 +77,61 @@ TEST_F(DayTest, ProductionIsAnnouncedByItsOwnSwitchAlone) {
     EXPECT_EQ(notificationCenter->added.back().title, QStringLiteral("Production Ended"));
 }
 
+TEST_F(DayTest, EachMorningStartsAndRisesAnewAfterANightOfZeroWatts) {
+    storeAccount();
+    AppSettings settings = storedSettings();
+    settings.notifyOnProductionStart = true;
+    settings.notifyOnProductionEnd = true;
+    settings.notifyOnProductionRiseAboveOneKilowatt = true;
+    AppSettingsStore(userDefaults).save(settings);
+    launch();
+    ASSERT_TRUE(waitForTitle("3.42 kW"));
+    simulator.behaviour().faults = {Simulator::Fault()}; // the readings come from here
+    const QString station = controller->settings().stationID;
+    const Timestamp firstDay = Calendar::startOfDay(time.now());
+    for (int day = 1; day <= 3; ++day) {
+        const Timestamp morning = firstDay + Seconds(day * 86400.0 + 6 * 3600);
+        for (const auto& [hours, kilowatts] : {std::pair(-10, 0.0), {0, 0.0}, {1, 0.4}, {3, 1.2}, {4, 0.9}, {5, 1.3}}) {
+            time.advance(morning + Seconds(hours * 3600.0) - time.now());
+            controller->handlePollResult(PowerReading{kilowatts, 5.0, station, time.now()});
+        }
+        Testing::settle();
+        ASSERT_EQ(notificationCenter->added.size(), 2U * static_cast<std::size_t>(day)) << "day " << day;
+    }
+    for (std::size_t i = 0; i < notificationCenter->added.size(); ++i) {
+        EXPECT_EQ(notificationCenter->added[i].title,
+                  i % 2 == 0 ? QStringLiteral("Production Started") : QStringLiteral("Production Above 1.00 kW"));
+    }
+}
+
+TEST_F(DayTest, TodaysEnergyIsUnknownUntilAReadingOfTheDayBringsIt) {
+    launchConnected();
+    simulator.behaviour().faults = {Simulator::Fault()};
+    EXPECT_NE(controller->presentation().todayOutputValue, QStringLiteral("--"));
+    time.advance(Calendar::startOfNextDay(time.now()).value() - time.now());
+    EXPECT_EQ(controller->presentation().todayOutputValue, QStringLiteral("--"));
+    EXPECT_EQ(controller->presentation().outdatedLine, QStringLiteral("Last reading on 1 Jun 2026 at 12:00"));
+    EXPECT_EQ(title(), QStringLiteral("3.42 kW"));
+}
+
+TEST_F(DayTest, AClockThatIsADayBehindForAMomentLosesNoSample) {
+    launchConnected();
+    simulator.behaviour().faults = {Simulator::Fault()};
+    const QString station = controller->settings().stationID;
+    const auto readAt = [&](Timestamp instant) {
+        time.jumpTo(instant);
+        controller->handlePollResult(PowerReading{1.0, 5.0, station, instant});
+    };
+    const Timestamp noon = time.now();
+    for (int i = 1; i < 6; ++i) {
+        readAt(noon + Seconds(300.0 * i));
+    }
+    readAt(noon - Seconds(86400 - 1800.0));
+    readAt(noon + Seconds(1800));
+    EXPECT_EQ(controller->todayOutput().samples().size(), 7U);
+    launch();
+    EXPECT_EQ(controller->todayOutput().samples().size(), 7U);
+}
+
 } // namespace
 } // namespace Varnel

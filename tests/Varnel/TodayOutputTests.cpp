@@ -12,9 +12,7 @@
 namespace Varnel {
 namespace {
 
-Timestamp at(int day, int hour, int minute, double seconds = 0) {
-    return Timestamp::fromDateTime(QDateTime(QDate(2026, 6, day), QTime(hour, minute))) + Seconds(seconds);
-}
+using Testing::june;
 
 std::vector<double> kilowatts(const TodayOutput& today) {
     std::vector<double> values;
@@ -33,22 +31,22 @@ protected:
 };
 
 TEST_F(TodayOutputTest, ReadingsThatArriveTogetherLeaveOneSample) {
-    today.record(1.0, at(1, 9, 0));
-    today.record(2.0, at(1, 9, 0, 0.4));
-    today.record(3.0, at(1, 9, 0, -0.3)); // the clock was set back a little
-    today.record(-0.2, at(1, 9, 0, 0.7)); // a whole second after the last one
+    today.record(1.0, june(1, 9, 0));
+    today.record(2.0, june(1, 9, 0, 0.4));
+    today.record(3.0, june(1, 9, 0, -0.3)); // the clock was set back a little
+    today.record(-0.2, june(1, 9, 0, 0.7)); // a whole second after the last one
     EXPECT_EQ(kilowatts(today), (std::vector<double>{3.0, 0.0}));
-    EXPECT_EQ(today.samples().front().timestamp, at(1, 9, 0, -0.3));
+    EXPECT_EQ(today.samples().front().timestamp, june(1, 9, 0, -0.3));
 }
 
 TEST_F(TodayOutputTest, KeepsTheNewest1440) {
     for (int i = 0; i <= 1440; ++i) {
-        today.record(i, at(1, 0, 0, i * 30.0));
+        today.record(i, june(1, 0, 0, i * 30.0));
     }
     ASSERT_EQ(today.samples().size(), 1440U);
     EXPECT_EQ(today.samples().front().kilowatts, 1.0);
-    history.saveSnapshot({at(1, 0, 0), QStringLiteral("me"), QStringLiteral("s"),
-                          std::vector<OutputSample>(2000, OutputSample{at(1, 1, 0), 4.0})},
+    history.saveSnapshot({june(1, 0, 0), QStringLiteral("me"), QStringLiteral("s"),
+                          std::vector<OutputSample>(2000, OutputSample{june(1, 1, 0), 4.0})},
                          clock.now());
     today.setOwner(QStringLiteral(" me "), QStringLiteral("s"));
     today.restore();
@@ -56,9 +54,9 @@ TEST_F(TodayOutputTest, KeepsTheNewest1440) {
 }
 
 TEST_F(TodayOutputTest, AChangeOfTheZoneKeepsWhatIsStillToday) {
-    today.record(1.0, at(1, 0, 30));
-    today.record(2.0, at(1, 9, 0));
-    const Timestamp now = at(1, 10, 0);
+    today.record(1.0, june(1, 0, 30));
+    today.record(2.0, june(1, 9, 0));
+    const Timestamp now = june(1, 10, 0);
     const QByteArray zone = qgetenv("TZ");
     qputenv("TZ", "Europe/London"); // the first sample lies in its yesterday
     ::tzset();

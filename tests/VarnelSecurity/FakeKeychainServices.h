@@ -15,35 +15,40 @@ class FakeKeychainServices final : public KeychainServices {
 public:
     KeychainStatus add(const KeychainQuery& query, const QByteArray& data) override {
         calls << QStringLiteral("add");
-        if (status == keychainSuccess) {
+        if (answer() == keychainSuccess) {
             items[{query.service, query.account}] = data;
         }
-        return status;
+        return answer();
     }
     KeychainMatch copyMatching(const KeychainQuery& query) override {
         calls << QStringLiteral("copyMatching");
         const auto found = items.constFind({query.service, query.account});
-        if (status != keychainSuccess || found == items.constEnd()) {
-            return {status == keychainSuccess ? keychainItemNotFound : status, {}};
+        if (answer() != keychainSuccess || found == items.constEnd()) {
+            return {answer() == keychainSuccess ? keychainItemNotFound : answer(), {}};
         }
         return {keychainSuccess, *found};
     }
     KeychainStatus deleteMatching(const KeychainQuery& query) override {
         calls << QStringLiteral("deleteMatching");
-        if (status != keychainSuccess || deleteStatus != keychainSuccess) {
-            return status != keychainSuccess ? status : deleteStatus;
+        if (answer() != keychainSuccess || deleteStatus != keychainSuccess) {
+            return answer() != keychainSuccess ? answer() : deleteStatus;
         }
         return items.remove({query.service, query.account}) > 0 ? keychainSuccess : keychainItemNotFound;
     }
     QCoro::Task<bool> unlock(KeychainQuery /*query*/, KeychainAccess /*access*/) override {
         calls << QStringLiteral("unlock");
+        isLocked = isLocked && status != keychainSuccess;
         co_return status == keychainSuccess;
     }
 
     QMap<std::pair<QString, QString>, std::optional<QByteArray>> items;
-    KeychainStatus status = keychainSuccess;
+    KeychainStatus status = keychainSuccess; ///< of every operation; `unlock` succeeds with it alone
     KeychainStatus deleteStatus = keychainSuccess;
+    bool isLocked = false; ///< until an `unlock` that succeeds
     QStringList calls;
+
+private:
+    KeychainStatus answer() const { return isLocked ? keychainInteractionNotAllowed : status; }
 };
 
 } // namespace Varnel::Testing

@@ -1,6 +1,7 @@
 #include <VarnelSecurity/KeychainStore.h>
 
 #include "FakeKeychainServices.h"
+#include "KeychainContract.h"
 
 #include <gtest/gtest.h>
 
@@ -49,6 +50,11 @@ TEST_F(KeychainStoreTest, OtherStatusesAreErrorsThatNameThem) {
     keychain.status = keychainSuccess;
     EXPECT_TRUE(store.deleteSecret(account)) << "nothing to delete is no failure";
     EXPECT_EQ(expected.localizedDescription(), QStringLiteral("Keychain operation failed with status -25308."));
+}
+
+TEST(FakeKeychainServices, KeepsTheContract) {
+    Testing::FakeKeychainServices keychain;
+    Testing::expectKeychainContract(keychain);
 }
 
 } // namespace
