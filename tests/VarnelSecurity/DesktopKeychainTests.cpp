@@ -9,8 +9,9 @@
 namespace Varnel {
 namespace {
 
+using Testing::passwordItem;
+
 using Testing::FakeKeychainServices;
-const KeychainQuery query{QStringLiteral("service"), QStringLiteral("account")};
 
 class DesktopKeychainTest : public testing::Test {
 protected:
@@ -32,50 +33,50 @@ TEST_F(DesktopKeychainTest, UsesTheFileForNewItemsOnlyWhereThereIsNoService) {
         {keychainInteractionNotAllowed, false, "older", keychainInteractionNotAllowed, keychainInteractionNotAllowed},
         {keychainServiceNotResponding, false, "older", keychainServiceNotResponding, keychainServiceNotResponding},
     };
-    const std::pair key{query.service, query.account};
+    const std::pair key{passwordItem.service, passwordItem.account};
     for (const auto& row : rows) {
         SCOPED_TRACE(row.service);
         service.status = row.service;
         file.items[key] = "filed";
-        EXPECT_EQ(keychain.copyMatching(query), (KeychainMatch{keychainSuccess, "filed"}));
+        EXPECT_EQ(keychain.copyMatching(passwordItem), (KeychainMatch{keychainSuccess, "filed"}));
         EXPECT_EQ(service.items.contains(key), row.movesWhatItReads);
         EXPECT_EQ(file.items.contains(key), !row.movesWhatItReads);
 
         file.items.clear();
         service.items.clear();
-        EXPECT_EQ(keychain.copyMatching(query).status, row.nothingFiled);
+        EXPECT_EQ(keychain.copyMatching(passwordItem).status, row.nothingFiled);
         file.items[key] = "older";
-        EXPECT_EQ(keychain.add(query, "new"), row.changed);
-        EXPECT_EQ(file.copyMatching(query).data.value_or(""), row.filedAfterAdding);
+        EXPECT_EQ(keychain.add(passwordItem, "new"), row.changed);
+        EXPECT_EQ(file.copyMatching(passwordItem).data.value_or(""), row.filedAfterAdding);
         file.items[key] = "filed";
-        EXPECT_EQ(keychain.deleteMatching(query), row.changed);
+        EXPECT_EQ(keychain.deleteMatching(passwordItem), row.changed);
         EXPECT_TRUE(file.items.isEmpty() && service.items.isEmpty()) << "deleted in both";
     }
 }
 
 TEST_F(DesktopKeychainTest, WhatTheFileHoldsIsNewerThanWhatTheServiceHolds) {
     Testing::expectKeychainContract(keychain);
-    service.add(query, "older");
+    service.add(passwordItem, "older");
     service.status = keychainNotAvailable;
-    EXPECT_EQ(keychain.add(query, "newer"), keychainSuccess);
+    EXPECT_EQ(keychain.add(passwordItem, "newer"), keychainSuccess);
     service.status = keychainInteractionNotAllowed;
-    EXPECT_EQ(keychain.copyMatching(query).data, "newer") << "not served from behind a lock";
-    EXPECT_TRUE(Testing::await(keychain.unlock(query, KeychainAccess::reading)));
+    EXPECT_EQ(keychain.copyMatching(passwordItem).data, "newer") << "not served from behind a lock";
+    EXPECT_TRUE(Testing::await(keychain.unlock(passwordItem, KeychainAccess::reading)));
     EXPECT_FALSE(service.calls.contains(QStringLiteral("unlock"))) << "reading needs no answer of the user";
     service.status = keychainSuccess;
-    EXPECT_EQ(keychain.copyMatching(query).data, "newer");
-    EXPECT_EQ(service.copyMatching(query).data, "newer");
+    EXPECT_EQ(keychain.copyMatching(passwordItem).data, "newer");
+    EXPECT_EQ(service.copyMatching(passwordItem).data, "newer");
     EXPECT_TRUE(file.items.isEmpty());
-    EXPECT_EQ(keychain.copyMatching(query).data, "newer");
+    EXPECT_EQ(keychain.copyMatching(passwordItem).data, "newer");
 }
 
 TEST_F(DesktopKeychainTest, ASaveHoldsOnlyWhenTheFileHasNoOlderSecretLeft) {
-    file.add(query, "older");
+    file.add(passwordItem, "older");
     file.deleteStatus = keychainInputOutputError;
-    EXPECT_EQ(keychain.add(query, "newer"), keychainInputOutputError) << "the older one would be read first";
+    EXPECT_EQ(keychain.add(passwordItem, "newer"), keychainInputOutputError) << "the older one would be read first";
     file.status = keychainDecodeError;
-    EXPECT_EQ(keychain.add(query, "newer"), keychainSuccess) << "nothing can be read there";
-    EXPECT_EQ(keychain.copyMatching(query).data, "newer");
+    EXPECT_EQ(keychain.add(passwordItem, "newer"), keychainSuccess) << "nothing can be read there";
+    EXPECT_EQ(keychain.copyMatching(passwordItem).data, "newer");
 }
 
 TEST_F(DesktopKeychainTest, DeletingUnlocksTheServiceAndTellsThatSomethingMayBeLeft) {
@@ -100,14 +101,14 @@ TEST_F(DesktopKeychainTest, DeletingUnlocksTheServiceAndTellsThatSomethingMayBeL
         FakeKeychainServices someFile;
         DesktopKeychain both(someService, someFile);
         if (row.wasInService) {
-            someService.add(query, "secret");
-            EXPECT_EQ(both.copyMatching(query).data, "secret");
+            someService.add(passwordItem, "secret");
+            EXPECT_EQ(both.copyMatching(passwordItem).data, "secret");
         }
-        someFile.add(query, "secret");
+        someFile.add(passwordItem, "secret");
         someService.status = row.service;
-        EXPECT_EQ(Testing::await(both.unlock(query, KeychainAccess::deleting)), row.service == keychainSuccess);
+        EXPECT_EQ(Testing::await(both.unlock(passwordItem, KeychainAccess::deleting)), row.service == keychainSuccess);
         someFile.status = row.file;
-        EXPECT_EQ(both.deleteMatching(query), row.expected);
+        EXPECT_EQ(both.deleteMatching(passwordItem), row.expected);
         EXPECT_EQ(someFile.items.isEmpty(), row.file == keychainSuccess);
     }
 }

@@ -14,11 +14,11 @@
 namespace Varnel {
 namespace {
 
+using Testing::passwordItem;
+
 using Testing::contentOf;
 using Testing::putFile;
 using Testing::RecordedLog;
-
-const KeychainQuery query{QStringLiteral("service"), QStringLiteral("account")};
 
 class FileKeychainTest : public testing::Test {
 protected:
@@ -33,14 +33,14 @@ TEST_F(FileKeychainTest, KeepsTheContractInAFileOfTheOwnerAlone) {
     constexpr auto others = QFileDevice::Permissions(0x0077) | QFileDevice::ExeOwner;
     EXPECT_EQ(QFileInfo(path).permissions() & others, QFileDevice::Permissions());
     EXPECT_EQ(QFileInfo(QFileInfo(path).path()).permissions() & others, QFileDevice::ExeOwner);
-    EXPECT_TRUE(Testing::await(keychain.unlock(query, KeychainAccess::writing)));
+    EXPECT_TRUE(Testing::await(keychain.unlock(passwordItem, KeychainAccess::writing)));
 }
 
 TEST_F(FileKeychainTest, OthersRightsAreTakenAwayWhenTheFileIsMet) {
-    EXPECT_EQ(keychain.add(query, "secret"), keychainSuccess);
+    EXPECT_EQ(keychain.add(passwordItem, "secret"), keychainSuccess);
     chmod(qPrintable(path), 0644);
     chmod(qPrintable(QFileInfo(path).path()), 0755);
-    EXPECT_EQ(keychain.copyMatching(query).data, "secret");
+    EXPECT_EQ(keychain.copyMatching(passwordItem).data, "secret");
     constexpr QFileDevice::Permissions others(0x0077);
     EXPECT_EQ(QFileInfo(path).permissions() & others, 0);
     EXPECT_EQ(QFileInfo(QFileInfo(path).path()).permissions() & others, 0);
@@ -51,14 +51,14 @@ TEST_F(FileKeychainTest, AFileThatIsNotUnderstoodIsToldAndKeptBesideTheNextItem)
          {"", "[]", R"({"items":{}})", R"({"items":[{"service":"a","account":"b"}]})", R"({"items":[7]})",
           R"({"items":[{"service":"a","account":"b","data":"not base64!"}]})", R"({"items":[)"}) {
         putFile(path, content);
-        EXPECT_EQ(keychain.copyMatching(query).status, keychainDecodeError) << content;
-        EXPECT_EQ(keychain.deleteMatching(query), keychainDecodeError);
+        EXPECT_EQ(keychain.copyMatching(passwordItem).status, keychainDecodeError) << content;
+        EXPECT_EQ(keychain.deleteMatching(passwordItem), keychainDecodeError);
         EXPECT_EQ(contentOf(path), content);
         const RecordedLog log;
-        EXPECT_EQ(keychain.add(query, "secret"), keychainSuccess);
+        EXPECT_EQ(keychain.add(passwordItem, "secret"), keychainSuccess);
         EXPECT_EQ(contentOf(kept), content);
         EXPECT_EQ(log.lines.size(), 1);
-        EXPECT_EQ(keychain.copyMatching(query).data, "secret");
+        EXPECT_EQ(keychain.copyMatching(passwordItem).data, "secret");
     }
 }
 
@@ -72,20 +72,20 @@ TEST_F(FileKeychainTest, WhatCannotBeReadOrWrittenIsAnInputOutputErrorAndNotWait
     for (const auto& [name, happens] : rows) {
         SCOPED_TRACE(name);
         happens();
-        EXPECT_EQ(keychain.copyMatching(query).status, keychainInputOutputError);
-        EXPECT_EQ(keychain.deleteMatching(query), keychainInputOutputError);
+        EXPECT_EQ(keychain.copyMatching(passwordItem).status, keychainInputOutputError);
+        EXPECT_EQ(keychain.deleteMatching(passwordItem), keychainInputOutputError);
         EXPECT_TRUE(QFileInfo::exists(path));
-        EXPECT_EQ(keychain.add(query, "secret"), keychainSuccess);
+        EXPECT_EQ(keychain.add(passwordItem, "secret"), keychainSuccess);
         EXPECT_TRUE(QFileInfo::exists(kept));
-        EXPECT_EQ(keychain.copyMatching(query).data, "secret");
+        EXPECT_EQ(keychain.copyMatching(passwordItem).data, "secret");
         QFile::remove(path);
         QDir().rmdir(kept);
     }
-    EXPECT_EQ(keychain.add(query, "secret"), keychainSuccess);
+    EXPECT_EQ(keychain.add(passwordItem, "secret"), keychainSuccess);
     const Testing::FullDisk disk;
-    EXPECT_EQ(keychain.add(query, "newer"), keychainInputOutputError);
-    EXPECT_EQ(keychain.deleteMatching(query), keychainInputOutputError);
-    EXPECT_EQ(keychain.copyMatching(query).data, "secret");
+    EXPECT_EQ(keychain.add(passwordItem, "newer"), keychainInputOutputError);
+    EXPECT_EQ(keychain.deleteMatching(passwordItem), keychainInputOutputError);
+    EXPECT_EQ(keychain.copyMatching(passwordItem).data, "secret");
 }
 
 } // namespace

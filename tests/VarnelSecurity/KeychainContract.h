@@ -8,6 +8,10 @@
 
 namespace Varnel::Testing {
 
+/// The item that the tests keep.
+inline const KeychainQuery passwordItem{QStringLiteral("com.varnel.menubar"),
+                                        QStringLiteral("password.me@example.com")};
+
 /// What every keychain without these items owes its callers.
 inline void expectKeychainContract(KeychainServices& keychain) {
     const KeychainQuery mine{QStringLiteral("contract"), QStringLiteral("password.jürgen")};

@@ -16,9 +16,7 @@
 namespace Varnel {
 namespace {
 
-const QString service = QStringLiteral("com.varnel.menubar");
-const QString account = QStringLiteral("password.me@example.com");
-const KeychainQuery query{service, account};
+using Testing::passwordItem;
 
 Testing::KeyringSession& sharedSession() {
     static Testing::KeyringSession session; // the process has one session bus for its whole life
@@ -32,7 +30,7 @@ protected:
     ~SecretServiceKeychainTest() override { session.stopKeyring(); }
 
     QByteArray secretTool(QStringList command, const QString& ofService, const QByteArray& input = {}) {
-        command << QStringLiteral("service") << ofService << QStringLiteral("account") << account;
+        command << QStringLiteral("service") << ofService << QStringLiteral("account") << passwordItem.account;
         return session.secretTool(command, input);
     }
     void storeFromOutside(const QString& ofService, const QByteArray& secret) {
@@ -45,7 +43,7 @@ protected:
     SecretServiceKeychain secretService{std::chrono::seconds(1)};
     FileKeychain file{path};
     DesktopKeychain keychain{secretService, file};
-    KeychainStore store{service, keychain};
+    KeychainStore store{passwordItem.service, keychain};
 };
 
 TEST_F(SecretServiceKeychainTest, KeepsTheContract) {
@@ -55,39 +53,40 @@ TEST_F(SecretServiceKeychainTest, KeepsTheContract) {
 
 TEST_F(SecretServiceKeychainTest, SharesItsItemsWithSecretTool) {
     session.startKeyring();
-    storeFromOutside(service, "from outside");
-    EXPECT_EQ(store.readSecret(account).value(), QStringLiteral("from outside"));
+    storeFromOutside(passwordItem.service, "from outside");
+    EXPECT_EQ(store.readSecret(passwordItem.account).value(), QStringLiteral("from outside"));
     storeFromOutside(QStringLiteral("other"), "theirs");
 
     for (const QString& secret : {QStringLiteral("first"), QStringLiteral("zwölf 日本 \U0001F31E")}) {
-        ASSERT_TRUE(store.saveSecret(secret, account));
-        EXPECT_EQ(lookUpFromOutside(service), secret.toUtf8());
+        ASSERT_TRUE(store.saveSecret(secret, passwordItem.account));
+        EXPECT_EQ(lookUpFromOutside(passwordItem.service), secret.toUtf8());
     }
-    EXPECT_EQ(secretTool({QStringLiteral("search"), QStringLiteral("--all")}, service).count("secret = "), 1);
-    ASSERT_TRUE(store.deleteSecret(account));
-    EXPECT_EQ(lookUpFromOutside(service), "");
+    EXPECT_EQ(secretTool({QStringLiteral("search"), QStringLiteral("--all")}, passwordItem.service).count("secret = "),
+              1);
+    ASSERT_TRUE(store.deleteSecret(passwordItem.account));
+    EXPECT_EQ(lookUpFromOutside(passwordItem.service), "");
     EXPECT_EQ(lookUpFromOutside(QStringLiteral("other")), "theirs");
     EXPECT_FALSE(QFile::exists(path));
 }
 
 TEST_F(SecretServiceKeychainTest, TheFileServesUntilThereIsASecretService) {
-    ASSERT_TRUE(store.saveSecret(QStringLiteral("päss"), account));
-    EXPECT_EQ(store.readSecret(account).value(), QStringLiteral("päss"));
+    ASSERT_TRUE(store.saveSecret(QStringLiteral("päss"), passwordItem.account));
+    EXPECT_EQ(store.readSecret(passwordItem.account).value(), QStringLiteral("päss"));
     session.startKeyring();
-    EXPECT_EQ(store.readSecret(account).value(), QStringLiteral("päss"));
-    EXPECT_EQ(lookUpFromOutside(service), QStringLiteral("päss").toUtf8());
-    EXPECT_EQ(file.copyMatching(query).status, keychainItemNotFound);
+    EXPECT_EQ(store.readSecret(passwordItem.account).value(), QStringLiteral("päss"));
+    EXPECT_EQ(lookUpFromOutside(passwordItem.service), QStringLiteral("päss").toUtf8());
+    EXPECT_EQ(file.copyMatching(passwordItem).status, keychainItemNotFound);
 }
 
 TEST_F(SecretServiceKeychainTest, APasswordSavedWithoutAKeyringIsNewerThanTheOneInIt) {
-    ASSERT_TRUE(store.saveSecret(QStringLiteral("newer"), account));
+    ASSERT_TRUE(store.saveSecret(QStringLiteral("newer"), passwordItem.account));
     session.startKeyring();
-    storeFromOutside(service, "older");
-    EXPECT_EQ(store.readSecret(account).value(), QStringLiteral("newer"));
-    EXPECT_EQ(lookUpFromOutside(service), "newer");
-    EXPECT_EQ(file.copyMatching(query).status, keychainItemNotFound);
-    ASSERT_TRUE(store.deleteSecret(account));
-    EXPECT_EQ(store.readSecret(account).value(), std::nullopt);
+    storeFromOutside(passwordItem.service, "older");
+    EXPECT_EQ(store.readSecret(passwordItem.account).value(), QStringLiteral("newer"));
+    EXPECT_EQ(lookUpFromOutside(passwordItem.service), "newer");
+    EXPECT_EQ(file.copyMatching(passwordItem).status, keychainItemNotFound);
+    ASSERT_TRUE(store.deleteSecret(passwordItem.account));
+    EXPECT_EQ(store.readSecret(passwordItem.account).value(), std::nullopt);
 }
 
 TEST_F(SecretServiceKeychainTest, ADeletionThatDidNotHoldIsTold) {
@@ -99,53 +98,56 @@ TEST_F(SecretServiceKeychainTest, ADeletionThatDidNotHoldIsTold) {
     for (const auto& [status, happens] : rows) {
         SCOPED_TRACE(status);
         session.startKeyring();
-        ASSERT_TRUE(store.saveSecret(QStringLiteral("secret"), account));
+        ASSERT_TRUE(store.saveSecret(QStringLiteral("secret"), passwordItem.account));
         happens();
         QElapsedTimer elapsed;
         elapsed.start();
-        const Result<void> deleted = store.deleteSecret(account);
+        const Result<void> deleted = store.deleteSecret(passwordItem.account);
         EXPECT_LT(elapsed.elapsed(), 1500);
         ASSERT_FALSE(deleted);
         EXPECT_EQ(*deleted.error().as<KeychainError>(), KeychainError::unexpectedStatus(status));
         session.stopKeyring();
-        Testing::await(store.unlock(account, KeychainAccess::deleting)); // also gives a silent service another chance
+        Testing::await(store.unlock(
+            passwordItem.account, KeychainAccess::deleting)); // also gives a silent passwordItem.service another chance
     }
 }
 
 TEST_F(SecretServiceKeychainTest, AServiceThatCouldBeStartedCountsAsExisting) {
     session.setSecretServiceStartable(QStringLiteral("false"));
-    EXPECT_FALSE(store.saveSecret(QStringLiteral("x"), account));
+    EXPECT_FALSE(store.saveSecret(QStringLiteral("x"), passwordItem.account));
     EXPECT_FALSE(QFile::exists(path));
     session.setSecretServiceStartable(QStringLiteral(
         "sleep 1.6; echo | timeout -s KILL 2 gnome-keyring-daemon --foreground --unlock --components=secrets"));
     SecretServiceKeychain patient;
-    EXPECT_TRUE(Testing::await(patient.unlock(query, KeychainAccess::reading))) << "while it takes its time to start";
+    EXPECT_TRUE(Testing::await(patient.unlock(passwordItem, KeychainAccess::reading)))
+        << "while it takes its time to start";
     session.setSecretServiceStartable({});
 }
 
 TEST_F(SecretServiceKeychainTest, ALockedKeyringIsToldAndNeverReplacedByTheFile) {
     session.startKeyring();
-    ASSERT_TRUE(store.saveSecret(QStringLiteral("behind the lock"), account));
-    EXPECT_TRUE(Testing::await(store.unlock(account, KeychainAccess::writing))) << "nothing is locked";
+    ASSERT_TRUE(store.saveSecret(QStringLiteral("behind the lock"), passwordItem.account));
+    EXPECT_TRUE(Testing::await(store.unlock(passwordItem.account, KeychainAccess::writing))) << "nothing is locked";
     session.lockKeyring();
-    EXPECT_EQ(keychain.copyMatching(query).status, keychainInteractionNotAllowed);
-    EXPECT_EQ(keychain.copyMatching({service, QStringLiteral("nobody")}).status, keychainInteractionNotAllowed);
-    EXPECT_EQ(keychain.add(query, "x"), keychainInteractionNotAllowed);
-    EXPECT_EQ(keychain.deleteMatching(query), keychainInteractionNotAllowed);
+    EXPECT_EQ(keychain.copyMatching(passwordItem).status, keychainInteractionNotAllowed);
+    EXPECT_EQ(keychain.copyMatching({passwordItem.service, QStringLiteral("nobody")}).status,
+              keychainInteractionNotAllowed);
+    EXPECT_EQ(keychain.add(passwordItem, "x"), keychainInteractionNotAllowed);
+    EXPECT_EQ(keychain.deleteMatching(passwordItem), keychainInteractionNotAllowed);
     EXPECT_FALSE(QFile::exists(path));
     EXPECT_FALSE(session.wasUserAsked());
-    EXPECT_FALSE(Testing::await(store.unlock(account, KeychainAccess::deleting)));
+    EXPECT_FALSE(Testing::await(store.unlock(passwordItem.account, KeychainAccess::deleting)));
     EXPECT_TRUE(session.wasUserAsked());
 }
 
 TEST_F(SecretServiceKeychainTest, EachUnlockGetsTheAnswerToItsOwnQuestion) {
     session.startKeyring();
-    storeFromOutside(service, "behind the lock");
+    storeFromOutside(passwordItem.service, "behind the lock");
     secretTool({QStringLiteral("store"), QStringLiteral("--label=x"), QStringLiteral("--collection=session")},
                QStringLiteral("other"), "never locked");
     session.lockKeyring();
-    auto locked = secretService.unlock(query, KeychainAccess::reading);
-    auto open = secretService.unlock({QStringLiteral("other"), account}, KeychainAccess::reading);
+    auto locked = secretService.unlock(passwordItem, KeychainAccess::reading);
+    auto open = secretService.unlock({QStringLiteral("other"), passwordItem.account}, KeychainAccess::reading);
     EXPECT_FALSE(Testing::await(std::move(locked)));
     EXPECT_TRUE(Testing::await(std::move(open)));
 }
@@ -171,11 +173,11 @@ TEST_F(SecretServiceKeychainTest, AServiceThatNeverAnswersHoldsNothingUp) {
     session.suspendKeyring();
     QElapsedTimer elapsed;
     elapsed.start();
-    EXPECT_FALSE(store.saveSecret(QStringLiteral("x"), account));
-    EXPECT_FALSE(store.readSecret(account));
+    EXPECT_FALSE(store.saveSecret(QStringLiteral("x"), passwordItem.account));
+    EXPECT_FALSE(store.readSecret(passwordItem.account));
     EXPECT_LT(elapsed.elapsed(), 1500);
     EXPECT_FALSE(QFile::exists(path));
-    QCoro::Task<bool> unlocking = store.unlock(account, KeychainAccess::reading);
+    QCoro::Task<bool> unlocking = store.unlock(passwordItem.account, KeychainAccess::reading);
     EXPECT_LT(elapsed.elapsed(), 1600);
     EXPECT_FALSE(Testing::await(std::move(unlocking)));
 }
