@@ -142,5 +142,13 @@ TEST_F(RecoveryTest, AReadingThatHasGrownOldLooksOldWhilePollsFailAndOnlyThen) {
     EXPECT_TRUE(waitUntil([&] { return !controller->presentation().outdatedLine; }));
 }
 
+TEST_F(RecoveryTest, TheNextPollWaitsAsLongAsTheServiceAsksFor) {
+    launchConnected();
+    failRequests(FaultKind::status, 429);
+    simulator.behaviour().faults.front().retryAfter = QStringLiteral("3000");
+    time.advance(Seconds(300));
+    EXPECT_TRUE(waitUntil([&] { return time.scheduledDelays().back() == 3000; }));
+}
+
 } // namespace
 } // namespace Varnel
