@@ -1,6 +1,7 @@
 #include <VarnelSEMS/SEMSJSONTree.h>
 
 #include <algorithm>
+#include <bitset>
 #include <span>
 
 namespace Varnel {
@@ -35,7 +36,12 @@ public:
     explicit FirstValues(std::span<const std::string_view> keys)
         : m_keys(keys)
         , m_found(keys.size(), nullptr)
-        , m_missing(keys.size()) {}
+        , m_missing(keys.size()) {
+        m_lastLetters.set('_');
+        for (const std::string_view key : keys) {
+            m_lastLetters.set(lastLetter(key));
+        }
+    }
 
     void walk(const JSON& tree) {
         if (const auto* object = tree.get_ptr<const JSON::object_t*>()) {
@@ -55,7 +61,14 @@ public:
     std::vector<const JSON*> take() { return std::move(m_found); }
 
 private:
+    static std::size_t lastLetter(std::string_view key) {
+        return key.empty() ? 0 : static_cast<unsigned char>(lower(key.back()));
+    }
+
     void note(std::string_view key, const JSON& value) {
+        if (!m_lastLetters.test(lastLetter(key))) {
+            return; // which is nearly every member
+        }
         for (std::size_t i = 0; i < m_keys.size(); ++i) {
             if (m_found[i] == nullptr && matches(key, m_keys[i])) {
                 m_found[i] = &value;
@@ -67,6 +80,7 @@ private:
     std::span<const std::string_view> m_keys;
     std::vector<const JSON*> m_found;
     std::size_t m_missing;
+    std::bitset<256> m_lastLetters; ///< of the keys; "_" always, since it does not count
 };
 
 /// One step down from a value to one that it holds.
