@@ -25,31 +25,48 @@ bool isPowerKey(std::string_view key) {
                        [key](std::string_view wanted) { return matchesKey(key, wanted); });
 }
 
-/// The texts under power keys that name their unit, anywhere in a reply.
+/// The power in kW that a text of any key ends in, "5(W)" and "Power: 0.005kW"; none for any other text.
+std::optional<double> powerAtTheEnd(std::string_view text) {
+    const std::size_t last = text.find_last_not_of(')');
+    if (last == std::string_view::npos || (text[last] != 'W' && text[last] != 'w')) {
+        return std::nullopt;
+    }
+    std::string plain(text);
+    std::erase_if(plain, [](char c) { return c == '(' || c == ')'; });
+    const std::optional<SEMSNumber> number = parseNumber(plain);
+    return number ? std::optional(number->value) : std::nullopt;
+}
+
+/// What the texts of a reply say of its powers, in kW and ascending.
 class PowerTexts {
 public:
     explicit PowerTexts(const JSON& root) {
         collect(root);
-        std::sort(m_kilowatts.begin(), m_kilowatts.end());
+        std::sort(m_powers.begin(), m_powers.end());
+        std::sort(m_others.begin(), m_others.end());
     }
 
-    /// Whether a number that names no unit itself is in watts; none where the texts do not agree on a unit. All of them
-    /// name the number's unit too, unless one says this very power in the other: "3420W" beside 3.42.
+    /// Whether a number that names no unit itself is in watts by the texts under power keys, anywhere in the reply,
+    /// that name theirs; none where these do not agree. One that says this very power in the other unit counts more
+    /// than all: "3420W" beside 3.42.
     std::optional<bool> meanWatts(double value) const {
         if (m_nameWatts == m_nameKilowatts) {
             return std::nullopt;
         }
-        return m_nameWatts ? !say(value) : say(value / 1000);
+        return m_nameWatts ? !say(m_powers, value) : say(m_powers, value / 1000);
     }
+
+    /// Whether any other text says this very number of watts.
+    bool sayInWatts(double value) const { return say(m_others, value / 1000); }
 
 private:
     void collect(const JSON& tree) {
         if (const auto* members = tree.get_ptr<const JSON::object_t*>()) {
             for (const auto& [key, value] : *members) {
-                if (value.is_structured()) {
+                if (const auto* text = value.get_ptr<const JSON::string_t*>()) {
+                    hear(key, *text);
+                } else {
                     collect(value);
-                } else if (value.is_string() && isPowerKey(key)) {
-                    hear(value);
                 }
             }
         } else if (tree.is_array()) {
@@ -57,23 +74,26 @@ private:
         }
     }
 
-    void hear(const JSON& text) {
-        const std::optional<SEMSNumber> number = coerceToDouble(text);
+    void hear(std::string_view key, std::string_view text) {
+        const std::optional<SEMSNumber> number = isPowerKey(key) ? parseNumber(text) : std::nullopt;
         if (number && number->ownUnit) {
-            m_kilowatts.push_back(number->value);
+            m_powers.push_back(number->value);
             m_nameWatts = m_nameWatts || number->ownUnit == PowerUnitKind::watts;
             m_nameKilowatts = m_nameKilowatts || number->ownUnit == PowerUnitKind::kilowatts;
+        } else if (const std::optional<double> power = powerAtTheEnd(text)) {
+            m_others.push_back(*power);
         }
     }
 
     /// Texts are rounded, to whole watts or to two decimals of a kilowatt.
-    bool say(double kilowatts) const {
+    static bool say(const std::vector<double>& texts, double kilowatts) {
         const double margin = std::max(0.0005, std::abs(kilowatts) * 0.05);
-        const auto nearest = std::lower_bound(m_kilowatts.begin(), m_kilowatts.end(), kilowatts - margin);
-        return nearest != m_kilowatts.end() && *nearest <= kilowatts + margin;
+        const auto nearest = std::lower_bound(texts.begin(), texts.end(), kilowatts - margin);
+        return nearest != texts.end() && *nearest <= kilowatts + margin;
     }
 
-    std::vector<double> m_kilowatts; ///< ascending
+    std::vector<double> m_powers; ///< under power keys
+    std::vector<double> m_others;
     bool m_nameWatts = false;
     bool m_nameKilowatts = false;
 };
@@ -134,7 +154,11 @@ private:
         }
         // With snow around and a cold sky a plant gives somewhat more than its rated size, never half as much again.
         const auto isTooMuch = [this](double kilowatts) { return std::abs(kilowatts) > 1.5 * *m_capacityKW; };
-        return m_capacityKW && isTooMuch(value) && !isTooMuch(value / 1000);
+        if (m_capacityKW && isTooMuch(value) && !isTooMuch(value / 1000)) {
+            return true;
+        }
+        // Up to there a few watts may still be kilowatts, but hardly of a number that stands elsewhere in watts.
+        return m_texts->sayInWatts(value);
     }
 
     const JSON& m_root;

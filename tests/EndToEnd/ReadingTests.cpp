@@ -35,6 +35,37 @@ TEST_F(ReadingEndToEnd, EveryShapeOfADetailReadsTheSame) {
     }
 }
 
+TEST_F(ReadingEndToEnd, AWholeDayReadsAsItWasProduced) {
+    const SEMSSession session = signedIn(SEMSAuthMode::legacyPortal);
+    const struct {
+        int inverters;
+        double capacityKW;
+        double nightWatts;
+        bool powerTexts;
+    } rows[] = {{1, 8.2, 0, true}, {2, 8.2, -8, true}, {3, 60, -25, true}, {1, 8.2, -8, false}, {3, 60, 0, false}};
+    const auto isDuskOrDawn = [](int minute) {
+        using namespace Simulator::SunCurve;
+        return std::abs(minute - sunriseMinute) < 7 || std::abs(minute - sunsetMinute) < 7;
+    };
+    for (const auto& row : rows) {
+        Simulator::SimulatedStation& station = simulator.behaviour().stations.front();
+        station.inverters = row.inverters;
+        station.capacityKW = row.capacityKW;
+        simulator.behaviour().nightWatts = row.nightWatts;
+        simulator.behaviour().shape.powerTexts = row.powerTexts;
+        for (int minute = 0; minute < 24 * 60; ++minute) {
+            if (minute % 60 != 0 && !isDuskOrDawn(minute)) {
+                continue;
+            }
+            const QTime timeOfDay = QTime(0, 0).addSecs(minute * 60);
+            time.jumpTo(Timestamp::fromDateTime(QDateTime(QDate(2026, 6, 1), timeOfDay)));
+            const double sunKW = Simulator::SunCurve::powerKW(row.capacityKW, timeOfDay);
+            EXPECT_NEAR(reading(session).value().kilowatts, sunKW > 0 ? sunKW : row.nightWatts / 1000, 0.0005)
+                << row.inverters << (row.powerTexts ? " with texts at " : " at ") << qPrintable(timeOfDay.toString());
+        }
+    }
+}
+
 TEST_F(ReadingEndToEnd, TheSearchForTheDayEndsWithAnAnswerWithTheConnectionAndAfterThirtySeconds) {
     const SEMSSession session = signedIn(SEMSAuthMode::legacyPortal);
     simulator.behaviour().shape.detailTellsEnergy = false;
