@@ -18,7 +18,7 @@ using Member = std::pair<std::string, JSON>;
 /// As the library inserts, by a comparison with each member before: the cheapest way for a few.
 void takeFew(JSON::object_t& object, std::span<Member> from) {
     for (auto& [key, value] : from) {
-        object[std::move(key)] = std::move(value);
+        object[key] = std::move(value);
     }
 }
 

@@ -35,7 +35,7 @@ void parse(benchmark::State& state) {
     state.SetLabel(std::string(shape));
     state.SetBytesProcessed(state.iterations() * text.size());
 }
-constexpr int mebibyte = 1 << 20;
+constexpr std::int64_t mebibyte = 1 << 20;
 BENCHMARK(parse)
     ->ArgsProduct({benchmark::CreateDenseRange(0, shapes.size() - 1, 1),
                    {mebibyte, 2 * mebibyte, 4 * mebibyte, 8 * mebibyte}})
