@@ -1,7 +1,7 @@
 # What every target of the project shares, and the two functions that declare a module and a test.
 
 find_package(Qt6 6.4 REQUIRED COMPONENTS Core Gui Widgets Network DBus Svg)
-find_package(QCoro6 0.8 REQUIRED COMPONENTS Core Network DBus)
+find_package(QCoro6 0.8 REQUIRED COMPONENTS Core DBus)
 find_package(nlohmann_json 3.11 REQUIRED)
 find_package(tl-expected REQUIRED)
 find_package(PkgConfig REQUIRED)

@@ -1,12 +1,10 @@
 #include <VarnelSEMS/Linux/NetworkHTTPSession.h>
 
-#include <VarnelSEMS/Linux/NetworkTransfer.h>
+#include <VarnelSEMS/Linux/CurlTransfer.h>
 #include <VarnelShared/URLError.h>
 
 #include <QCoreApplication>
-#include <QCoroNetworkReply>
 #include <QCoroSignal>
-#include <QNetworkAccessManager>
 #include <QTimer>
 
 #include <algorithm>
@@ -22,7 +20,7 @@ bool isControl(char byte) {
     return static_cast<unsigned char>(byte) < 0x20 || byte == 0x7f;
 }
 
-/// Qt sends header values byte for byte: a line break in one would end the header and begin another.
+/// Header values go out byte for byte: a line break in one would end the header and begin another.
 bool isSendable(const HTTPRequest& request) {
     return isWebURL(request.url) &&
            std::none_of(request.headers.begin(), request.headers.end(), [](const auto& header) {
@@ -39,14 +37,12 @@ bool isSameOrigin(const QUrl& one, const QUrl& other) {
 /// go to no host that was not chosen.
 std::optional<QUrl> redirectTarget(const QUrl& asked, const HTTPResponse& response) {
     constexpr int redirects[] = {301, 302, 303, 307, 308};
-    const auto location = std::find_if(response.headers.begin(), response.headers.end(), [](const auto& header) {
-        return header.first.compare("Location", Qt::CaseInsensitive) == 0;
-    });
+    const auto location = response.header("Location");
     if (std::find(std::begin(redirects), std::end(redirects), response.statusCode.value_or(0)) == std::end(redirects) ||
-        location == response.headers.end()) {
+        !location) {
         return std::nullopt;
     }
-    const QUrl target = asked.resolved(QUrl::fromEncoded(location->second));
+    const QUrl target = asked.resolved(QUrl::fromEncoded(*location));
     return isWebURL(target) && isSameOrigin(asked, target) ? std::optional(target) : std::nullopt;
 }
 
@@ -61,33 +57,25 @@ void redirect(HTTPRequest& request, const QUrl& target, int status) {
     }
 }
 
-/// The network access with its proxies from elsewhere: left to itself it asks the system for them, however long the
-/// answer takes, on the main thread and before the deadline of the request begins to count.
-std::unique_ptr<QNetworkAccessManager> makeManager(const SystemProxies& proxies) {
-    auto manager = std::make_unique<QNetworkAccessManager>();
-    manager->setProxyFactory(proxies.factory().release());
-    return manager;
-}
-
 struct DeleteLater {
     void operator()(QObject* object) const { object->deleteLater(); }
 };
 } // namespace
 
-NetworkHTTPSession::NetworkHTTPSession()
-    : m_manager(makeManager(m_proxies)) {}
+NetworkHTTPSession::NetworkHTTPSession() = default;
 
 NetworkHTTPSession::~NetworkHTTPSession() {
-    // A reply that is deleted instead never wakes its coroutine. What wakes up may send again: that is refused.
+    // What is deleted instead never wakes its coroutine. What wakes up may send again: that is refused.
     m_isEnding = true;
     const auto lookups = m_lookups;
     for (QFutureWatcherBase* lookup : lookups) {
         Q_EMIT lookup->finished();
         QCoreApplication::sendPostedEvents(lookup, QEvent::MetaCall); // which is how that wakes its coroutine
     }
-    const auto inFlight = m_inFlight;
-    for (QNetworkReply* reply : inFlight) {
-        reply->abort();
+    const auto transfers = m_transfers;
+    for (CurlTransfer* transfer : transfers) {
+        transfer->cancel();
+        QCoreApplication::sendPostedEvents(transfer, QEvent::MetaCall);
     }
 }
 
@@ -117,13 +105,12 @@ QCoro::Task<Result<HTTPResponse>> NetworkHTTPSession::exchange(HTTPRequest reque
     if (deadline.hasExpired()) {
         co_return failure(URLError{URLError::Code::timedOut, {}});
     }
-    QNetworkAccessManager* manager = m_manager.get();
-    NetworkTransfer transfer(*manager, request, std::chrono::milliseconds(deadline.remainingTime()));
-    m_inFlight.push_back(transfer.reply());
-    co_await transfer.reply();
-    std::erase(m_inFlight, transfer.reply());
-    releaseIfUnused(manager);
-    co_return transfer.outcome();
+    const std::unique_ptr<CurlTransfer, DeleteLater> transfer(
+        new CurlTransfer(request, m_proxies.known(request.url), std::chrono::milliseconds(deadline.remainingTime())));
+    m_transfers.push_back(transfer.get());
+    co_await qCoro(transfer.get(), &CurlTransfer::finished);
+    std::erase(m_transfers, transfer.get());
+    co_return transfer->outcome();
 }
 
 /// Ends with the lookup, at the deadline or when the session ends, whichever comes first. Without an answer the last
@@ -135,33 +122,13 @@ QCoro::Task<void> NetworkHTTPSession::settleProxies(QUrl url, QDeadlineTimer dea
     const auto lookup = m_proxies.lookUp(url);
     if (!lookup.isFinished()) {
         // The signal that resumes this coroutine may be the watcher's own: it is deleted when that has returned.
-        const std::unique_ptr<QFutureWatcher<QList<QNetworkProxy>>, DeleteLater> watcher(
-            new QFutureWatcher<QList<QNetworkProxy>>);
+        const std::unique_ptr<QFutureWatcher<QNetworkProxy>, DeleteLater> watcher(new QFutureWatcher<QNetworkProxy>);
         watcher->setFuture(lookup);
         QTimer::singleShot(std::chrono::milliseconds(deadline.remainingTime()), Qt::PreciseTimer, watcher.get(),
                            &QFutureWatcherBase::finished);
         m_lookups.push_back(watcher.get());
         co_await qCoro(static_cast<QFutureWatcherBase*>(watcher.get()), &QFutureWatcherBase::finished);
         std::erase(m_lookups, watcher.get());
-    }
-    if (lookup.isFinished()) {
-        m_proxies.use(url, lookup.result());
-    }
-}
-
-void NetworkHTTPSession::reset() {
-    QNetworkAccessManager* retired = std::exchange(m_manager, makeManager(m_proxies)).release();
-    retired->setParent(&m_retired);
-    releaseIfUnused(retired);
-}
-
-/// Later rather than now: the manager's own reply may be the one that calls.
-void NetworkHTTPSession::releaseIfUnused(QNetworkAccessManager* manager) {
-    const bool isUsed = manager == m_manager.get() ||
-                        std::any_of(m_inFlight.begin(), m_inFlight.end(),
-                                    [manager](const QNetworkReply* reply) { return reply->manager() == manager; });
-    if (!isUsed) {
-        manager->deleteLater();
     }
 }
 

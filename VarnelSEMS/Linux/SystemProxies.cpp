@@ -3,9 +3,11 @@
 #include <VarnelSEMS/HTTPSession.h>
 
 #include <QHostAddress>
+#include <QNetworkProxyFactory>
 #include <QNetworkProxyQuery>
 #include <QPromise>
 
+#include <algorithm>
 #include <atomic>
 #include <thread>
 #include <utility>
@@ -24,22 +26,33 @@ QUrl originOf(const QUrl& url) {
     return origin;
 }
 
-bool isLoopback(const QString& host) {
-    return host == QLatin1String("localhost") || QHostAddress(host).isLoopback();
+bool isUsable(const QNetworkProxy& proxy) {
+    switch (proxy.type()) {
+    case QNetworkProxy::NoProxy:
+    case QNetworkProxy::HttpProxy:
+    case QNetworkProxy::HttpCachingProxy:
+    case QNetworkProxy::Socks5Proxy:
+        return true;
+    case QNetworkProxy::DefaultProxy:
+    case QNetworkProxy::FtpCachingProxy:
+        break;
+    }
+    return false;
 }
 
-QList<QNetworkProxy> directly() {
-    return {QNetworkProxy(QNetworkProxy::NoProxy)};
+QNetworkProxy firstUsable(const QList<QNetworkProxy>& proxies) {
+    const auto found = std::find_if(proxies.begin(), proxies.end(), isUsable);
+    return found == proxies.end() ? QNetworkProxy(QNetworkProxy::NoProxy) : *found;
 }
 
 /// The thread belongs to nobody: it ends with its lookup or with the process.
-QFuture<QList<QNetworkProxy>> lookUpOnThread(const QUrl& origin) {
-    QPromise<QList<QNetworkProxy>> promise;
+QFuture<QNetworkProxy> lookUpOnThread(const QUrl& origin) {
+    QPromise<QNetworkProxy> promise;
     promise.start();
-    QFuture<QList<QNetworkProxy>> answer = promise.future();
+    QFuture<QNetworkProxy> answer = promise.future();
     ++lookupsInFlight;
     std::thread([promise = std::move(promise), origin]() mutable {
-        promise.addResult(QNetworkProxyFactory::systemProxyForQuery(QNetworkProxyQuery(origin)));
+        promise.addResult(firstUsable(QNetworkProxyFactory::systemProxyForQuery(QNetworkProxyQuery(origin))));
         --lookupsInFlight;
         promise.finish();
     }).detach();
@@ -47,37 +60,30 @@ QFuture<QList<QNetworkProxy>> lookUpOnThread(const QUrl& origin) {
 }
 } // namespace
 
-QFuture<QList<QNetworkProxy>> SystemProxies::lookUp(const QUrl& url) {
+QFuture<QNetworkProxy> SystemProxies::lookUp(const QUrl& url) {
     if (isLoopback(url.host())) {
-        return QtFuture::makeReadyFuture(directly());
+        return QtFuture::makeReadyFuture(QNetworkProxy(QNetworkProxy::NoProxy));
     }
     const QUrl origin = originOf(url);
-    QFuture<QList<QNetworkProxy>>& last = m_lookups[origin.toString()];
-    if (!last.isRunning()) {
-        last = lookUpOnThread(origin);
+    Lookups& lookups = m_lookups[origin.toString()];
+    if (!lookups.last.isRunning()) {
+        lookups.known = known(url);
+        lookups.last = lookUpOnThread(origin);
     }
-    return last;
+    return lookups.last;
 }
 
-void SystemProxies::use(const QUrl& url, const QList<QNetworkProxy>& proxies) {
-    (*m_inUse)[originOf(url).toString()] = proxies;
+QNetworkProxy SystemProxies::known(const QUrl& url) const {
+    const auto found = m_lookups.find(originOf(url).toString());
+    if (found == m_lookups.end()) {
+        return QNetworkProxy(QNetworkProxy::NoProxy);
+    }
+    const auto& [known, last] = found->second;
+    return last.resultCount() > 0 ? last.result() : known;
 }
 
-std::unique_ptr<QNetworkProxyFactory> SystemProxies::factory() const {
-    class Factory final : public QNetworkProxyFactory {
-    public:
-        explicit Factory(std::shared_ptr<const Proxies> inUse)
-            : m_inUse(std::move(inUse)) {}
-
-        QList<QNetworkProxy> queryProxy(const QNetworkProxyQuery& query) override {
-            const auto found = m_inUse->find(originOf(query.url()).toString());
-            return found == m_inUse->end() ? directly() : found->second;
-        }
-
-    private:
-        const std::shared_ptr<const Proxies> m_inUse;
-    };
-    return std::make_unique<Factory>(m_inUse);
+bool SystemProxies::isLoopback(const QString& host) {
+    return host == QLatin1String("localhost") || QHostAddress(host).isLoopback();
 }
 
 bool SystemProxies::isLookingUp() {

@@ -3,7 +3,8 @@
 #include "../Support/EventLoop.h"
 #include "../Support/Files.h"
 
-#include <VarnelSEMS/Linux/NetworkTransfer.h>
+#include <VarnelSEMS/Linux/CurlReport.h>
+#include <VarnelSEMS/Linux/CurlTransfer.h>
 #include <VarnelShared/URLError.h>
 #include <simulator/LoopbackHTTPServer.h>
 
@@ -11,6 +12,7 @@
 #include <QSslConfiguration>
 #include <QSslKey>
 #include <QSslServer>
+#include <QTcpServer>
 #include <QTcpSocket>
 #include <QTimer>
 
@@ -91,7 +93,7 @@ TEST(NetworkHTTPSession, EveryFaultEndsInItsError) {
         {"dripping body", Code::timedOut, "HTTP/1.1 200 OK\r\nContent-Length: 9999\r\n\r\n", "x"},
         {"endless headers", Code::timedOut, "HTTP/1.1 200 OK\r\n", "X-Header: x\r\n"},
         {"endless body", Code::dataTooLarge, "HTTP/1.1 200 OK\r\n\r\n", QByteArray(2LL * 1024 * 1024, 'x')},
-        {"bomb", Code::unknown, httpReply(200, bomb, "Content-Encoding: deflate\r\n")},
+        {"bomb", Code::dataTooLarge, httpReply(200, bomb, "Content-Encoding: deflate\r\n")},
         {"bad compression", Code::unknown, httpReply(200, "nonsense", "Content-Encoding: gzip\r\n")},
     };
     for (const auto& row : rows) {
@@ -108,6 +110,84 @@ TEST(NetworkHTTPSession, EveryFaultEndsInItsError) {
         asked.timeout = std::chrono::milliseconds(row.code == Code::timedOut ? 150 : 10000);
         EXPECT_EQ(codeOf(sent(asked)), row.code) << row.name;
     }
+}
+
+/// Sends the piece again and again, as fast as it is taken.
+void sendForEver(QTcpSocket& socket, const QByteArray& piece, qint64& taken) {
+    const auto sendMore = [&socket, piece] {
+        while (socket.bytesToWrite() < qint64(1) << 20) {
+            socket.write(piece);
+        }
+    };
+    QObject::connect(&socket, &QTcpSocket::bytesWritten, &socket, [&taken, sendMore](qint64 bytes) {
+        taken += bytes;
+        sendMore();
+    });
+    sendMore();
+}
+
+TEST(NetworkHTTPSession, LittleIsTakenOfWhatNeverEnds) {
+    const struct {
+        const char* name;
+        QByteArray begin;
+        QByteArray piece;
+    } rows[] = {
+        {"head", "", QByteArray("X-Header: x\r\n").repeated(1000)},
+        {"line of the head", "X: ", QByteArray(65536, 'x')},
+        {"heads", "\r\n", QByteArray("HTTP/1.1 100 Continue\r\n\r\n").repeated(1000)},
+        {"body", "\r\n", QByteArray(65536, 'x')},
+        {"chunks", "Transfer-Encoding: chunked\r\n\r\n", "ffff\r\n" + QByteArray(65535, 'x') + "\r\n"},
+        {"trailer", "Transfer-Encoding: chunked\r\n\r\n0\r\n", QByteArray("X-Header: x\r\n").repeated(1000)},
+    };
+    for (const auto& row : rows) {
+        qint64 taken = 0;
+        LoopbackServer server([&](QTcpSocket& socket, auto&) {
+            socket.write(row.name == QByteArray("heads") ? "HTTP/1.1 100 Continue\r\n" : "HTTP/1.1 200 OK\r\n");
+            socket.write(row.begin);
+            sendForEver(socket, row.piece, taken);
+        });
+        HTTPRequest asked = request(server.url());
+        asked.timeout = std::chrono::seconds(4);
+        EXPECT_EQ(codeOf(sent(asked)), Code::dataTooLarge) << row.name;
+        EXPECT_LT(taken, qint64(32) << 20) << row.name;
+    }
+}
+
+TEST(NetworkHTTPSession, TheLargestBodyArrivesWhole) {
+    QByteArray body(CurlTransfer::maximumBodySize, 'x');
+    LoopbackServer server([&body](QTcpSocket& socket, auto&) { socket.write(httpReply(200, body)); });
+    EXPECT_TRUE(sent(request(server.url())).value().body == body);
+    body += 'x';
+    EXPECT_EQ(codeOf(sent(request(server.url()))), Code::dataTooLarge);
+}
+
+TEST(NetworkHTTPSession, NothingIsLeftOfAConnectionThatIsNotAnswered) {
+    QTcpServer silent;
+    ASSERT_TRUE(silent.listen(QHostAddress::LocalHost));
+    const auto connection = [&silent] {
+        EXPECT_TRUE(Testing::waitUntil([&] { return silent.hasPendingConnections(); }));
+        return std::unique_ptr<QTcpSocket>(silent.nextPendingConnection());
+    };
+    const auto isClosed = [](const QTcpSocket& socket) {
+        return Testing::waitUntil([&] { return socket.state() == QTcpSocket::UnconnectedState; });
+    };
+    const QString address = QStringLiteral("127.0.0.1:%1").arg(silent.serverPort());
+    qputenv("https_proxy", "http://" + address.toLatin1());
+    for (const QString& host : {address, QStringLiteral("varnel.invalid")}) { // the handshake, the proxy's CONNECT
+        auto session = std::make_unique<NetworkHTTPSession>();
+        HTTPRequest asked = request(QUrl(QStringLiteral("https://") + host));
+        asked.timeout = std::chrono::seconds(1);
+        auto outlasted = session->send(asked);
+        const auto first = connection();
+        EXPECT_EQ(codeOf(await(std::move(outlasted))), Code::timedOut);
+        EXPECT_TRUE(isClosed(*first));
+        auto ended = session->send(asked);
+        const auto second = connection();
+        session.reset();
+        EXPECT_EQ(codeOf(await(std::move(ended))), Code::cancelled);
+        EXPECT_TRUE(isClosed(*second));
+    }
+    qunsetenv("https_proxy");
 }
 
 TEST(NetworkHTTPSession, AClosedPortIsNoConnection) {
@@ -177,30 +257,21 @@ TEST(NetworkHTTPSession, RedirectsStayWithinTheirOrigin) {
     EXPECT_TRUE(other.requests.empty());
 }
 
-TEST(NetworkHTTPSession, AResetForgetsCookiesAndConnections) {
-    QList<QTcpSocket*> slow;
-    LoopbackServer server([&slow](QTcpSocket& socket, const ServiceRequest& asked) {
-        if (asked.target == "/slow") {
-            slow += &socket;
-        } else {
-            socket.write(httpReply(200, QByteArray::number(socket.peerPort()), "Set-Cookie: a=b\r\n"));
-        }
-    });
+TEST(NetworkHTTPSession, ARequestCarriesItsOwnHeadersAlone) {
+    LoopbackServer server([](QTcpSocket& socket, auto&) { socket.write(httpReply(200, "{}", "Set-Cookie: a=b\r\n")); });
     NetworkHTTPSession session;
-    const auto first = await(session.send(request(server.url())));
-    const auto second = await(session.send(request(server.url())));
-    EXPECT_EQ(first.value().body, second.value().body);
-    EXPECT_EQ(server.requests.back().header("Cookie"), "a=b");
-
-    auto inFlight = session.send(request(server.url(QStringLiteral("/slow"))));
-    EXPECT_TRUE(Testing::waitUntil([&slow] { return !slow.isEmpty(); }));
-    session.reset();
-    EXPECT_NE(await(session.send(request(server.url()))).value().body, first.value().body);
-    EXPECT_EQ(server.requests.back().header("Cookie"), "");
-    slow.first()->write(httpReply(200, "late", "Set-Cookie: old=1\r\n"));
-    EXPECT_EQ(await(std::move(inFlight)).value().body, "late");
-    await(session.send(request(server.url())));
-    EXPECT_EQ(server.requests.back().header("Cookie"), "a=b");
+    HTTPRequest asked = request(server.url(), "POST");
+    asked.body = QByteArray("a\"b\\c\r\nd=\xff@").repeated(1000);
+    asked.setHeader("tOKEN", "{\"uid\":\"\\ \xc3\xa9\"}");
+    asked.setHeader("X-Empty", "");
+    for (int i = 0; i < 2; ++i) {
+        ASSERT_TRUE(await(session.send(asked)));
+        const ServiceRequest& got = server.requests.back();
+        EXPECT_EQ(got.body, asked.body);
+        EXPECT_EQ(got.header("Token"), asked.headers.at(0).second);
+        EXPECT_EQ(got.header("Content-Type"), "application/json");
+        EXPECT_EQ(got.header("Cookie") + got.header("Expect") + got.header("X-Empty"), "");
+    }
 }
 
 TEST(NetworkHTTPSession, DestructionEndsWhatIsInFlight) {
@@ -218,11 +289,10 @@ TEST(NetworkHTTPSession, DestructionEndsWhatIsInFlight) {
 
 TEST(NetworkHTTPSession, GoesThroughTheSystemsProxyAndGoesWithoutItWhenItIsNotFound) {
     LoopbackServer proxy([](QTcpSocket& socket, auto&) { socket.write(httpReply(200, "from the proxy")); });
-    QTcpSocket* asked = nullptr;
-    LoopbackServer silent([&asked](QTcpSocket& socket, auto&) { asked = &socket; });
+    auto silent = std::make_unique<LoopbackServer>([](auto&, auto&) {});
     HTTPRequest outside = request(QUrl(QStringLiteral("http://varnel.invalid/path")));
 
-    qputenv("http_proxy", "pac+" + silent.url(QStringLiteral("/proxy.pac")).toEncoded());
+    qputenv("http_proxy", "pac+" + silent->url(QStringLiteral("/proxy.pac")).toEncoded());
     int ticks = 0;
     QTimer ticking;
     QObject::connect(&ticking, &QTimer::timeout, [&ticks] { ++ticks; });
@@ -230,7 +300,7 @@ TEST(NetworkHTTPSession, GoesThroughTheSystemsProxyAndGoesWithoutItWhenItIsNotFo
     QUrl elsewhere = proxy.url(); // this machine too, but no loopback address
     elsewhere.setHost(QStringLiteral("0.0.0.0"));
     HTTPRequest withoutProxy = request(elsewhere);
-    withoutProxy.timeout = std::chrono::milliseconds(900);
+    withoutProxy.timeout = std::chrono::seconds(3);
     EXPECT_TRUE(sent(withoutProxy).has_value());
     EXPECT_GT(ticks, 10);
     auto session = std::make_unique<NetworkHTTPSession>();
@@ -238,7 +308,7 @@ TEST(NetworkHTTPSession, GoesThroughTheSystemsProxyAndGoesWithoutItWhenItIsNotFo
     session.reset();
     EXPECT_EQ(codeOf(await(std::move(ended))), Code::cancelled);
     EXPECT_TRUE(SystemProxies::isLookingUp());
-    asked->disconnectFromHost();
+    silent.reset();
 
     qputenv("http_proxy", proxy.url().toEncoded());
     outside.timeout = std::chrono::seconds(10);
@@ -261,25 +331,36 @@ TEST(NetworkHTTPSession, ASelfSignedCertificateIsRefused) {
     EXPECT_TRUE(response.error().localizedDescription().contains(QStringLiteral("self-signed")));
 }
 
-TEST(NetworkTransfer, WhatTheLoopbackCannotShow) {
-    using Reply = QNetworkReply;
+TEST(CurlReport, WhatTheLoopbackCannotShow) {
+    const QNetworkProxy direct(QNetworkProxy::NoProxy);
+    const QNetworkProxy proxy(QNetworkProxy::HttpProxy, QStringLiteral("proxy"), 8080);
     const struct {
-        Reply::NetworkError error;
-        QString text;
+        const char* text; ///< curl's
+        int exitCode;
+        QNetworkProxy proxy;
         NetworkState state;
         Code code;
+        const char* description = "";
     } rows[] = {
-        {Reply::HostNotFoundError, {}, NetworkState::available, Code::cannotFindHost},
-        {Reply::HostNotFoundError, {}, NetworkState::absent, Code::notConnectedToInternet},
-        {Reply::UnknownNetworkError, QStringLiteral("Network unreachable"), NetworkState::absent,
-         Code::notConnectedToInternet},
-        {Reply::UnknownNetworkError, QStringLiteral("Host unreachable"), NetworkState::available,
-         Code::cannotConnectToHost},
-        {Reply::UnknownNetworkError, QStringLiteral("Proxy refused"), NetworkState::available, Code::unknown},
-        {Reply::TimeoutError, {}, NetworkState::available, Code::timedOut},
+        {"000 000 Could not resolve host: a", 6, direct, NetworkState::available, Code::cannotFindHost},
+        {"000 000 Could not resolve host: a", 6, direct, NetworkState::absent, Code::notConnectedToInternet},
+        {"000 000 Couldn't connect to server", 7, direct, NetworkState::absent, Code::notConnectedToInternet},
+        {"000 000 Couldn't connect to server", 7, proxy, NetworkState::available, Code::unknown,
+         "Could not connect to the proxy."},
+        {"000 407 CONNECT tunnel failed, response 407", 56, proxy, NetworkState::available, Code::unknown,
+         "The proxy refuses to connect to the server (HTTP 407)."},
+        {"000 200 Recv failure", 56, proxy, NetworkState::available, Code::networkConnectionLost},
+        {"000 000 OpenSSL SSL_connect: SSL_ERROR_SYSCALL in connection to a:443 ", 35, direct, NetworkState::available,
+         Code::networkConnectionLost},
+        {"000 000 no peer certificate", 35, direct, NetworkState::available, Code::secureConnectionFailed,
+         "no peer certificate"},
+        {"000 000 A new fault", 999, direct, NetworkState::available, Code::unknown, "A new fault"},
     };
     for (const auto& row : rows) {
-        EXPECT_EQ(urlErrorFor(row.error, row.text, row.state).code, row.code) << qPrintable(row.text);
+        const CurlReport report = parsedCurlReport(QByteArray("\nreport ") + row.text, row.exitCode);
+        const URLError error = urlErrorFor(report, row.proxy, row.state);
+        EXPECT_EQ(error.code, row.code) << row.text;
+        EXPECT_EQ(error.description.toStdString(), row.description) << row.text;
     }
 }
 
