@@ -87,7 +87,8 @@ public:
     QCoro::Task<Result<PowerReading>> fetchCurrentPower(SEMSSession session, std::optional<QString> preferredStationID);
 
     /// Today's power in kW in time order, as many values as the service gives when it is asked for 288, one for every
-    /// five minutes: what it leaves out is missing without a gap. None when it answers but has no curve.
+    /// five minutes: what it leaves out is missing without a gap. None when it answers but has no curve. Part of the
+    /// client's interface alone: the application's chart is drawn from its own samples.
     QCoro::Task<Result<std::optional<std::vector<double>>>> fetchTodayOutputSeries(SEMSSession session,
                                                                                    QString stationID);
 

@@ -58,28 +58,43 @@ TEST_F(AttemptsEndToEnd, WhatFailsEverywhereWasTriedInThisOrderAndTheLastErrorCo
 }
 
 TEST_F(AttemptsEndToEnd, AnExpiredSessionCountsWhateverTheLastPathSays) {
-    const QString answers[] = {QString(), QStringLiteral(R"({"code":100001})"), QStringLiteral(R"({"code":"100002"})")};
     const struct {
         SEMSAuthMode mode;
-        QString servedDetail;
-        QString servedList;
+        QStringList servedPaths; ///< beside those of the sign-in
     } rows[] = {
-        {SEMSAuthMode::openAPI, QStringLiteral("*/api/OpenApi/*Detail/*"), QStringLiteral("*/v1/*ByUser")},
-        {SEMSAuthMode::legacyPortal, QStringLiteral("*/v1/*Detail*"), QStringLiteral("*/v2/*ForApp")},
+        {SEMSAuthMode::openAPI, {QStringLiteral("*")}},
+        {SEMSAuthMode::openAPI, {QStringLiteral("*/api/OpenApi/*Detail/*"), QStringLiteral("*/v1/*ByUser")}},
+        {SEMSAuthMode::legacyPortal, {QStringLiteral("*")}},
+        {SEMSAuthMode::legacyPortal, {QStringLiteral("*/v1/*Detail*"), QStringLiteral("*/v2/*ForApp")}},
     };
     for (const auto& row : rows) {
-        for (const QString& body : answers) {
-            SCOPED_TRACE(body.toStdString());
-            simulator.behaviour().faults.clear();
+        simulator.behaviour().servedPaths =
+            row.servedPaths + QStringList{QStringLiteral("*GetToken"), QStringLiteral("*CrossLogin")};
+        for (const auto& expiry : allCases<Simulator::Expiry>()) {
+            SCOPED_TRACE(testing::Message() << expiry.rawValue << ' ' << qPrintable(row.servedPaths.front()));
+            simulator.behaviour().expiry = expiry.value;
             const SEMSSession session = signedIn(row.mode);
-            answer(row.servedDetail, body.isEmpty() ? 401 : 200, body);
-            answer(row.servedList, body.isEmpty() ? 401 : 200, body);
-            answer(QStringLiteral("*"), 404);
-            EXPECT_THAT(errorOf(reading(session)), testing::StartsWith("Authentication failed."));
-            EXPECT_THAT(errorOf(await(client->fetchPowerStations(session))), testing::StartsWith("Authentication f"));
-            EXPECT_EQ(asked().size(), 4U + 8U);
+            EXPECT_TRUE(reading(session));
+            EXPECT_TRUE(await(client->fetchPowerStations(session)));
+            simulator.expireSessions();
+            EXPECT_TRUE(isCase<SEMSAPIError::AuthenticationFailed>(reading(session).error()));
+            const auto stations = await(client->fetchPowerStations(session));
+            EXPECT_TRUE(isCase<SEMSAPIError::AuthenticationFailed>(stations.error()));
         }
     }
+}
+
+TEST_F(AttemptsEndToEnd, WhatTheServiceAsksToWaitReachesTheCaller) {
+    const SEMSSession session = signedIn(SEMSAuthMode::openAPI);
+    answer(QStringLiteral("*OpenApi/Get*"), 429);
+    simulator.behaviour().faults.back().retryAfter = QStringLiteral("120");
+    answer(QStringLiteral("*"), 503);
+    simulator.behaviour().faults.back().retryAfter = QStringLiteral("300");
+    EXPECT_EQ(retryAfterOf(reading(session).error()), std::chrono::seconds(120));
+    EXPECT_EQ(retryAfterOf(await(client->fetchPowerStations(session)).error()), std::chrono::seconds(120));
+    EXPECT_EQ(retryAfterOf(signIn().error()), std::chrono::seconds(300));
+    simulator.behaviour().faults.pop_back();
+    EXPECT_EQ(retryAfterOf(await(client->signIn(account, QStringLiteral("wrong"))).error()), std::chrono::seconds(120));
 }
 
 } // namespace

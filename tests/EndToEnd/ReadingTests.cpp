@@ -60,8 +60,12 @@ TEST_F(ReadingEndToEnd, AWholeDayReadsAsItWasProduced) {
             const QTime timeOfDay = QTime(0, 0).addSecs(minute * 60);
             time.jumpTo(Timestamp::fromDateTime(QDateTime(QDate(2026, 6, 1), timeOfDay)));
             const double sunKW = Simulator::SunCurve::powerKW(row.capacityKW, timeOfDay);
-            EXPECT_NEAR(reading(session).value().kilowatts, sunKW > 0 ? sunKW : row.nightWatts / 1000, 0.0005)
-                << row.inverters << (row.powerTexts ? " with texts at " : " at ") << qPrintable(timeOfDay.toString());
+            SCOPED_TRACE(testing::Message()
+                         << row.inverters << (row.powerTexts ? " with texts at " : " at ") << minute);
+            const PowerReading read = reading(session).value();
+            EXPECT_NEAR(read.kilowatts, sunKW > 0 ? sunKW : row.nightWatts / 1000, 0.0005);
+            EXPECT_NEAR(read.todayOutputKWh.value_or(-1), Simulator::SunCurve::energyKWh(row.capacityKW, timeOfDay),
+                        0.1);
         }
     }
 }
