@@ -16,6 +16,7 @@
 #include <VarnelShared/SystemTime.h>
 #include <VarnelShared/TerminationSignals.h>
 #include <VarnelStatusMenu/Linux/SessionStatusItem.h>
+#include <VarnelStatusMenu/Menu/PopupPlacement.h>
 
 #include <QApplication>
 #include <QSessionManager>
@@ -77,6 +78,7 @@ int run(SingleInstance& instance) {
 
 int launch(int argc, char** argv) {
     nameApplication();
+    choosePlatform();
     QApplication application(argc, argv);
     stayOutOfSavedSessions(application);
     SingleInstance instance(QString::fromLatin1(BundleInfo::applicationIdentifier));

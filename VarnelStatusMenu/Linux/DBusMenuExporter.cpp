@@ -175,7 +175,7 @@ void DBusMenuExporter::choose(const ExportedMenuItem& item) {
     // Queued: the panel gets its reply first, and a handler is free to set a new menu.
     if (item.kind == ExportedMenuItem::Kind::showChart) {
         QMetaObject::invokeMethod(
-            this, [this] { m_handlers.openMenu(); }, Qt::QueuedConnection);
+            this, [this] { m_handlers.openMenu(std::nullopt); }, Qt::QueuedConnection);
     } else if (item.command) {
         QMetaObject::invokeMethod(
             this, [this, command = *item.command] { m_handlers.choose(command); }, Qt::QueuedConnection);

@@ -29,8 +29,10 @@ class StatusNotifierItemAdaptor : public QDBusAbstractAdaptor {
     Q_PROPERTY(QDBusObjectPath Menu READ menu CONSTANT)
 
 public:
+    using OpenMenu = std::function<void(std::optional<QPoint> item)>;
+
     /// `parent` is the object that is exported and owns this; `openMenu` is called per click, after the reply.
-    StatusNotifierItemAdaptor(QObject* parent, QString identifier, ItemFace face, std::function<void()> openMenu);
+    StatusNotifierItemAdaptor(QObject* parent, QString identifier, ItemFace face, OpenMenu openMenu);
 
     /// Takes the new face and tells the panel what changed, and nothing else.
     virtual void setFace(const ItemFace& face);
@@ -48,7 +50,8 @@ public:
     QDBusObjectPath menu() const { return QDBusObjectPath(QStringLiteral("/MenuBar")); }
 
 public Q_SLOTS:
-    // The coordinates are of no use: some hosts send the item's own, some the panel's corner.
+    // Hosts mean different things by the coordinates: places on the desktop, in the item, or always the panel's corner.
+    // They serve where nothing better is known.
     void Activate(int x, int y);
     void SecondaryActivate(int x, int y);
     void ContextMenu(int x, int y);
@@ -63,15 +66,15 @@ protected:
     const ItemFace& face() const { return m_face; }
 
 private:
-    void openMenuSoon();
+    void openMenuSoon(QPoint at);
 
     QString m_identifier;
     ItemFace m_face;
-    std::function<void()> m_openMenu;
+    OpenMenu m_openMenu;
 };
 
 StatusNotifierItemAdaptor::StatusNotifierItemAdaptor(QObject* parent, QString identifier, ItemFace face,
-                                                     std::function<void()> openMenu)
+                                                     OpenMenu openMenu)
     : QDBusAbstractAdaptor(parent)
     , m_identifier(std::move(identifier))
     , m_face(std::move(face))
@@ -90,24 +93,25 @@ void StatusNotifierItemAdaptor::setFace(const ItemFace& face) {
     }
 }
 
-void StatusNotifierItemAdaptor::Activate(int /*x*/, int /*y*/) {
-    openMenuSoon();
+void StatusNotifierItemAdaptor::Activate(int x, int y) {
+    openMenuSoon({x, y});
 }
 
-void StatusNotifierItemAdaptor::SecondaryActivate(int /*x*/, int /*y*/) {
-    openMenuSoon();
+void StatusNotifierItemAdaptor::SecondaryActivate(int x, int y) {
+    openMenuSoon({x, y});
 }
 
-void StatusNotifierItemAdaptor::ContextMenu(int /*x*/, int /*y*/) {
-    openMenuSoon();
+void StatusNotifierItemAdaptor::ContextMenu(int x, int y) {
+    openMenuSoon({x, y});
 }
 
 void StatusNotifierItemAdaptor::Scroll(int /*delta*/, const QString& /*orientation*/) {}
 
-void StatusNotifierItemAdaptor::openMenuSoon() {
+void StatusNotifierItemAdaptor::openMenuSoon(QPoint at) {
+    const std::optional<QPoint> item = at.isNull() ? std::nullopt : std::optional(at);
     // The panel gets its reply before the menu takes the pointer.
     QMetaObject::invokeMethod(
-        this, [this] { m_openMenu(); }, Qt::QueuedConnection);
+        this, [this, item] { m_openMenu(item); }, Qt::QueuedConnection);
 }
 
 /// The item for panels that draw a label. A class of its own because a panel takes the mere presence of the label

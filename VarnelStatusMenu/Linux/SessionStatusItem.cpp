@@ -2,6 +2,7 @@
 
 #include <VarnelShared/Logging.h>
 #include <VarnelStatusMenu/Linux/ItemProtocolStatusItem.h>
+#include <VarnelStatusMenu/Linux/PanelFreeArea.h>
 #include <VarnelStatusMenu/Linux/XEmbedStatusItem.h>
 
 #include <utility>
@@ -34,6 +35,7 @@ SessionStatusItem::SessionStatusItem(const QString& identifier, TimerFactory& ti
 SessionStatusItem::SessionStatusItem(const std::function<BackEnds(const StatusItemHandlers&)>& makeBackEnds,
                                      TimerFactory& timers)
     : m_timers(timers)
+    , m_presenter(panelFreeArea)
     , m_backEnds(makeBackEnds(handlers())) {
     m_presenter.setCommandHandler(handlers().choose);
     m_presenter.setWindowClosedHandler([this] { keepInTaskbar(); });
@@ -47,7 +49,7 @@ SessionStatusItem::SessionStatusItem(const std::function<BackEnds(const StatusIt
 SessionStatusItem::~SessionStatusItem() = default;
 
 StatusItemHandlers SessionStatusItem::handlers() {
-    return {[this] { m_presenter.toggleMenu(); },
+    return {[this](std::optional<QPoint> item) { m_presenter.toggleMenu(item); },
             [this](StatusMenuCommand command) {
                 if (m_commandHandler) {
                     m_commandHandler(command);

@@ -2,13 +2,17 @@
 
 #include <VarnelStatusMenu/StatusItem.h>
 
+#include <QPoint>
+
 #include <functional>
+#include <optional>
 
 namespace Varnel {
 
 /// What a person can do with the item in the panel.
 struct StatusItemHandlers {
-    std::function<void()> openMenu; ///< a click, or "Show Chart": open our own menu
+    /// A click, or "Show Chart": open our own menu. `item` is where on the desktop the click was, if the panel tells.
+    std::function<void(std::optional<QPoint> item)> openMenu;
     std::function<void(StatusMenuCommand)> choose;
 };
 

@@ -1,8 +1,10 @@
 #include <VarnelStatusMenu/Linux/XEmbedStatusItem.h>
 
 #include <VarnelShared/Linux/X11.h>
+#include <VarnelStatusMenu/Linux/PanelFreeArea.h>
 #include <VarnelStatusMenu/Linux/TitlePicture.h>
 #include <VarnelStatusMenu/Menu/CommandIcon.h>
+#include <VarnelStatusMenu/Menu/PopupPlacement.h>
 
 #include <QAbstractNativeEventFilter>
 #include <QCursor>
@@ -40,7 +42,9 @@ void addItem(QMenu& menu, const ExportedMenuItem& item, const StatusItemHandlers
     action->setShortcut(item.key);
     action->setEnabled(item.isEnabled);
     if (item.kind == ExportedMenuItem::Kind::showChart) {
-        QObject::connect(action, &QAction::triggered, action, handlers.openMenu, Qt::QueuedConnection);
+        QObject::connect(
+            action, &QAction::triggered, action, [open = handlers.openMenu] { open(std::nullopt); },
+            Qt::QueuedConnection);
     } else if (item.command) {
         QObject::connect(action, &QAction::triggered, action,
                          [choose = handlers.choose, command = *item.command] { choose(command); });
@@ -55,7 +59,8 @@ void popUpPlainMenu(const ExportedMenu& rows, const StatusItemHandlers& handlers
     for (const ExportedMenuItem& item : rows) {
         addItem(*menu, item, handlers);
     }
-    menu->popup(QCursor::pos());
+    menu->ensurePolished();
+    menu->popup(movedInside(panelFreeArea(QCursor::pos()), QCursor::pos(), menu->sizeHint()));
 }
 
 xcb_window_t selectionOwner(xcb_connection_t* connection, xcb_atom_t selection) {
@@ -185,7 +190,7 @@ void XEmbedStatusItem::makeIcon() {
         if (reason == QSystemTrayIcon::Context) {
             popUpPlainMenu(exportedMenu(m_content.menu), m_handlers);
         } else {
-            m_handlers.openMenu();
+            m_handlers.openMenu(std::nullopt);
         }
     });
     applyContent();

@@ -4,9 +4,9 @@
 #include <VarnelStatusMenu/Menu/StatusPopup.h>
 
 #include <QCursor>
-#include <QElapsedTimer>
 #include <QGuiApplication>
-#include <QPointer>
+#include <QProcessEnvironment>
+#include <QScreen>
 
 #include <utility>
 
@@ -20,22 +20,64 @@ constexpr qint64 clickMilliseconds = 400;
 
 } // namespace
 
+StatusMenuPresenter::StatusMenuPresenter(FreeArea freeArea)
+    : m_freeArea(std::move(freeArea)) {}
+
 StatusMenuPresenter::~StatusMenuPresenter() {
     delete m_popup;
     delete m_window;
 }
 
+void StatusMenuPresenter::openPopup(std::optional<QPoint> item) {
+    const PopupSession session =
+        popupSession(QGuiApplication::platformName(), QProcessEnvironment::systemEnvironment());
+    switch (session.way) {
+    case PopupWay::menu:
+        openPopupMenu();
+        break;
+    case PopupWay::placedWindow:
+    case PopupWay::placedCover:
+        openPlacedWindow(session, item);
+        break;
+    case PopupWay::maximizedCover:
+        newPopupWindow()->showMaximizedOver(session.trayCorner);
+        break;
+    case PopupWay::floatingWindow:
+        newPopupWindow()->showMenu(std::nullopt);
+        break;
+    }
+    m_popup->activateWindow();
+}
+
 void StatusMenuPresenter::openPopupMenu() {
     auto* opened = new StatusPopupMenu(m_content.menu);
     follow(opened);
-    opened->popup(QCursor::pos());
+    // Left to itself, a menu covers the panel on some desktops.
+    opened->ensurePolished();
+    opened->popup(movedInside(m_freeArea(QCursor::pos()), QCursor::pos(), opened->sizeHint()));
 }
 
-void StatusMenuPresenter::openPopupWindow() {
+void StatusMenuPresenter::openPlacedWindow(const PopupSession& session, std::optional<QPoint> item) {
+    StatusPopupWindow* opened = newPopupWindow();
+    const QScreen* screen = item ? QGuiApplication::screenAt(*item) : nullptr;
+    const QRect bounds = (screen != nullptr ? screen : QGuiApplication::primaryScreen())->geometry();
+    QRect area = m_freeArea(screen != nullptr ? *item : bounds.center());
+    const QPoint corner = screen != nullptr ? movedInside(area, *item, opened->menuSize())
+                                            : cornerAtPanel(bounds, area, opened->menuSize(), session.trayCorner);
+    if (session.way == PopupWay::placedWindow) {
+        opened->showMenu(corner);
+        return;
+    }
+    if (area == bounds) {
+        area.setBottom(area.bottom() - 1); // a window as large as the screen is taken for one of the whole screen
+    }
+    opened->showOver(area, corner);
+}
+
+StatusPopupWindow* StatusMenuPresenter::newPopupWindow() {
     auto* opened = new StatusPopupWindow(m_content.menu);
     follow(opened);
-    opened->show();
-    opened->activateWindow();
+    return opened;
 }
 
 template <typename Popup>
@@ -73,15 +115,11 @@ void StatusMenuPresenter::setContent(const StatusItemContent& content) {
     }
 }
 
-void StatusMenuPresenter::toggleMenu() {
+void StatusMenuPresenter::toggleMenu(std::optional<QPoint> item) {
     if (isMenuOpen()) {
         m_popup->close();
     } else if (!isClickThatDismissed()) {
-        if (QGuiApplication::platformName().startsWith(QStringLiteral("wayland"))) {
-            openPopupWindow();
-        } else {
-            openPopupMenu();
-        }
+        openPopup(item);
     }
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <VarnelStatusMenu/Menu/PopupPlacement.h>
 #include <VarnelStatusMenu/StatusItem.h>
 
 #include <QElapsedTimer>
@@ -11,12 +12,13 @@
 namespace Varnel {
 
 class StatusMenuWindow;
+class StatusPopupWindow;
 
 /// Shows a status menu with widgets: as the pop-up of a status item, and as an ordinary window. Every back end of the
 /// status item shares this one.
 class StatusMenuPresenter final : public QObject {
 public:
-    StatusMenuPresenter() = default;
+    explicit StatusMenuPresenter(FreeArea freeArea = announcedFreeArea);
     ~StatusMenuPresenter() override;
 
     /// Called once per command that is chosen, after the menu has closed.
@@ -26,9 +28,9 @@ public:
     /// open window takes the new content at once.
     void setContent(const StatusItemContent& content);
 
-    /// Opens the pop-up: on X11 a menu at the pointer, on Wayland a fixed-size window that closes on losing focus.
-    /// Closes it when it is open already.
-    void toggleMenu();
+    /// Opens the pop-up beside the panel, in the way of the session (`PopupWay`), or closes it when it is open already.
+    /// `item` is where on the desktop the item was clicked, if the panel has told.
+    void toggleMenu(std::optional<QPoint> item = std::nullopt);
     bool isMenuOpen() const;
 
     /// Opens the ordinary window, or brings the open one to the front.
@@ -49,14 +51,17 @@ public:
     void setWindowStandsForItem(bool standsForItem);
 
 private:
+    void openPopup(std::optional<QPoint> item);
     void openPopupMenu();
-    void openPopupWindow();
+    void openPlacedWindow(const PopupSession& session, std::optional<QPoint> item);
+    StatusPopupWindow* newPopupWindow();
     template <typename Popup>
     void follow(Popup* opened);
     void deliver(StatusMenuCommand command);
     StatusMenuWindow& window();
     bool isClickThatDismissed();
 
+    FreeArea m_freeArea;
     StatusItemContent m_content;
     std::function<void(StatusMenuCommand)> m_commandHandler;
     std::function<void()> m_windowClosed;

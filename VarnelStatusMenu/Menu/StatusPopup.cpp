@@ -2,6 +2,7 @@
 
 #include <VarnelStatusMenu/Menu/CommandIcon.h>
 #include <VarnelStatusMenu/Menu/MenuEntryView.h>
+#include <VarnelStatusMenu/Menu/PopupPlacement.h>
 #include <VarnelStatusMenu/Menu/StatusMenuPanel.h>
 
 #include <QCloseEvent>
@@ -22,6 +23,28 @@ namespace Varnel {
 namespace {
 
 constexpr int smallestPadding = 4; // above the first and below the last entry; some styles leave none
+
+/// Room for a menu in a window, with the frame that the desktop's style gives its menus.
+class MenuFrame final : public QWidget {
+public:
+    explicit MenuFrame(QWidget* parent)
+        : QWidget(parent)
+        , m_width(style()->pixelMetric(QStyle::PM_MenuPanelWidth, nullptr, this)) {
+        auto* layout = new QVBoxLayout(this);
+        layout->setContentsMargins(m_width, m_width, m_width, m_width);
+    }
+
+protected:
+    void paintEvent(QPaintEvent* /*event*/) override {
+        QStyleOptionFrame option;
+        option.initFrom(this);
+        option.lineWidth = m_width;
+        QStylePainter(this).drawPrimitive(QStyle::PE_FrameMenu, option);
+    }
+
+private:
+    int m_width;
+};
 
 } // namespace
 
@@ -114,25 +137,56 @@ void StatusPopupMenu::hideEvent(QHideEvent* event) {
 }
 
 StatusPopupWindow::StatusPopupWindow(const StatusMenu& menu)
-    : QWidget(nullptr, Qt::Window | Qt::FramelessWindowHint) {
+    : QWidget(nullptr, Qt::Window | Qt::FramelessWindowHint)
+    , m_menu(new MenuFrame(this)) {
     auto* panel = new StatusMenuPanel(menu);
     connect(panel, &StatusMenuPanel::commandChosen, this, [this](StatusMenuCommand command) {
         close();
         Q_EMIT commandChosen(command);
     });
-    auto* layout = new QVBoxLayout(this);
-    const int frame = style()->pixelMetric(QStyle::PM_MenuPanelWidth, nullptr, this);
-    layout->setContentsMargins(frame, frame, frame, frame);
-    layout->setSizeConstraint(QLayout::SetFixedSize);
-    layout->addWidget(panel);
+    m_menu->layout()->addWidget(panel);
     panel->setFocusPolicy(Qt::StrongFocus);
     panel->setFocus();
 }
 
+QSize StatusPopupWindow::menuSize() const {
+    m_menu->ensurePolished();
+    return m_menu->sizeHint();
+}
+
+void StatusPopupWindow::showMenu(std::optional<QPoint> corner) {
+    setFixedSize(menuSize());
+    if (corner) {
+        move(*corner);
+    }
+    show();
+}
+
+void StatusPopupWindow::showOver(const QRect& area, QPoint corner) {
+    beTransparent([this, corner] { return mapFromGlobal(corner); });
+    setGeometry(area);
+    show();
+}
+
+void StatusPopupWindow::showMaximizedOver(Qt::Corner corner) {
+    beTransparent([this, corner] { return inCorner(rect(), menuSize(), corner); });
+    showMaximized();
+}
+
+void StatusPopupWindow::beTransparent(std::function<QPoint()> menuCorner) {
+    setAttribute(Qt::WA_TranslucentBackground);
+    m_menu->setAutoFillBackground(true);
+    m_menuCorner = std::move(menuCorner);
+}
+
+void StatusPopupWindow::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    m_menu->setGeometry(QRect(m_menuCorner ? m_menuCorner() : QPoint(0, 0), menuSize()));
+}
+
 bool StatusPopupWindow::event(QEvent* event) {
     if (event->type() == QEvent::WindowDeactivate && isVisible() && !m_isClosing) {
-        close();
-        Q_EMIT dismissed();
+        dismiss();
     }
     return QWidget::event(event);
 }
@@ -145,11 +199,15 @@ void StatusPopupWindow::keyPressEvent(QKeyEvent* event) {
     }
 }
 
-void StatusPopupWindow::paintEvent(QPaintEvent* /*event*/) {
-    QStyleOptionFrame option;
-    option.initFrom(this);
-    option.lineWidth = style()->pixelMetric(QStyle::PM_MenuPanelWidth, nullptr, this);
-    QStylePainter(this).drawPrimitive(QStyle::PE_FrameMenu, option);
+void StatusPopupWindow::mousePressEvent(QMouseEvent* event) {
+    if (!m_menu->geometry().contains(event->position().toPoint())) {
+        dismiss();
+    }
+}
+
+void StatusPopupWindow::dismiss() {
+    close();
+    Q_EMIT dismissed();
 }
 
 void StatusPopupWindow::closeEvent(QCloseEvent* event) {

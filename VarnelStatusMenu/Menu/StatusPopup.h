@@ -5,6 +5,7 @@
 #include <QMenu>
 #include <QWidget>
 
+#include <functional>
 #include <memory>
 
 namespace Varnel {
@@ -44,19 +45,30 @@ private:
     bool m_hasBeenPressed = false;
 };
 
-/// The status menu as a frameless window of a fixed size, for a display server that places windows itself: it floats
-/// and closes when another window becomes the active one, on Escape and before a command. It never changes.
+/// The status menu as a frameless window, for a session in which a menu cannot stand by itself. It closes when another
+/// window becomes the active one, on a click beside the menu, on Escape and before a command. It never changes.
 class StatusPopupWindow : public QWidget {
     Q_OBJECT
 
 public:
     explicit StatusPopupWindow(const StatusMenu& menu);
 
+    QSize menuSize() const;
+
+    /// As large as the menu; the display server places it where none is given.
+    void showMenu(std::optional<QPoint> corner);
+
+    /// As large as the area, and transparent beside the menu at that corner: a click beside it lands in the window.
+    void showOver(const QRect& area, QPoint corner);
+
+    /// The same, as large as the display server maximises it, with the menu in that corner of it.
+    void showMaximizedOver(Qt::Corner corner);
+
 Q_SIGNALS:
     /// Once, after the window has closed.
     void commandChosen(Varnel::StatusMenuCommand command);
 
-    /// The window has closed because another one became active.
+    /// The window has closed because another one became active, or by a click beside the menu.
     void dismissed();
 
     void closed();
@@ -66,9 +78,15 @@ protected:
     void hideEvent(QHideEvent* event) override;
     bool event(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
-    void paintEvent(QPaintEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
+    void beTransparent(std::function<QPoint()> menuCorner);
+    void dismiss();
+
+    QWidget* m_menu;
+    std::function<QPoint()> m_menuCorner; ///< in the window; empty: the menu fills it
     bool m_isClosing = false;
 };
 

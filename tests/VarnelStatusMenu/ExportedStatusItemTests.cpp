@@ -150,10 +150,10 @@ struct ExportedStatusItemTest : testing::Test {
     SignalSpy menuSpy;
     int menusOpened = 0;
     std::vector<StatusMenuCommand> chosen;
-    ExportedStatusItem item{
-        program,
-        QStringLiteral("com.varnel.menubar"),
-        {[this] { ++menusOpened; }, [this](StatusMenuCommand command) { chosen.push_back(command); }}};
+    ExportedStatusItem item{program,
+                            QStringLiteral("com.varnel.menubar"),
+                            {[this](std::optional<QPoint>) { ++menusOpened; },
+                             [this](StatusMenuCommand command) { chosen.push_back(command); }}};
 };
 
 } // namespace

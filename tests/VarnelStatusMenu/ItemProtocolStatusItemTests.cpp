@@ -99,9 +99,16 @@ struct ItemProtocolStatusItemTest : testing::Test {
     PrivateBus bus;
     HandTurnedTime time;
     int menusOpened = 0;
+    std::optional<QPoint> clickedAt;
     QDBusConnection program = bus.connect();
-    ItemProtocolStatusItem item{
-        program, QStringLiteral("com.varnel.menubar"), time, {[this] { ++menusOpened; }, [](StatusMenuCommand) {}}};
+    ItemProtocolStatusItem item{program,
+                                QStringLiteral("com.varnel.menubar"),
+                                time,
+                                {[this](std::optional<QPoint> at) {
+                                     ++menusOpened;
+                                     clickedAt = at;
+                                 },
+                                 [](StatusMenuCommand) {}}};
 };
 
 } // namespace
@@ -119,6 +126,7 @@ TEST_F(ItemProtocolStatusItemTest, RegistersOnceWithEachWatcherAndOpensTheMenuOn
         EXPECT_EQ(PrivateBus::ask(bus.connect(), shown, "Activate", {0, 28}).type(), QDBusMessage::ReplyMessage);
         settle();
         EXPECT_EQ(menusOpened, restart);
+        EXPECT_EQ(clickedAt, QPoint(0, 28));
         EXPECT_EQ(watcher.registered.size(), 1);
     }
     EXPECT_TRUE(becomes(Availability::unavailable));

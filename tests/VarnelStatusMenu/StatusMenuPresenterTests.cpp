@@ -10,6 +10,7 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPointer>
+#include <QScreen>
 
 #include <gtest/gtest.h>
 
@@ -194,6 +195,31 @@ TEST_F(StatusMenuPresenterTest, KeysCloseTheWindow) {
     }
 }
 
+TEST_F(StatusMenuPresenterTest, PopupStandsBesideThePanelThatThePointerIsIn) {
+    const QRect screen = QGuiApplication::primaryScreen()->geometry();
+    const struct {
+        const char* panel;
+        QMargins taken;
+        QPoint pointer;
+    } rows[] = {
+        {"bottom", {0, 0, 0, 40}, {screen.width() / 2, screen.height() - 10}},
+        {"left", {60, 0, 0, 0}, {20, screen.height() - 100}},
+        {"right", {0, 0, 60, 0}, {screen.width() - 20, 100}},
+    };
+    for (const auto& [panel, taken, pointer] : rows) {
+        const QRect free = screen.marginsRemoved(taken);
+        StatusMenuPresenter placing([free](QPoint) { return free; });
+        placing.setContent(connected());
+        QCursor::setPos(pointer);
+        placing.toggleMenu();
+        const QRect popup = shown<StatusPopupMenu>()->geometry();
+        EXPECT_TRUE(free.contains(popup)) << panel;
+        EXPECT_TRUE(popup.adjusted(-61, -41, 61, 41).contains(pointer)) << panel << ": not far from the item";
+        placing.toggleMenu();
+        settle();
+    }
+}
+
 TEST(StatusPopupWindow, ClosesBeforeACommandOnEscapeAndWithoutFocus) {
     const struct {
         Keys keys; ///< none: another window becomes the active one
@@ -210,7 +236,7 @@ TEST(StatusPopupWindow, ClosesBeforeACommandOnEscapeAndWithoutFocus) {
         QObject::connect(&popup, &StatusPopupWindow::closed, [&] { outcome += "closed "; });
         QObject::connect(&popup, &StatusPopupWindow::commandChosen, [&] { outcome += "chosen "; });
         QObject::connect(&popup, &StatusPopupWindow::dismissed, [&] { outcome += "dismissed "; });
-        popup.show();
+        popup.showMenu(std::nullopt);
         settle();
         press(&popup, keys);
         QEvent deactivation(QEvent::WindowDeactivate);
@@ -218,4 +244,32 @@ TEST(StatusPopupWindow, ClosesBeforeACommandOnEscapeAndWithoutFocus) {
         EXPECT_EQ(outcome, expected);
         EXPECT_FALSE(popup.isVisible());
     }
+}
+
+TEST(StatusPopupWindow, CoversTheAreaAndClosesByAClickBesideTheMenu) {
+    const QRect area(0, 30, 700, 500);
+    const QPoint corner(400, 30);
+    StatusPopupWindow popup(connected().menu);
+    int dismissals = 0;
+    QObject::connect(&popup, &StatusPopupWindow::dismissed, [&] { ++dismissals; });
+    popup.showOver(area, corner);
+    settle();
+    EXPECT_EQ(popup.geometry(), area);
+    const QRect menu(popup.mapFromGlobal(corner), popup.menuSize());
+    EXPECT_EQ(popup.childrenRect(), menu);
+    EXPECT_EQ(popup.grab().toImage().pixelColor(menu.left() - 5, menu.center().y()).alpha(), 0);
+    EXPECT_EQ(popup.grab().toImage().pixelColor(menu.left() + 5, menu.center().y()).alpha(), 255);
+    mouse(&popup, QEvent::MouseButtonPress, menu.center());
+    EXPECT_TRUE(popup.isVisible());
+    mouse(&popup, QEvent::MouseButtonPress, menu.bottomLeft() + QPoint(0, 5));
+    EXPECT_FALSE(popup.isVisible());
+    EXPECT_EQ(dismissals, 1);
+}
+
+TEST(StatusPopupWindow, MaximizedHasTheMenuInTheCornerOfTheTray) {
+    StatusPopupWindow popup(connected().menu);
+    popup.showMaximizedOver(Qt::BottomRightCorner);
+    settle();
+    EXPECT_TRUE(popup.isMaximized());
+    EXPECT_EQ(popup.childrenRect().bottomRight(), popup.rect().bottomRight());
 }

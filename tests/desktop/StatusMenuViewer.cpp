@@ -4,6 +4,7 @@
 #include <VarnelShared/Clock.h>
 #include <VarnelShared/SystemTime.h>
 #include <VarnelStatusMenu/Linux/SessionStatusItem.h>
+#include <VarnelStatusMenu/Menu/PopupPlacement.h>
 #include <VarnelStatusMenu/StatusBarController.h>
 
 #include <QApplication>
@@ -87,6 +88,7 @@ std::function<void()> printing(const char* text) {
 } // namespace
 
 int main(int argc, char** argv) {
+    choosePlatform();
     QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
     QCommandLineParser parser;
