@@ -7,9 +7,9 @@ namespace Varnel::Testing {
 using Simulator::Expiry;
 using Simulator::ServedFamilies;
 
-LongRun::LongRun(ControllerBench& bench)
+LongRun::LongRun(ControllerBench& bench, Start start)
     : m_bench(bench) {
-    if (!waitUntil([&] { return bench.controller->latestPowerKW().has_value(); })) {
+    if (start == Start::connected && !waitUntil([&] { return bench.controller->latestPowerKW().has_value(); })) {
         qFatal("The controller does not connect to the simulator");
     }
     settle();
@@ -17,13 +17,15 @@ LongRun::LongRun(ControllerBench& bench)
 }
 
 bool LongRun::playUntil(Timestamp end) {
-    while (m_bench.time.now() < end) {
+    bool isOver = false;
+    const auto marker = m_bench.time.schedule(end - m_bench.time.now(), [&isOver] { isOver = true; });
+    while (!isOver) {
         m_bench.simulator.log().clear();
         m_bench.time.forgetScheduledDelays(); // nothing of the harness is to grow with the time
         const std::size_t timers = m_bench.time.pendingTimers();
         m_bench.time.advanceToNextTimer();
         // Every timer's work ends with a new timer in its place.
-        if (!waitUntil([&] { return m_bench.time.pendingTimers() >= timers; }, 60000)) {
+        if (!waitUntil([&] { return isOver || m_bench.time.pendingTimers() >= timers; }, 60000)) {
             note(QStringLiteral("the work of a timer does not end"));
             return false;
         }

@@ -17,10 +17,12 @@ public:
         QString firstProblem; ///< the first error line or wrong title, with its time
     };
 
-    /// Waits for the first reading of the launched controller.
-    explicit LongRun(ControllerBench& bench);
+    enum class Start { connected, asItIs };
 
-    /// Turns time to `end`, or to the first timer behind it. False when a timer's work does not end.
+    /// Of a launched controller, for whose first reading it waits unless it is to be taken as it is.
+    explicit LongRun(ControllerBench& bench, Start start = Start::connected);
+
+    /// Turns time to `end`. False when a timer's work does not end.
     bool playUntil(Timestamp end);
 
     const Tally& tally() const { return m_tally; }
