@@ -135,8 +135,8 @@ void AppDelegate::catchUp() {
         m_connection.repeatIfFailing();
     } else if (!m_connection.isConnected()) {
         connectSilently();
-    } else if (m_pollingService && m_pollingService->isFailing()) {
-        m_pollingService->refreshNow();
+    } else if (m_pollingService) {
+        m_pollingService->repeatIfFailing();
     }
 }
 
@@ -146,9 +146,9 @@ void AppDelegate::connectSilently() {
 }
 
 void AppDelegate::rollOver(Timestamp instant) {
-    if (!m_todayOutput.rollOver(instant) || !m_values.lastUpdatedAt ||
-        Calendar::isSameDay(*m_values.lastUpdatedAt, instant)) {
-        return; // the first use, or another zone
+    m_todayOutput.rollOver(instant);
+    if (!m_values.lastUpdatedAt || Calendar::isSameDay(*m_values.lastUpdatedAt, instant)) {
+        return;
     }
     m_values.todayOutputKWh.reset();
     if (m_values.powerKW && *m_values.powerKW <= 0) {

@@ -40,7 +40,8 @@ public:
     /// Saves today's samples, stops polling, ends the observation. What completes later does nothing any more.
     void applicationWillTerminate();
 
-    /// Signs in with the settings' account and this password; polls on success, shows the reason otherwise.
+    /// Signs in with the settings' account and this password; polls on success, shows the reason otherwise. Of the
+    /// application's own the saves alone come this way, by `connect`.
     QCoro::Task<void> authenticateAndStartPolling(QString password);
 
     /// Takes the outcome of one poll.
@@ -88,8 +89,8 @@ private:
     void onResume();
     void catchUp();
     void connectSilently();
-    /// Takes the day of `instant`: nothing of another day is shown as today's, and each morning's production starts
-    /// anew, also that of a station which reports 0 W all night and so never ends.
+    /// Takes the day of `instant`: nothing of another day is shown as today's, and after a last reading of 0 W the
+    /// morning's production starts anew, though the night of 0 W has not ended the day's.
     void rollOver(Timestamp instant);
     /// At midnight, and when the last reading has grown old.
     void scheduleNextUpdate(Timestamp now);
@@ -98,6 +99,7 @@ private:
 
     // AppDelegateConnection.cpp: from a stored account to a connection that is polled, and back
     std::optional<QString> trimmedStationID() const;
+    Seconds pollInterval() const;
     /// Signs in with the stored account and password; where one is missing, opens the preferences on the Account pane
     /// or does nothing, by the mode.
     QCoro::Task<void> bootstrap(BootstrapMode mode);
@@ -112,6 +114,7 @@ private:
     /// not be deleted is said in the preferences.
     void deletePassword();
     QCoro::Task<void> deletePasswordAfterUnlocking(QString account);
+    bool removePassword(const QString& account);
     void dropPollingService();
     /// Nothing of one account is shown, polled for or announced under another.
     void forgetAccount();

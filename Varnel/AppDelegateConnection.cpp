@@ -15,29 +15,35 @@ std::optional<QString> AppDelegate::trimmedStationID() const {
     return stationID.isEmpty() ? std::nullopt : std::optional(stationID);
 }
 
+Seconds AppDelegate::pollInterval() const {
+    return Seconds(static_cast<double>(m_settings.clampedPollInterval()));
+}
+
 QCoro::Task<void> AppDelegate::bootstrap(BootstrapMode mode) {
     const auto self = shared_from_this();
     if (!m_settings.hasEnabledProductionNotifications()) {
         m_productionNotificationEvaluator.reset();
     }
     const bool isSilent = mode == BootstrapMode::silent;
-    if (m_connection.isConnected() || m_connection.isUnderWay() || (isSilent && m_connection.isPasswordRefused())) {
-        co_return; // the user has connected or is about to, or the service has refused what is stored
+    const bool isSignedOut = m_settingsStore.isSignedOut();
+    if (m_connection.isConnected() || m_connection.isUnderWay() ||
+        (isSilent && (isSignedOut || m_connection.isPasswordRefused()))) {
+        co_return; // the user has connected, is about to or wants none, or the service has refused what is stored
     }
-    const Connection::Attempt attempt = m_connection.begin();
-    // A repeated attempt asks for nothing: the prompt to unlock belongs to the start and to the preferences.
-    if (!isSilent) {
+    const Connection::Attempt attempt = m_connection.begin(Connection::Initiator::program);
+    if (isSignedOut) {
+        removePassword(m_settings.account); // what a keyring that stayed locked, or was gone, has kept
+    } else if (!isSilent) {
+        // A repeated attempt asks for nothing: the prompt to unlock belongs to the start and to the preferences.
         co_await m_storedPassword.unlock(m_settings.account, KeychainAccess::reading);
     }
     if (!m_connection.isCurrent(attempt)) {
         co_return;
     }
-    const bool isSignedOut = m_settingsStore.isSignedOut();
-    if (isSignedOut) {
-        // What a keyring that stayed locked, or was gone, kept after the sign-out.
-        static_cast<void>(m_storedPassword.remove(m_settings.account));
+    std::optional<QString> password = m_connection.unjudgedPassword();
+    if (!password && !isSignedOut) {
+        password = m_storedPassword.read(m_settings.account);
     }
-    const std::optional<QString> password = isSignedOut ? std::nullopt : m_storedPassword.read(m_settings.account);
     if (password) {
         co_await connect(attempt, *password);
         co_return;
@@ -49,7 +55,7 @@ QCoro::Task<void> AppDelegate::bootstrap(BootstrapMode mode) {
 }
 
 QCoro::Task<void> AppDelegate::authenticateAndStartPolling(QString password) {
-    return connect(m_connection.begin(), std::move(password));
+    return connect(m_connection.begin(Connection::Initiator::user), std::move(password));
 }
 
 QCoro::Task<void> AppDelegate::connect(Connection::Attempt attempt, QString password) {
@@ -84,7 +90,7 @@ QCoro::Task<void> AppDelegate::connect(Connection::Attempt attempt, QString pass
         co_return;
     }
     qCInfo(lcApp, "Signed in");
-    m_connection.end(attempt);
+    m_connection.succeed(attempt);
     m_values.errorMessage.reset();
     startPolling();
     updateStatusBar();
@@ -119,6 +125,9 @@ QCoro::Task<Result<void>> AppDelegate::settleStationAndSize(Connection::Attempt 
 void AppDelegate::rejectSignIn(Connection::Attempt attempt, const QString& message) {
     m_connection.end(attempt);
     m_values.errorMessage = message;
+    if (m_connection.isConnected() && !m_pollingService) {
+        startPolling(); // this attempt has outdated the one that had signed in and was about to poll
+    }
     updateStatusBar();
 }
 
@@ -134,9 +143,9 @@ void AppDelegate::failSignIn(Connection::Attempt attempt, const Error& error) {
         connectSilently();
         break;
     case Connection::Repetition::later:
-        const Seconds interval(static_cast<double>(m_settings.clampedPollInterval()));
         m_retryTimer = m_platform.timers.schedule(
-            PowerPollingService::delayAfterFailures(interval, m_connection.unjudgedFailures()),
+            PowerPollingService::delayAfterFailures(pollInterval(), m_connection.unjudgedFailures(),
+                                                    retryAfterOf(error).value_or(std::chrono::seconds(0))),
             ifAlive(weak_from_this(), &AppDelegate::connectSilently));
         break;
     }
@@ -153,6 +162,7 @@ void AppDelegate::signOut(bool clearStoredPassword) {
     m_preferencesCoordinator.rememberSignOut(true);
     m_retryTimer.reset();
     forgetAccount();
+    m_connection.signOut();
     m_values.errorMessage.reset();
     if (clearStoredPassword) {
         deletePassword();
@@ -165,7 +175,7 @@ void AppDelegate::storePassword(const QString& password) {
     m_preferencesCoordinator.rememberSignOut(false);
     const Result<void> saved = m_storedPassword.save(m_settings.account, password);
     m_preferencesCoordinator.setNotice(AccountNotice::passwordNotStored, !saved);
-    m_preferencesCoordinator.setNotice(AccountNotice::passwordNotDeleted, false);
+    m_preferencesCoordinator.setNotice(AccountNotice::passwordNotDeleted, m_storedPassword.isAnyLeft());
     if (!saved) {
         qCWarning(lcApp, "The password could not be stored: %s", qUtf8Printable(saved.error().localizedDescription()));
     }
@@ -173,8 +183,7 @@ void AppDelegate::storePassword(const QString& password) {
 
 void AppDelegate::deletePassword() {
     m_preferencesCoordinator.setNotice(AccountNotice::passwordNotStored, false);
-    m_preferencesCoordinator.setNotice(AccountNotice::passwordNotDeleted, false);
-    if (!m_storedPassword.remove(m_settings.account)) {
+    if (!removePassword(m_settings.account)) {
         startTask("deletion of the password",
                   ifAlive(weak_from_this(), &AppDelegate::deletePasswordAfterUnlocking, m_settings.account));
     }
@@ -183,15 +192,21 @@ void AppDelegate::deletePassword() {
 QCoro::Task<void> AppDelegate::deletePasswordAfterUnlocking(QString account) {
     const auto self = shared_from_this();
     co_await m_storedPassword.unlock(account, KeychainAccess::deleting);
-    if (!m_settingsStore.isSignedOut()) {
+    const bool isSameAccount = trimmed(account).compare(trimmed(m_settings.account), Qt::CaseInsensitive) == 0;
+    if (isSameAccount && !m_settingsStore.isSignedOut()) {
         co_return; // the user has connected meanwhile, with a password that is to stay
     }
+    removePassword(account);
+}
+
+bool AppDelegate::removePassword(const QString& account) {
     const Result<void> removed = m_storedPassword.remove(account);
-    m_preferencesCoordinator.setNotice(AccountNotice::passwordNotDeleted, !removed);
+    m_preferencesCoordinator.setNotice(AccountNotice::passwordNotDeleted, m_storedPassword.isAnyLeft());
     if (!removed) {
         qCWarning(lcApp, "The password could not be deleted: %s",
                   qUtf8Printable(removed.error().localizedDescription()));
     }
+    return removed.has_value();
 }
 
 void AppDelegate::dropPollingService() {

@@ -28,8 +28,7 @@ void AppDelegate::startPolling() {
     // The outcome carries its service along, so that one of a service that was dropped is known as such.
     const auto tag = std::make_shared<std::weak_ptr<PowerPollingService>>();
     m_pollingService = std::make_shared<PowerPollingService>(
-        Seconds(static_cast<double>(m_settings.clampedPollInterval())),
-        ifAlive(weak_from_this(), &AppDelegate::fetchPowerReading),
+        pollInterval(), ifAlive(weak_from_this(), &AppDelegate::fetchPowerReading),
         ifAlive(weak_from_this(),
                 [tag](AppDelegate& self, Result<PowerReading> result) {
                     if (self.m_pollingService && self.m_pollingService == tag->lock()) {
@@ -90,8 +89,9 @@ QCoro::Task<void> AppDelegate::refreshNow() {
         co_return;
     }
     const Client client = m_connection.client();
+    const std::optional<QString> stationID = trimmedStationID();
     Result<PowerReading> result = co_await fetchPowerReading();
-    if (m_connection.isCurrent(client)) {
+    if (m_connection.isCurrent(client) && trimmedStationID() == stationID) {
         handlePollResult(std::move(result));
     }
 }

@@ -62,18 +62,21 @@ PreferencesHandlers AppDelegate::preferencesHandlers() {
 
 QCoro::Task<bool> AppDelegate::applyPreferences(PreferencesDraft draft) {
     const auto self = shared_from_this();
-    const Connection::Attempt attempt = m_connection.begin();
+    const Connection::Attempt attempt = m_connection.begin(Connection::Initiator::user);
     takeAccountChange(m_preferencesCoordinator.save(draft));
     co_await synchronizeNotificationAuthorizationIfNeeded(true);
     startTask("notification permission", ifAlive(weak_from_this(), &AppDelegate::showNotificationAuthorization));
-    if (m_connection.isCurrent(attempt) && trimmed(m_settings.account).isEmpty()) {
+    if (!m_connection.isCurrent(attempt)) {
+        co_return m_connection.isConnected(); // a later save decides
+    }
+    if (trimmed(m_settings.account).isEmpty()) {
         signOut(false);
         rejectSignIn(attempt, QStringLiteral("Set your SEMS account to connect."));
         co_return false;
     }
     co_await m_storedPassword.unlock(m_settings.account, KeychainAccess::writing);
     if (!m_connection.isCurrent(attempt)) {
-        co_return m_connection.isConnected(); // a later save decides
+        co_return m_connection.isConnected();
     }
     QString password = trimmed(draft.password);
     if (password.isEmpty()) {

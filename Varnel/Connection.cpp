@@ -1,6 +1,7 @@
 #include <Varnel/Connection.h>
 
 #include <VarnelShared/Logging.h>
+#include <VarnelShared/URLError.h>
 
 #include <utility>
 
@@ -31,9 +32,14 @@ Connection::Connection(HTTPSession& http, const Clock& clock, SEMSEndpoints endp
     , m_clock(clock)
     , m_endpoints(std::move(endpoints)) {}
 
-Connection::Attempt Connection::begin() {
+Connection::Attempt Connection::begin(Initiator initiator) {
     m_isUnderWay = !m_isClosed;
     m_isRepeatWanted = false;
+    m_initiator = initiator;
+    if (initiator == Initiator::user) {
+        m_unjudgedFailures = 0;
+        m_unjudgedPassword.reset();
+    }
     m_attempt = Attempt{static_cast<int>(m_attempt) + 1};
     return m_attempt;
 }
@@ -42,11 +48,20 @@ void Connection::end(Attempt attempt) {
     m_isUnderWay = m_isUnderWay && attempt != m_attempt;
 }
 
+void Connection::succeed(Attempt attempt) {
+    end(attempt);
+    m_unjudgedFailures = 0;
+    m_unjudgedPassword.reset();
+}
+
 Connection::Repetition Connection::fail(Attempt attempt, const Error& error) {
     end(attempt);
     drop();
     m_isPasswordRefused = isRefusal(error);
     m_unjudgedFailures = isTransient(error) ? m_unjudgedFailures + 1 : 0;
+    if (m_unjudgedFailures == 0) {
+        m_unjudgedPassword.reset();
+    }
     if (std::exchange(m_isRepeatWanted, false)) {
         return Repetition::atOnce;
     }
@@ -54,6 +69,7 @@ Connection::Repetition Connection::fail(Attempt attempt, const Error& error) {
 }
 
 QCoro::Task<Result<void>> Connection::signIn(Attempt attempt, QUrl baseURL, QString account, QString password) {
+    m_unjudgedPassword = password;
     const auto client = std::make_shared<SEMSAPIClient>(baseURL, m_http, m_clock, m_endpoints);
     Result<SEMSSession> session = co_await client->signIn(account, password);
     if (!session) {
@@ -81,19 +97,12 @@ QCoro::Task<Result<PowerReading>> Connection::fetchPowerReading(std::optional<QS
     if (m_account.isEmpty()) {
         return failedReading(SEMSAPIError::invalidConfiguration(QStringLiteral("SEMS account is empty.")));
     }
-    return fetch(m_client, std::move(preferredStationID));
+    return fetch(m_client, m_session.value(), std::move(preferredStationID));
 }
 
-QCoro::Task<Result<PowerReading>> Connection::fetch(Client client, std::optional<QString> preferredStationID) {
-    std::optional<SEMSSession> session = m_session;
-    if (!session) {
-        const Result<SEMSSession> renewed = co_await renewSession(client);
-        if (!renewed) {
-            co_return failure(renewed.error());
-        }
-        session = *renewed;
-    }
-    Result<PowerReading> reading = co_await client->fetchCurrentPower(*session, preferredStationID);
+QCoro::Task<Result<PowerReading>> Connection::fetch(Client client, SEMSSession session,
+                                                    std::optional<QString> preferredStationID) {
+    Result<PowerReading> reading = co_await client->fetchCurrentPower(session, preferredStationID);
     if (isAuthenticationFailure(reading)) {
         const Result<SEMSSession> renewed = co_await renewSession(client);
         if (!renewed) {
@@ -108,6 +117,10 @@ QCoro::Task<Result<PowerReading>> Connection::fetch(Client client, std::optional
 }
 
 QCoro::Task<Result<SEMSSession>> Connection::renewSession(Client client) {
+    if (!isCurrent(client)) {
+        // Account and password are another connection's by now, or nobody's.
+        co_return failure(URLError{URLError::Code::cancelled, {}});
+    }
     const Timestamp now = m_clock.now();
     // A clock that was set back meanwhile ends the wait too: better one try too many than a day without readings.
     if (m_refusal && now >= m_refusal->at && now - m_refusal->at < refusalHolds) {
@@ -142,8 +155,14 @@ void Connection::forget() {
     m_http.reset();
 }
 
+void Connection::signOut() {
+    forget();
+    m_unjudgedPassword.reset();
+    m_isUnderWay = m_isUnderWay && m_initiator == Initiator::user;
+}
+
 void Connection::close() {
-    drop();
+    signOut();
     m_isUnderWay = false;
     m_isClosed = true;
 }

@@ -17,6 +17,12 @@ class Connection {
 public:
     enum class Attempt : int {};
 
+    /// Who wants a connection.
+    enum class Initiator {
+        program, ///< the start, or a repetition: a sign-out ends it
+        user,    ///< a save: it goes on beside a sign-out, as the later wish does
+    };
+
     /// What a failed attempt calls for.
     enum class Repetition {
         none,   ///< the service has judged: only the user has it try again, or the network where it refused no password
@@ -28,8 +34,9 @@ public:
     /// `http` and `clock` must outlive this object and its tasks.
     Connection(HTTPSession& http, const Clock& clock, SEMSEndpoints endpoints);
 
-    /// Outdates every earlier attempt. A connection that exists goes on until the new attempt has made its own.
-    Attempt begin();
+    /// Outdates every earlier attempt. A connection that exists goes on until the new attempt has made its own, or has
+    /// failed.
+    Attempt begin(Initiator initiator);
 
     /// Whether the attempt goes on: false once a newer one has begun, it has ended, the connection that it made was
     /// dropped, or the program ends.
@@ -41,10 +48,13 @@ public:
     /// Whether an attempt goes on.
     bool isUnderWay() const { return m_isUnderWay; }
 
-    /// The attempt is over, whether it has made a connection or not. Does nothing for one that is not current.
+    /// The attempt is over without a word of the service. Does nothing for one that is not current.
     void end(Attempt attempt);
 
-    /// The attempt has failed with this error: it is over, and so is a connection that it had made.
+    /// The attempt is over and its connection is made.
+    void succeed(Attempt attempt);
+
+    /// The attempt has failed with this error: it is over, and so is any connection.
     Repetition fail(Attempt attempt, const Error& error);
 
     /// The network has come: an attempt that goes on and fails is repeated at once.
@@ -52,6 +62,9 @@ public:
 
     /// The failed attempts in a row in which nothing judged the password.
     int unjudgedFailures() const { return m_unjudgedFailures; }
+
+    /// The password of the last attempt while nothing has judged it: a repetition needs no keychain.
+    const std::optional<QString>& unjudgedPassword() const { return m_unjudgedPassword; }
 
     /// Whether the service refused the password in the last attempt.
     bool isPasswordRefused() const { return m_isPasswordRefused; }
@@ -75,11 +88,14 @@ public:
     /// Lets a refused password be sent once more: the user asks for it.
     void allowPasswordAgain() { m_refusal.reset(); }
 
-    /// Drops client and session. An attempt that has not signed in yet goes on.
+    /// Drops client and session, which come and go together. An attempt that has not signed in yet goes on.
     void drop();
 
     /// `drop`, and forgets the password and what the service has left in the HTTP session.
     void forget();
+
+    /// `forget`, and ends what the program has begun by itself.
+    void signOut();
 
     /// The program ends: `forget`, and nothing is current any more.
     void close();
@@ -92,7 +108,8 @@ private:
         Timestamp at;
     };
 
-    QCoro::Task<Result<PowerReading>> fetch(Client client, std::optional<QString> preferredStationID);
+    QCoro::Task<Result<PowerReading>> fetch(Client client, SEMSSession session,
+                                            std::optional<QString> preferredStationID);
     QCoro::Task<Result<SEMSSession>> renewSession(Client client);
 
     HTTPSession& m_http;
@@ -103,10 +120,12 @@ private:
     Client m_client;
     std::optional<SEMSSession> m_session;
     std::optional<Refusal> m_refusal;
-    Attempt m_attempt{0};      ///< the newest
-    Attempt m_madeBy{0};       ///< the one that has made the connection
-    bool m_isUnderWay = false; ///< the newest attempt goes on
+    Attempt m_attempt{0};                       ///< the newest
+    Attempt m_madeBy{0};                        ///< the one that has made the connection
+    bool m_isUnderWay = false;                  ///< the newest attempt goes on
+    Initiator m_initiator = Initiator::program; ///< of the newest attempt
     bool m_isRepeatWanted = false;
+    std::optional<QString> m_unjudgedPassword;
     int m_unjudgedFailures = 0;
     bool m_isPasswordRefused = false;
     bool m_isClosed = false;

@@ -23,11 +23,24 @@ std::optional<QString> StoredPassword::read(const QString& account) {
 }
 
 Result<void> StoredPassword::save(const QString& account, const QString& password) {
+    if (m_leftEntry == entryName(account)) {
+        m_leftEntry.clear();
+    }
     return read(account) == password ? Result<void>() : m_keychain.saveSecret(password, entryName(account));
 }
 
 Result<void> StoredPassword::remove(const QString& account) {
-    return trimmed(account).isEmpty() ? Result<void>() : m_keychain.deleteSecret(entryName(account));
+    if (trimmed(account).isEmpty()) {
+        return {};
+    }
+    const QString entry = entryName(account);
+    const Result<void> removed = m_keychain.deleteSecret(entry);
+    if (!removed) {
+        m_leftEntry = entry;
+    } else if (m_leftEntry == entry) {
+        m_leftEntry.clear();
+    }
+    return removed;
 }
 
 QCoro::Task<bool> StoredPassword::unlock(QString account, KeychainAccess access) {

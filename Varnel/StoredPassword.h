@@ -21,12 +21,16 @@ public:
     /// Fails with `KeychainError`; that there is none is no failure.
     Result<void> remove(const QString& account);
 
+    /// Whether a password that was to be removed may still be there, and is wanted by no later save.
+    bool isAnyLeft() const { return !m_leftEntry.isEmpty(); }
+
     /// Has the desktop ask the user to unlock the keychain, if what the access needs is locked. False when it stays
     /// locked. Asks nothing for an empty account.
     QCoro::Task<bool> unlock(QString account, KeychainAccess access);
 
 private:
     KeychainStore m_keychain;
+    QString m_leftEntry;
 };
 
 } // namespace Varnel

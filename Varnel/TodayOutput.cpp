@@ -29,33 +29,25 @@ void TodayOutput::setOwner(const QString& account, const QString& stationID) {
 
 void TodayOutput::restore() {
     clear();
-    load(Calendar::startOfDay(m_clock.now()));
+    rollOver(m_clock.now());
 }
 
-void TodayOutput::load(Timestamp dayStart) {
-    if (m_account.isEmpty() || m_stationID.isEmpty()) {
-        return;
-    }
-    if (auto snapshot = m_history.loadSnapshot(dayStart, m_account, m_stationID)) {
-        m_dayStart = dayStart;
-        m_samples = std::move(snapshot->samples);
-        dropOldest();
-    }
-}
-
-bool TodayOutput::rollOver(Timestamp instant) {
+void TodayOutput::rollOver(Timestamp instant) {
     const Timestamp dayStart = Calendar::startOfDay(instant);
     if (m_dayStart == dayStart) {
-        return false;
+        return;
     }
     m_dayStart = dayStart;
     // After midnight none is left; where only the zone has changed, the day's earlier samples are.
     std::erase_if(m_samples,
                   [instant](const OutputSample& sample) { return !Calendar::isSameDay(sample.timestamp, instant); });
-    if (m_samples.empty()) {
-        load(dayStart);
+    if (!m_samples.empty() || m_account.isEmpty() || m_stationID.isEmpty()) {
+        return;
     }
-    return true;
+    if (auto snapshot = m_history.loadSnapshot(dayStart, m_account, m_stationID)) {
+        m_samples = std::move(snapshot->samples);
+        dropOldest();
+    }
 }
 
 void TodayOutput::record(double kilowatts, Timestamp at) {

@@ -20,7 +20,7 @@ public:
     /// `clock` must outlive this object.
     TodayOutput(OutputHistoryStore history, const Clock& clock);
 
-    /// Start of the day that the samples belong to; none before the first use and after `forget`.
+    /// Start of the day that the samples belong to; none before the first use and after `clear`.
     const std::optional<Timestamp>& dayStart() const { return m_dayStart; }
     const std::vector<OutputSample>& samples() const { return m_samples; }
 
@@ -34,10 +34,10 @@ public:
     /// Takes the owner's stored samples of today in place of what is in the list.
     void restore();
 
-    /// Takes the local day of `instant`, if it is another than the list's, and tells whether it was. The samples of any
-    /// other day go: all of them at midnight, few or none when the system's zone changes. Where none is left, the
-    /// stored ones of that day come back: a clock that was wrong for a moment loses none.
-    bool rollOver(Timestamp instant);
+    /// Takes the local day of `instant`, if it is another than the list's. The samples of any other day go: all of them
+    /// at midnight, few or none when the system's zone changes. Where none is left, the stored ones of that day come
+    /// back: a clock that was wrong for a moment loses none.
+    void rollOver(Timestamp instant);
 
     /// Adds a reading in kW, a negative one as 0, to the day of `at`, and stores the day. A reading less than a second
     /// away from the last one replaces it; past `limit` samples the oldest go.
@@ -53,8 +53,6 @@ public:
     void forget();
 
 private:
-    /// Takes the stored samples of the day, if there are any.
-    void load(Timestamp dayStart);
     void dropOldest();
 
     OutputHistoryStore m_history;

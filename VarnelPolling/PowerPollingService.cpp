@@ -36,12 +36,20 @@ void PowerPollingService::stop() {
     m_running = false;
     m_timer.reset();
     m_isPolling = false;
+    m_isRepeatWanted = false;
     m_consecutiveFailures = 0;
 }
 
 void PowerPollingService::refreshNow() {
     if (m_running) {
         queuePoll(weak_from_this());
+    }
+}
+
+void PowerPollingService::repeatIfFailing() {
+    m_isRepeatWanted = m_isPolling;
+    if (!m_isPolling && m_consecutiveFailures > 0) {
+        refreshNow();
     }
 }
 
@@ -66,8 +74,10 @@ QCoro::Task<void> PowerPollingService::pollOnce(std::shared_ptr<PowerPollingServ
     self->m_consecutiveFailures = result ? 0 : self->m_consecutiveFailures + 1;
     self->m_leastDelay = Seconds(0);
     self->update(result);
-    const Seconds delay = delayAfterFailures(self->m_pollInterval, self->m_consecutiveFailures);
-    self->scheduleNextPoll(std::max(delay, self->m_leastDelay));
+    const bool isRepeated = std::exchange(self->m_isRepeatWanted, false) && !result && self->m_leastDelay == Seconds(0);
+    self->scheduleNextPoll(
+        isRepeated ? shortestDelay
+                   : delayAfterFailures(self->m_pollInterval, self->m_consecutiveFailures, self->m_leastDelay));
     self->m_isPolling = false;
 }
 
@@ -89,11 +99,12 @@ void PowerPollingService::update(const Result<PowerReading>& result) {
 }
 
 void PowerPollingService::waitAtLeast(Seconds delay) {
-    m_leastDelay = std::min(delay, delayAfterFailures(m_pollInterval, lastDoubling));
+    m_leastDelay = delay;
 }
 
-Seconds PowerPollingService::delayAfterFailures(Seconds pollInterval, int consecutiveFailures) {
-    return pollInterval * (1 << std::min(consecutiveFailures, lastDoubling));
+Seconds PowerPollingService::delayAfterFailures(Seconds pollInterval, int consecutiveFailures, Seconds leastDelay) {
+    const Seconds longest = pollInterval * (1 << lastDoubling);
+    return std::max(pollInterval * (1 << std::min(consecutiveFailures, lastDoubling)), std::min(leastDelay, longest));
 }
 
 } // namespace Varnel

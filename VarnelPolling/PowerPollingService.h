@@ -38,15 +38,16 @@ public:
     /// next regular poll comes one delay after it.
     void refreshNow();
 
+    /// What made polls fail may have gone: repeats a poll that has failed, at once, and one that is in flight if it
+    /// fails, unless the service is asked to wait by then. Does nothing where nothing fails.
+    void repeatIfFailing();
+
     /// To be called by the update handler: the delay before the next poll is at least this long, but never longer than
     /// sixteen intervals. It counts for that one poll.
     void waitAtLeast(Seconds delay);
 
-    /// Whether the newest outcome was a failure; false again after `stop`.
-    bool isFailing() const { return m_consecutiveFailures > 0; }
-
-    /// The delay after so many failures in a row.
-    static Seconds delayAfterFailures(Seconds pollInterval, int consecutiveFailures);
+    /// The delay after so many failures in a row, moved back to `leastDelay`, but never behind sixteen intervals.
+    static Seconds delayAfterFailures(Seconds pollInterval, int consecutiveFailures, Seconds leastDelay);
 
 private:
     static void queuePoll(std::weak_ptr<PowerPollingService> service);
@@ -63,7 +64,8 @@ private:
     bool m_running = false;
     bool m_isPolling = false;
     int m_consecutiveFailures = 0;
-    Seconds m_leastDelay{0}; ///< asked for with the newest outcome
+    Seconds m_leastDelay{0};       ///< asked for with the newest outcome
+    bool m_isRepeatWanted = false; ///< should the poll in flight fail
 };
 
 } // namespace Varnel

@@ -33,7 +33,7 @@ bool play(const Scenario& scenario, const QString& name, double days, int expect
     bench.storeAccount();
     bench.launch();
     LongRun run(bench);
-    const bool hasEnded = run.playUntil(bench.time.now() + Seconds(days * 86400));
+    const bool hasEnded = run.playUntil(bench.time.now() + Seconds(days * 86400 + 60));
     const LongRun::Tally& tally = run.tally();
     return print(name, tally,
                  hasEnded && tally.errorLines == 0 && tally.wrongTitles == 0 && tally.signIns == expectedSignIns);

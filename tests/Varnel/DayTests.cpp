@@ -110,7 +110,9 @@ TEST_F(DayTest, TodaysEnergyIsUnknownUntilAReadingOfTheDayBringsIt) {
     EXPECT_NE(controller->presentation().todayOutputValue, QStringLiteral("--"));
     time.advance(Calendar::startOfNextDay(time.now()).value() - time.now());
     EXPECT_EQ(controller->presentation().todayOutputValue, QStringLiteral("--"));
-    EXPECT_EQ(controller->presentation().outdatedLine, QStringLiteral("Last reading on 1 Jun 2026 at 12:00"));
+    EXPECT_TRUE(waitUntil([&] {
+        return controller->presentation().outdatedLine == QStringLiteral("Last reading on 1 Jun 2026 at 12:00");
+    }));
     EXPECT_EQ(title(), QStringLiteral("3.42 kW"));
 }
 

@@ -31,10 +31,11 @@ TEST_F(PasswordTest, ADisconnectIsFinalWhateverTheKeyringDoes) {
     item->choose(StatusMenuCommand::signOut);
     EXPECT_TRUE(waitUntil([&] { return isSaid(QStringLiteral("could not be deleted")); }));
     EXPECT_TRUE(keychain.calls.contains(QLatin1String("unlock")));
+    keychain.status = keychainSuccess; // the password can be read again
     const std::size_t before = requestCount();
     systemEvents.networkReachable();
     settle();
-    keychain.status = keychainSuccess;
+    EXPECT_EQ(requestCount(), before) << "signed in by itself";
     launch();
     EXPECT_TRUE(waitUntil([&] { return controller->preferencesCoordinator().window() != nullptr; }));
     settle();
@@ -54,6 +55,68 @@ TEST_F(PasswordTest, ADisconnectUnlocksBeforeItGivesUp) {
     keychain.isLocked = true; // until somebody is asked
     item->choose(StatusMenuCommand::signOut);
     EXPECT_TRUE(waitUntil([&] { return keychain.items.isEmpty(); }));
+}
+
+TEST_F(PasswordTest, WhatTheFormerAccountLeftIsSaidAlsoAfterAnotherHasConnected) {
+    launchConnected();
+    keychain.isLocked = true;
+    keychain.deleteStatus = keychainInteractionNotAllowed;
+    item->choose(StatusMenuCommand::signOut);
+    PreferencesDraft draft = currentDraft();
+    draft.account = QStringLiteral("somebody@example.com");
+    draft.password = QStringLiteral("sunshine");
+    simulator.behaviour().account = draft.account;
+    EXPECT_TRUE(await(controller->applyPreferences(draft)));
+    controller->showPreferencesWindow(PreferencesInitialTab::account);
+    EXPECT_TRUE(isSaid(QStringLiteral("could not be deleted")));
+}
+
+TEST_F(PasswordTest, ASignOutEndsWhatTheStartHadBegun) {
+    storeAccount();
+    failRequests(Simulator::FaultKind::delay, std::nullopt, "*GetToken");
+    simulator.behaviour().faults.front().delay = std::chrono::milliseconds(150);
+    launch();
+    EXPECT_TRUE(waitForRequests(1));
+    controller->signOut(true);
+    EXPECT_FALSE(waitUntil([&] { return controller->isPolling() || !keychain.items.isEmpty(); }, 400));
+}
+
+TEST_F(PasswordTest, APollOfAConnectionThatIsGoneSendsNoPassword) {
+    Simulator::SEMSSimulator other(time);
+    ASSERT_TRUE(other.listen(0));
+    other.behaviour().families = Simulator::ServedFamilies::token;
+    for (const bool isSignedOut : {true, false}) {
+        simulator.behaviour().faults.clear();
+        launchConnected();
+        const int signIns = requestsTo("GetToken");
+        failRequests(Simulator::FaultKind::status, 401, "*MonitorDetail*");
+        simulator.behaviour().faults.front().delay = std::chrono::milliseconds(150);
+        const std::size_t before = requestCount();
+        time.advance(Seconds(300));
+        EXPECT_TRUE(waitForRequests(before + 1));
+        if (isSignedOut) {
+            controller->signOut(false);
+        } else {
+            PreferencesDraft draft = currentDraft();
+            draft.baseURL = other.baseURL().toString();
+            EXPECT_TRUE(await(controller->applyPreferences(draft)));
+        }
+        EXPECT_FALSE(waitUntil([&] { return requestsTo("GetToken") != signIns; }, 500));
+        AppSettingsStore(userDefaults).setSignedOut(false);
+    }
+}
+
+TEST_F(PasswordTest, ARepetitionSendsWhatWasTypedWhateverTheKeyringHas) {
+    launchConnected();
+    simulator.behaviour().password = QStringLiteral("changed");
+    failRequests(Simulator::FaultKind::status, 503);
+    keychain.status = keychainInteractionNotAllowed; // the former password stays in it
+    PreferencesDraft draft = currentDraft();
+    draft.password = QStringLiteral("changed");
+    EXPECT_FALSE(await(controller->applyPreferences(draft)));
+    simulator.behaviour().faults.clear();
+    time.advance(Seconds(600));
+    EXPECT_TRUE(waitUntil([&] { return controller->isPolling(); }));
 }
 
 TEST_F(PasswordTest, APasswordThatCannotBeStoredIsSaid) {

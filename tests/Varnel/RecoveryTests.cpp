@@ -59,8 +59,23 @@ TEST_F(RecoveryTest, AStartThatNothingJudgedIsRepeatedWithTheBackOffUntilItConne
         time.advance(Seconds(2400));
         EXPECT_TRUE(waitForTitle("3.42 kW"));
         EXPECT_EQ(controller->lastErrorMessage(), std::nullopt);
+        failRequests(FaultKind::status, 503);
+        Testing::await(controller->applyPreferences(currentDraft()));
+        EXPECT_EQ(time.scheduledDelays().back(), 600) << "a success, and a save, begin the back-off anew";
         EXPECT_EQ(controller->preferencesCoordinator().window(), nullptr);
     }
+}
+
+TEST_F(RecoveryTest, ASaveThatEndsTheOneThatWasAboutToPollPollsInItsPlace) {
+    storeAccount();
+    failRequests(FaultKind::delay, std::nullopt, "*GetUserPowerStation");
+    simulator.behaviour().faults.front().delay = std::chrono::milliseconds(150);
+    launch();
+    EXPECT_TRUE(waitUntil([&] { return requestsTo("GetUserPowerStation") == 1; }));
+    PreferencesDraft draft = currentDraft();
+    draft.baseURL = QStringLiteral("www.example.com/api/");
+    Testing::await(controller->applyPreferences(draft));
+    EXPECT_TRUE(controller->isPolling()) << "connected, and nothing would ever be asked";
 }
 
 TEST_F(RecoveryTest, ARefusedPasswordIsNeverSentAgainByItself) {

@@ -96,7 +96,6 @@ TEST_F(PowerPollingServiceTest, AnAskedForDelayMovesTheNextPollBackButNeverForwa
         onUpdate = [&, delay = asked] { service->waitAtLeast(Seconds(delay)); };
         fail();
         EXPECT_EQ(time.scheduledDelays().back(), expected) << asked;
-        EXPECT_TRUE(service->isFailing());
         onUpdate = [] {};
         time.advance(Seconds(expected));
     }
@@ -104,7 +103,25 @@ TEST_F(PowerPollingServiceTest, AnAskedForDelayMovesTheNextPollBackButNeverForwa
     EXPECT_EQ(time.scheduledDelays().back(), 4800) << "what was asked for counts for one poll";
     time.advance(Seconds(4800));
     succeed();
-    EXPECT_FALSE(service->isFailing());
+}
+
+TEST_F(PowerPollingServiceTest, WhatFailsIsRepeatedAtOnceWhenItMaySucceedAgain) {
+    start();
+    service->repeatIfFailing(); // during the first poll, which fails
+    fail();
+    EXPECT_EQ(time.scheduledDelays().back(), 0.1);
+    time.advance(Seconds(0.1));
+    fail();
+    EXPECT_EQ(time.scheduledDelays().back(), 1200) << "repeated once, not for ever";
+    service->repeatIfFailing();
+    Testing::settle();
+    EXPECT_EQ(fetches, 3);
+    service->repeatIfFailing();
+    succeed();
+    EXPECT_EQ(time.scheduledDelays().back(), 300);
+    service->repeatIfFailing(); // nothing fails
+    Testing::settle();
+    EXPECT_EQ(fetches, 3);
 }
 
 TEST_F(PowerPollingServiceTest, DelaysBelowATenthOfASecondAreRaisedAndASecondStartIsIgnored) {
