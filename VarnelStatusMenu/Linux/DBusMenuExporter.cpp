@@ -1,6 +1,6 @@
 #include <VarnelStatusMenu/Linux/DBusMenuExporter.h>
 
-#include <VarnelStatusMenu/Linux/DBusMenuRows.h>
+#include <VarnelStatusMenu/Linux/DBusMenuEncoding.h>
 
 #include <QDBusError>
 #include <QGuiApplication>

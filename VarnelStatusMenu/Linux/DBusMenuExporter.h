@@ -1,6 +1,6 @@
 #pragma once
 
-#include <VarnelStatusMenu/Linux/DBusMenuRows.h>
+#include <VarnelStatusMenu/Linux/DBusMenuEncoding.h>
 #include <VarnelStatusMenu/Linux/StatusItemBackEnd.h>
 
 #include <QDBusAbstractAdaptor>

@@ -66,7 +66,8 @@ std::string EndToEndTest::sent(const Simulator::ServiceRequest& request) {
     std::string text;
     for (const char* name : {"Accept", "Content-Type", "Token", "Authorization", "User-Agent"}) {
         const QByteArray value = request.header(name);
-        const bool isOurs = !value.isEmpty() && !value.startsWith("Mozilla/"); // which the session sends of its own accord
+        const bool isOurs =
+            !value.isEmpty() && !value.startsWith("Mozilla/"); // which the session sends of its own accord
         text += isOurs ? (QByteArray("    ") + name + ": " + value + '\n').toStdString() : "";
     }
     return text + (request.body.isEmpty() ? "" : "    " + request.body.toStdString() + '\n');

@@ -3,7 +3,7 @@
 #include "../Support/EventLoop.h"
 #include "../Support/PrivateBus.h"
 
-#include <VarnelStatusMenu/Linux/DBusMenuRows.h>
+#include <VarnelStatusMenu/Linux/DBusMenuEncoding.h>
 #include <VarnelStatusMenu/Linux/ItemFace.h>
 
 #include <QDBusMessage>

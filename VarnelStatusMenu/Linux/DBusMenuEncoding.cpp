@@ -1,4 +1,4 @@
-#include <VarnelStatusMenu/Linux/DBusMenuRows.h>
+#include <VarnelStatusMenu/Linux/DBusMenuEncoding.h>
 
 #include <QDBusMetaType>
 
