@@ -72,6 +72,9 @@ AutostartLoginItem::AutostartLoginItem(const QString& autostartFolder, const QSt
     , m_executable(executable) {}
 
 LoginItemStatus AutostartLoginItem::status() const {
+    if (const QFileInfo file(m_path); file.exists() && !file.isFile()) {
+        return LoginItemStatus::notFound; // a pipe would be waited for
+    }
     const KeyFile entry = makeKeyFile();
     g_autoptr(GError) error = nullptr;
     if (!g_key_file_load_from_file(entry.get(), QFile::encodeName(m_path).constData(), G_KEY_FILE_NONE, &error)) {

@@ -9,6 +9,8 @@
 
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
+
 namespace Varnel {
 namespace {
 
@@ -99,6 +101,12 @@ TEST_F(AutostartLoginItemTest, FailuresCarryTheSystemsMessage) {
     ASSERT_TRUE(QDir().mkpath(entryPath)); // a folder where the entry would be
     EXPECT_FALSE(manager.setEnabled(true));
     EXPECT_TRUE(QFileInfo(entryPath).isDir());
+
+    ASSERT_TRUE(QDir().rmdir(entryPath));
+    ASSERT_EQ(mkfifo(qPrintable(entryPath), 0600), 0);
+    EXPECT_EQ(item.status(), LoginItemStatus::notFound);
+    EXPECT_TRUE(manager.setEnabled(true));
+    EXPECT_EQ(item.status(), LoginItemStatus::enabled);
 }
 
 TEST_F(AutostartLoginItemTest, NeedsABundledApp) {
