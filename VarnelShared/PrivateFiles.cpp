@@ -50,7 +50,7 @@ Result<std::optional<QByteArray>> readRegularFile(const QString& path, qint64 si
     if (!file.open(QFile::ReadOnly)) {
         return failure(FileError{file.errorString()});
     }
-    const QByteArray bytes = file.read(sizeLimit);
+    QByteArray bytes = file.read(sizeLimit);
     if (file.error() != QFileDevice::NoError) {
         return failure(FileError{file.errorString()});
     }

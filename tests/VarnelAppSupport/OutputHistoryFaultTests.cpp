@@ -122,7 +122,7 @@ TEST(OutputHistoryFaults, WhatIsNoSaneFileIsNotWaitedForAndMakesRoom) {
     const std::pair<const char*, std::function<void()>> rows[] = {
         {"a folder", [&] { QDir().mkpath(path + QStringLiteral("/inside")); }},
         {"a pipe without a writer", [&] { ASSERT_EQ(mkfifo(qPrintable(path), 0600), 0); }},
-        {"100 MB", [&] { folder.put("{}"), QFile::resize(path, 100 * 1024 * 1024); }},
+        {"100 MB", [&] { folder.put("{}"), QFile::resize(path, 100'000'000); }},
     };
     store.saveSnapshot(dayOf(1, 1), day);
     for (const auto& [name, happens] : rows) {

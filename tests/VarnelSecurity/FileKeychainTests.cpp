@@ -66,7 +66,7 @@ TEST_F(FileKeychainTest, WhatCannotBeReadOrWrittenIsAnInputOutputErrorAndNotWait
     const std::pair<const char*, std::function<void()>> rows[] = {
         {"a folder", [this] { QDir().mkpath(path); }},
         {"a pipe", [this] { ASSERT_EQ(mkfifo(qPrintable(path), 0600), 0); }},
-        {"too large", [this] { putFile(path, R"({"items":[]})" + QByteArray(1024 * 1024, ' ')); }},
+        {"too large", [this] { putFile(path, R"({"items":[]})" + QByteArray(1'048'576, ' ')); }},
     };
     QDir().mkpath(QFileInfo(path).path());
     for (const auto& [name, happens] : rows) {

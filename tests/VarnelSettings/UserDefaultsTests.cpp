@@ -45,7 +45,7 @@ TEST_F(UserDefaultsTest, WhatIsNoSuchFileIsNotWaitedForAndKeptWhenItIsWrittenOve
     const std::pair<const char*, std::function<void()>> rows[] = {
         {"no INI file", [this] { putFile(path, "\x89PNG\r\n\x1a\n"); }},
         {"a line that is none", [this] { putFile(path, "[General]\nbroken\nanother.key=\"@ByteArray(kept)\"\n"); }},
-        {"too large", [this] { putFile(path, "[General]\na.key=@ByteArray(x)\n;" + QByteArray(1024 * 1024, 'x')); }},
+        {"too large", [this] { putFile(path, "[General]\na.key=@ByteArray(x)\n;" + QByteArray(1'048'576, 'x')); }},
         {"a pipe", [this] { ASSERT_EQ(mkfifo(qPrintable(path), 0600), 0); }},
         {"a folder", [this] { QDir().mkpath(path + QStringLiteral("/inside")); }},
     };
