@@ -18,13 +18,13 @@ namespace {
 
 constexpr QColor accent(0, 0, 255);
 
-QPalette lightPalette() {
+QPalette lightChart() {
     QPalette palette(QColor(0xef, 0xef, 0xef));
     palette.setColor(QPalette::Highlight, accent);
     return palette;
 }
 
-QPalette darkPalette() {
+QPalette darkChart() {
     QPalette palette(QColor(0x35, 0x36, 0x3a), QColor(0x2b, 0x2c, 0x30));
     palette.setColor(QPalette::Highlight, accent);
     return palette;
@@ -32,7 +32,7 @@ QPalette darkPalette() {
 
 /// The chart on white, without what is behind it.
 QImage painted(OutputChartMenuView& view, qreal scale = 1) {
-    view.setPalette(lightPalette());
+    view.setPalette(lightChart());
     view.resize(view.sizeHint());
     QImage image((QSizeF(view.size()) * scale).toSize(), QImage::Format_RGB32);
     image.setDevicePixelRatio(scale);
@@ -133,7 +133,7 @@ TEST(OutputChartMenuView, InspectsTheNearestPointWhileTheMouseIsInTheChart) {
 }
 
 TEST(MenuColors, KeepTextReadableAndLinesVisible) {
-    for (const QPalette& palette : {lightPalette(), darkPalette()}) {
+    for (const QPalette& palette : {lightChart(), darkChart()}) {
         const MenuColors colors = MenuColors::of(palette);
         for (const QColor& text : {colors.label, colors.secondaryLabel, colors.tertiaryLabel}) {
             EXPECT_GE(contrast(text, colors.windowBackground), 4.5) << text.alphaF();

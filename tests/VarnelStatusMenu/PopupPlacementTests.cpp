@@ -19,7 +19,7 @@ QProcessEnvironment environmentOf(const char* text) {
 }
 
 const QRect screen(0, 0, 1280, 800);
-const QSize menu(250, 260);
+const QSize menuSize(250, 260);
 
 } // namespace
 
@@ -74,7 +74,7 @@ TEST(PopupPlacement, MovesIntoTheAreaAsFarAsItTakes) {
         {"at the foot", {600, 790}, {600, 540}},
     };
     for (const auto& [name, point, corner] : rows) {
-        EXPECT_EQ(movedInside(area, point, menu), corner) << name;
+        EXPECT_EQ(movedInside(area, point, menuSize), corner) << name;
     }
     EXPECT_EQ(movedInside(area, {50, 50}, QSize(2000, 2000)), QPoint(0, 30)) << "larger than the area";
 }
@@ -90,7 +90,7 @@ TEST(PopupPlacement, FindsTheFreeCornerAtThePanel) {
         {"two of them", {0, 20, 1280, 730}, {1030, 490}}, {"none", screen, {1030, 540}},
     };
     for (const auto& [panel, freeArea, corner] : rows) {
-        EXPECT_EQ(cornerAtPanel(screen, freeArea, menu, Qt::BottomRightCorner), corner) << panel;
+        EXPECT_EQ(cornerAtPanel(screen, freeArea, menuSize, Qt::BottomRightCorner), corner) << panel;
     }
 }
 
