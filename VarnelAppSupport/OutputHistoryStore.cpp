@@ -19,7 +19,7 @@ namespace Varnel {
 
 namespace {
 
-constexpr qint64 sizeLimit = 8 * 1024 * 1024;
+constexpr qint64 sizeLimit = 8'388'608;
 
 /// One day goes at midnight, two after a day without the program.
 constexpr std::size_t mostDaysDroppedAtOnce = 2;

@@ -11,7 +11,7 @@
 namespace Varnel {
 
 namespace {
-constexpr qint64 sizeLimit = 1024 * 1024;
+constexpr qint64 sizeLimit = 1'048'576;
 }
 
 UserDefaults::UserDefaults(const QString& path)

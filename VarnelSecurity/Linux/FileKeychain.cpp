@@ -7,7 +7,7 @@
 namespace Varnel {
 
 namespace {
-constexpr qint64 sizeLimit = 1024 * 1024;
+constexpr qint64 sizeLimit = 1'048'576;
 
 /// The text of a member; none when there is no such member or it is no text.
 std::optional<QString> textMember(const JSON& object, const char* key) {
