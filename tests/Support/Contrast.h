@@ -17,7 +17,7 @@ inline double luminanceOf(const QColor& color) {
 
 /// The contrast of two opaque colours, 1 to 21, as the same guidelines define it.
 inline double contrastOf(const QColor& one, const QColor& other) {
-    const auto [darker, lighter] = std::minmax(luminanceOf(one), luminanceOf(other));
+    const auto [darker, lighter] = std::minmax({luminanceOf(one), luminanceOf(other)});
     return (lighter + 0.05) / (darker + 0.05);
 }
 
