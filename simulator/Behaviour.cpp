@@ -12,6 +12,8 @@ struct Members<Fault> {
         member<Fault, &Fault::method>("method"),
         member<Fault, &Fault::contentType>("contentType"),
         member<Fault, &Fault::count>("count"),
+        member<Fault, &Fault::from>("from"),
+        member<Fault, &Fault::to>("to"),
         member<Fault, &Fault::status>("status"),
         member<Fault, &Fault::retryAfter>("retryAfter"),
         member<Fault, &Fault::text>("text"),
@@ -74,9 +76,9 @@ Result<void> assignWattDecimals(Target& target, const JSON& value) {
 }
 
 Result<void> assignTime(Target& target, const JSON& value) {
-    const QTime time = QTime::fromString(textOf(value), QStringLiteral("H:mm"));
-    if (!time.isValid()) {
-        return wrong(QStringLiteral("a time such as 12:30 is expected"));
+    QTime time;
+    if (const Result<void> assigned = Value<QTime>::assign(time, value); !assigned || !time.isValid()) {
+        return assigned;
     }
     const qint64 milliseconds = target.now.msecsTo(QDateTime(target.now.date(), time));
     target.change.behaviour.timeOffset += Seconds(static_cast<double>(milliseconds) / 1000);
@@ -97,6 +99,10 @@ constexpr Member<Target> assignedBy(Result<void> (*assign)(Target&, const JSON&)
     return {member.name, assign, member.json};
 }
 
+/// Once the port is closed nobody can ask for it to be opened again.
+bool neverStopsRefusing(const Fault& fault) {
+    return fault.kind == FaultKind::refuse && (!fault.from.isValid() || !fault.to.isValid());
+}
 } // namespace
 
 template <>
@@ -137,6 +143,10 @@ Result<SettingsChange> changed(Behaviour behaviour, const JSON& settings, const 
     Target target{{std::move(behaviour)}, now};
     if (const Result<void> applied = Value<Target>::assign(target, settings); !applied) {
         return failure(applied.error());
+    }
+    const std::vector<Fault>& faults = target.change.behaviour.faults;
+    if (std::any_of(faults.begin(), faults.end(), neverStopsRefusing)) {
+        return wrong(QStringLiteral("faults: refuse needs from and to: nothing else would end it"));
     }
     return std::move(target.change);
 }

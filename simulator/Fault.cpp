@@ -59,6 +59,7 @@ Reply replaced(const Fault& fault, Reply reply) {
     case FaultKind::cut:
     case FaultKind::close:
     case FaultKind::silence:
+    case FaultKind::refuse:
         break;
     }
     return reply;
@@ -71,6 +72,7 @@ Transmission transmission(const Fault& fault) {
     case FaultKind::cut:
         return {Transmission::Manner::cutInHalf, fault.delay};
     case FaultKind::close:
+    case FaultKind::refuse: // by a port that is still open
         return {Transmission::Manner::closed, fault.delay};
     case FaultKind::silence:
         return {Transmission::Manner::withheld, fault.delay};
@@ -91,14 +93,21 @@ Transmission transmission(const Fault& fault) {
 }
 } // namespace
 
+bool Fault::holdsAt(QTime timeOfDay) const {
+    if (!from.isValid() || !to.isValid()) {
+        return true;
+    }
+    return from <= to ? from <= timeOfDay && timeOfDay < to : from <= timeOfDay || timeOfDay < to;
+}
+
 bool Fault::matches(const ServiceRequest& request) const {
     return request.matches(path) && (method.isEmpty() || method.toUtf8() == request.method) &&
            QString::fromUtf8(request.header("Content-Type")).contains(contentType, Qt::CaseInsensitive);
 }
 
-std::optional<Fault> takeFault(std::vector<Fault>& faults, const ServiceRequest& request) {
+std::optional<Fault> takeFault(std::vector<Fault>& faults, const ServiceRequest& request, QTime timeOfDay) {
     for (auto fault = faults.begin(); fault != faults.end(); ++fault) {
-        if (fault->count.value_or(1) <= 0 || !fault->matches(request)) {
+        if (fault->count.value_or(1) <= 0 || !fault->holdsAt(timeOfDay) || !fault->matches(request)) {
             continue;
         }
         Fault taken = *fault;

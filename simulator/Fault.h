@@ -11,13 +11,14 @@
 
 namespace Varnel::Simulator {
 
-/// What goes wrong with a reply. The first group sends the right reply badly, the second sends another one.
+/// What goes wrong with a reply. The first group sends the right reply badly or not at all, the second another one.
 enum class FaultKind {
     delay,
     drip,
     cut,
     close,
     silence,
+    refuse,
 
     status,
     redirect,
@@ -39,6 +40,8 @@ struct Fault {
     QString method;                     ///< empty matches each
     QString contentType;                ///< a piece of the Content-Type of the request; empty matches each
     std::optional<int> count;           ///< how many more requests are met; none: all
+    QTime from;                         ///< where set, the fault holds each day from this time of the service's clock
+    QTime to;                           ///< until this one, over midnight when it is the earlier one
 
     std::optional<int> status;          ///< of `status` (none: 500) and `redirect` (none: 302)
     QString retryAfter;                 ///< when not empty, the Retry-After of `status`: seconds or a date
@@ -47,13 +50,14 @@ struct Fault {
     std::chrono::milliseconds delay{0}; ///< before the first byte, with every kind
     int bytesPerSecond = 50;            ///< of `drip`
 
+    bool holdsAt(QTime timeOfDay) const;
     bool matches(const ServiceRequest& request) const;
 
     bool operator==(const Fault&) const = default;
 };
 
-/// The first fault that meets the request, counted down and, when used up, removed.
-std::optional<Fault> takeFault(std::vector<Fault>& faults, const ServiceRequest& request);
+/// The first fault that holds at this time of day and meets the request, counted down and, when used up, removed.
+std::optional<Fault> takeFault(std::vector<Fault>& faults, const ServiceRequest& request, QTime timeOfDay);
 
 /// Whether the right reply is needed at all.
 bool keepsReply(FaultKind kind);
@@ -73,6 +77,7 @@ struct RawValueTable<Simulator::FaultKind> {
         RawValueCase{Simulator::FaultKind::cut, "cut", "half of the right reply"},
         RawValueCase{Simulator::FaultKind::close, "close", "the connection is closed without a reply"},
         RawValueCase{Simulator::FaultKind::silence, "silence", "no reply, the connection stays open"},
+        RawValueCase{Simulator::FaultKind::refuse, "refuse", "no connection is taken"},
         RawValueCase{Simulator::FaultKind::status, "status", "an HTTP status with a body"},
         RawValueCase{Simulator::FaultKind::redirect, "redirect", "an HTTP redirection"},
         RawValueCase{Simulator::FaultKind::envelope, "envelope", "a failure told in the reply"},

@@ -13,7 +13,7 @@
 namespace Varnel::Simulator {
 
 /// What an unusable value fails with.
-inline Result<void> wrong(const QString& expectation) {
+inline Failure wrong(const QString& expectation) {
     return failure(SimulatorError{expectation});
 }
 
@@ -116,6 +116,21 @@ template <>
 struct Value<int> {
     static Result<void> assign(int& field, const JSON& value) { return assignBounded<0, 1000000>(field, value); }
     static JSON json(int field) { return field; }
+};
+
+/// A time of day, none as null.
+template <>
+struct Value<QTime> {
+    static Result<void> assign(QTime& field, const JSON& value) {
+        field = QTime::fromString(textOf(value), QStringLiteral("H:mm"));
+        if (!field.isValid() && !value.is_null()) {
+            return wrong(QStringLiteral("a time such as 12:30 is expected"));
+        }
+        return {};
+    }
+    static JSON json(QTime field) {
+        return field.isValid() ? JSON(toUtf8(field.toString(QStringLiteral("H:mm")))) : JSON(nullptr);
+    }
 };
 
 template <typename Count, typename Period>

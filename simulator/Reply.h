@@ -5,6 +5,7 @@
 #include <QByteArray>
 
 #include <chrono>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -30,6 +31,7 @@ struct Reply {
     std::vector<std::pair<QByteArray, QByteArray>> headers = {}; ///< beside type and length
     QByteArray body = {};
     Transmission transmission = {};
+    std::optional<bool> acceptsPassword = {}; ///< of a sign-in; none where the password was not judged
 };
 
 /// The content of a file in simulator/replies, which is built into the program. A missing file is fatal.

@@ -59,11 +59,26 @@ QDateTime SEMSService::now() const {
 }
 
 Reply SEMSService::answer(const ServiceRequest& request) {
-    const std::optional<Fault> fault = takeFault(m_behaviour.faults, request);
-    if (!fault) {
-        return rightReply(request);
+    const std::optional<Fault> fault = takeFault(m_behaviour.faults, request, now().time());
+    Reply reply = !fault || keepsReply(fault->kind) ? rightReply(request) : Reply();
+    if (fault) {
+        reply = disturbed(*fault, std::move(reply));
     }
-    return disturbed(*fault, keepsReply(fault->kind) ? rightReply(request) : Reply());
+    noteSignIn(request, reply);
+    return reply;
+}
+
+void SEMSService::noteSignIn(const ServiceRequest& request, const Reply& reply) {
+    const std::optional<Route> route = routeOf(request.path());
+    const Result<Parameters> parameters = Parameters::of(request);
+    if (!route || !isSignIn(route->operation) || !parameters) {
+        return;
+    }
+    using Outcome = SignInAttempt::Outcome;
+    const bool isTold = reply.acceptsPassword && reply.transmission.manner == Transmission::Manner::whole;
+    const Outcome judgement = reply.acceptsPassword.value_or(false) ? Outcome::accepted : Outcome::rejected;
+    m_signIns.note({now(), familyOf(route->operation), parameters->first({QStringLiteral("account")}),
+                    parameters->first({QStringLiteral("pwd")}), isTold ? judgement : Outcome::unjudged});
 }
 
 Reply SEMSService::rightReply(const ServiceRequest& request) {
@@ -108,11 +123,11 @@ bool SEMSService::serves(Operation operation) const {
     case ServedFamilies::both:
         return true;
     case ServedFamilies::token:
-        return isTokenOperation(operation);
+        return familyOf(operation) == Family::token;
     case ServedFamilies::portal:
         break;
     }
-    return !isTokenOperation(operation);
+    return familyOf(operation) == Family::portal;
 }
 
 bool SEMSService::servesPath(const ServiceRequest& request) const {
@@ -123,7 +138,7 @@ bool SEMSService::servesPath(const ServiceRequest& request) const {
 
 bool SEMSService::isSignedIn(const Route& route, const ServiceRequest& request) {
     const SessionLimits limits{m_behaviour.sessionLifetime, m_behaviour.sessionRequests};
-    if (isTokenOperation(route.operation)) {
+    if (familyOf(route.operation) == Family::token) {
         const QString token = QString::fromUtf8(request.header("token"));
         return bearerToken(request) == token && m_sessions.admitToken(token, limits, now());
     }
@@ -157,15 +172,26 @@ Reply SEMSService::refusedSession() const {
 }
 
 Reply SEMSService::refusedPassword() const {
+    Reply reply;
     switch (m_behaviour.rejection) {
     case Rejection::envelope:
-        return refusal(wrongPasswordCode, "Email or password error.");
+        reply = refusal(wrongPasswordCode, "Email or password error.");
+        break;
     case Rejection::missingToken:
-        return success(filledReply("sign-in-without-token.json"));
+        reply = success(filledReply("sign-in-without-token.json"));
+        break;
     case Rejection::status:
+        reply = denied();
         break;
     }
-    return denied();
+    reply.acceptsPassword = false;
+    return reply;
+}
+
+Reply SEMSService::acceptedPassword(const char* file, const JSON& values) {
+    Reply reply = jsonReply(filledReply(file, values));
+    reply.acceptsPassword = true;
+    return reply;
 }
 
 Reply SEMSService::signInToken(const Parameters& parameters) {
@@ -173,7 +199,7 @@ Reply SEMSService::signInToken(const Parameters& parameters) {
         return refusedPassword();
     }
     const IssuedSession session = m_sessions.issue(now(), {});
-    return jsonReply(filledReply("sign-in-token.json", {{"token", session.token.toStdString()}}));
+    return acceptedPassword("sign-in-token.json", {{"token", session.token.toStdString()}});
 }
 
 Reply SEMSService::signInPortal(const Route& route, const ServiceRequest& request, const Parameters& parameters) {
@@ -193,7 +219,7 @@ Reply SEMSService::signInPortal(const Route& route, const ServiceRequest& reques
         const QString base = QStringLiteral("http://%1/%2/api/").arg(QString::fromUtf8(request.header("Host")), region);
         values["base"] = base.toStdString();
     }
-    return jsonReply(filledReply("sign-in-portal.json", values));
+    return acceptedPassword("sign-in-portal.json", values);
 }
 
 Reply SEMSService::stations(const Route& route, const Parameters& parameters) const {
@@ -204,8 +230,7 @@ Reply SEMSService::stations(const Route& route, const Parameters& parameters) co
     }
     const ListPage page{parameters.number(QStringLiteral("page_index"), 1),
                         parameters.number(QStringLiteral("page_size"), 20)};
-    const ListFamily family = isTokenOperation(route.operation) ? ListFamily::token : ListFamily::portal;
-    return success(stationList(readings, page, family, m_behaviour.shape));
+    return success(stationList(readings, page, familyOf(route.operation), m_behaviour.shape));
 }
 
 Reply SEMSService::detail(const Route& route, const Parameters& parameters) {

@@ -18,6 +18,8 @@ public:
     Behaviour& behaviour() { return m_behaviour; }
     const Behaviour& behaviour() const { return m_behaviour; }
     Sessions& sessions() { return m_sessions; }
+    SignInHistory& signIns() { return m_signIns; }
+    const SignInHistory& signIns() const { return m_signIns; }
 
     /// The service's own time in the system's zone.
     QDateTime now() const;
@@ -34,6 +36,8 @@ private:
     bool knowsAccount(const Parameters& parameters) const;
     Reply refusedSession() const;
     Reply refusedPassword() const;
+    static Reply acceptedPassword(const char* file, const JSON& values);
+    void noteSignIn(const ServiceRequest& request, const Reply& reply);
 
     Reply signInToken(const Parameters& parameters);
     Reply signInPortal(const Route& route, const ServiceRequest& request, const Parameters& parameters);
@@ -49,6 +53,7 @@ private:
     const Clock& m_clock;
     Behaviour m_behaviour;
     Sessions m_sessions;
+    SignInHistory m_signIns;
 };
 
 } // namespace Varnel::Simulator

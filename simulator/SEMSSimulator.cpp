@@ -1,5 +1,7 @@
 #include <simulator/SEMSSimulator.h>
 
+#include <algorithm>
+
 namespace Varnel::Simulator {
 
 namespace {
@@ -14,13 +16,28 @@ Reply badControl(int status, const QString& message) {
 } // namespace
 
 SEMSSimulator::SEMSSimulator(const Clock& clock)
-    : m_service(clock)
-    , m_server([this](ServiceRequest request, QTcpSocket* socket) { handle(std::move(request), socket); }) {}
+    : m_service(clock) {}
 
 Result<void> SEMSSimulator::listen(quint16 port) {
-    m_port = m_server.listen(port);
+    m_server = std::make_unique<LoopbackHTTPServer>(
+        [this](ServiceRequest request, QTcpSocket* socket) { handle(std::move(request), socket); });
+    m_port = m_server->listen(port);
     if (m_port == 0) {
         return failure(SimulatorError{QStringLiteral("Port %1 of the loopback address cannot be had.").arg(port)});
+    }
+    return {};
+}
+
+Result<void> SEMSSimulator::followClock() {
+    const std::vector<Fault>& faults = m_service.behaviour().faults;
+    const QTime time = m_service.now().time();
+    const bool refuses = std::any_of(faults.begin(), faults.end(), [time](const Fault& fault) {
+        return fault.kind == FaultKind::refuse && fault.holdsAt(time);
+    });
+    if (refuses) {
+        m_server.reset();
+    } else if (!m_server && m_port != 0) {
+        return listen(m_port);
     }
     return {};
 }
@@ -40,6 +57,7 @@ Result<void> SEMSSimulator::change(const JSON& settings) {
     }
     if (wanted->clearLog) {
         m_log.clear();
+        signIns().clear();
     }
     return {};
 }
@@ -69,11 +87,20 @@ Reply SEMSSimulator::answerControl(const ServiceRequest& request) {
     return done ? state() : badControl(400, done.error().localizedDescription());
 }
 
+JSON SEMSSimulator::signInCounts(Family family) const {
+    using Outcome = SignInAttempt::Outcome;
+    const SignInHistory& signIns = m_service.signIns();
+    return {{"accepted", signIns.count(family, Outcome::accepted)},
+            {"rejected", signIns.count(family, Outcome::rejected)},
+            {"unjudged", signIns.count(family, Outcome::unjudged)}};
+}
+
 Reply SEMSSimulator::state() const {
     return jsonReply({{"baseURL", baseURL().toString().toStdString()},
                       {"time", m_service.now().toString(Qt::ISODate).toStdString()},
                       {"requests", m_log.requests().size()},
                       {"maximumInFlight", m_log.maximumInFlight()},
+                      {"signIns", {{"token", signInCounts(Family::token)}, {"portal", signInCounts(Family::portal)}}},
                       {"settings", settingsOf(m_service.behaviour())}});
 }
 

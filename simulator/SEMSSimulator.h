@@ -6,6 +6,8 @@
 
 #include <QUrl>
 
+#include <memory>
+
 namespace Varnel::Simulator {
 
 /// The simulated service on a loopback port. Changes of its behaviour hold from the next request on.
@@ -23,8 +25,14 @@ public:
     /// "http://127.0.0.1:<port>/api/", the base to sign in at.
     QUrl baseURL() const;
 
+    /// Takes no connections, and ends those there are, while a fault of the kind `refuse` holds; takes them again
+    /// after it. To be called whenever the clock has moved on. Fails with `SimulatorError` when somebody else has
+    /// taken the port meanwhile.
+    Result<void> followClock();
+
     Behaviour& behaviour() { return m_service.behaviour(); }
     RequestLog& log() { return m_log; }
+    SignInHistory& signIns() { return m_service.signIns(); }
 
     /// Every session handed out so far is unknown from now on.
     void expireSessions() { m_service.sessions().expireAll(); }
@@ -36,10 +44,11 @@ private:
     void handle(ServiceRequest request, QTcpSocket* socket);
     Reply answerControl(const ServiceRequest& request);
     Reply state() const;
+    JSON signInCounts(Family family) const;
 
     SEMSService m_service;
     RequestLog m_log;
-    LoopbackHTTPServer m_server; ///< after the log: its connections let their requests go
+    std::unique_ptr<LoopbackHTTPServer> m_server; ///< after the log: its connections let their requests go
     quint16 m_port = 0;
 };
 

@@ -126,9 +126,10 @@ QByteArray ServiceRequest::header(const QByteArray& name) const {
     return {};
 }
 
-bool isTokenOperation(Operation operation) {
-    return operation == Operation::tokenSignIn || operation == Operation::tokenStations ||
-           operation == Operation::tokenDetail || operation == Operation::tokenDay;
+Family familyOf(Operation operation) {
+    const bool isToken = operation == Operation::tokenSignIn || operation == Operation::tokenStations ||
+                         operation == Operation::tokenDetail || operation == Operation::tokenDay;
+    return isToken ? Family::token : Family::portal;
 }
 
 bool isSignIn(Operation operation) {

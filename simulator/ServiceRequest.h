@@ -39,6 +39,9 @@ struct ServiceRequest {
     QByteArray header(const QByteArray& name) const;
 };
 
+/// The two API families of the service.
+enum class Family { token, portal };
+
 /// What a path asks for, by API family.
 enum class Operation {
     tokenSignIn,
@@ -51,7 +54,7 @@ enum class Operation {
     portalDay,
 };
 
-bool isTokenOperation(Operation operation);
+Family familyOf(Operation operation);
 bool isSignIn(Operation operation);
 
 /// Where a request leads.

@@ -3,6 +3,7 @@
 #include <QUuid>
 
 #include <algorithm>
+#include <map>
 
 namespace Varnel::Simulator {
 
@@ -38,6 +39,28 @@ bool Sessions::admit(const IssuedSession& session, const SessionLimits& limits, 
 
 void Sessions::expireAll() {
     m_alive.clear();
+}
+
+int SignInHistory::count(Family family, SignInAttempt::Outcome outcome) const {
+    const auto isMeant = [&](const SignInAttempt& each) { return each.family == family && each.outcome == outcome; };
+    return static_cast<int>(std::count_if(m_attempts.begin(), m_attempts.end(), isMeant));
+}
+
+std::vector<SignInAttempt> SignInHistory::repeatedAfterRejection() const {
+    std::map<std::pair<QString, QString>, QDateTime> rejected; // when first, by account and password
+    std::vector<SignInAttempt> repeated;
+    for (const SignInAttempt& attempt : m_attempts) {
+        const std::pair credentials(attempt.account, attempt.password);
+        if (const auto found = rejected.find(credentials); found != rejected.end() && found->second < attempt.when) {
+            repeated.push_back(attempt);
+        }
+        if (attempt.outcome == SignInAttempt::Outcome::rejected) {
+            rejected.try_emplace(credentials, attempt.when);
+        } else if (attempt.outcome == SignInAttempt::Outcome::accepted) {
+            rejected.erase(credentials);
+        }
+    }
+    return repeated;
 }
 
 } // namespace Varnel::Simulator

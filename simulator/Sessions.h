@@ -1,5 +1,7 @@
 #pragma once
 
+#include <simulator/ServiceRequest.h>
+
 #include <VarnelShared/Timestamp.h>
 
 #include <cstdint>
@@ -45,6 +47,36 @@ private:
     bool admitWhere(Predicate isMeant, const SessionLimits& limits, const QDateTime& now);
 
     std::vector<Alive> m_alive;
+};
+
+/// One request that carried a password.
+struct SignInAttempt {
+    enum class Outcome { accepted, rejected, unjudged };
+
+    QDateTime when; ///< by the service's clock
+    Family family = Family::token;
+    QString account;
+    QString password;
+    Outcome outcome = Outcome::unjudged; ///< as far as a reply told it that went out undisturbed
+
+    bool operator==(const SignInAttempt&) const = default;
+};
+
+/// Every attempt to sign in, in order.
+class SignInHistory {
+public:
+    void note(SignInAttempt attempt) { m_attempts.push_back(std::move(attempt)); }
+    void clear() { m_attempts.clear(); }
+
+    const std::vector<SignInAttempt>& attempts() const { return m_attempts; }
+    int count(Family family, SignInAttempt::Outcome outcome) const;
+
+    /// The attempts with a password that had been rejected at an earlier time and not been accepted since: at the same
+    /// time, the families and variants of one sign-in are tried one after the other.
+    std::vector<SignInAttempt> repeatedAfterRejection() const;
+
+private:
+    std::vector<SignInAttempt> m_attempts;
 };
 
 } // namespace Varnel::Simulator

@@ -251,15 +251,14 @@ JSON filledDay(const DayRecord& day, const ReplyShape& shape) {
 }
 } // namespace
 
-JSON stationList(const std::vector<StationReading>& readings, ListPage page, ListFamily family,
-                 const ReplyShape& shape) {
+JSON stationList(const std::vector<StationReading>& readings, ListPage page, Family family, const ReplyShape& shape) {
     JSON stations = JSON::array();
     const std::size_t size = static_cast<std::size_t>(std::max(0, page.size));
     const std::size_t begin = static_cast<std::size_t>(std::max(0, page.index - 1)) * size;
     for (std::size_t i = begin; i < std::min(begin + size, readings.size()); ++i) {
         stations.push_back(stationValues(readings[i], shape.units));
     }
-    const char* file = family == ListFamily::token ? "station-list-token.json" : "station-list-portal.json";
+    const char* file = family == Family::token ? "station-list-token.json" : "station-list-portal.json";
     const JSON values = {{"record", readings.size()}, {"stations", std::move(stations)}};
     return withKeyStyle(filledReply(file, values), shape.keys);
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <simulator/ServiceRequest.h>
 #include <simulator/Station.h>
 
 #include <VarnelShared/JSON.h>
@@ -42,8 +43,6 @@ struct ListPage {
     int size = 20;
 };
 
-enum class ListFamily { token, portal };
-
 /// One day of a station.
 struct DayRecord {
     QDate date;
@@ -53,8 +52,7 @@ struct DayRecord {
 };
 
 /// The data of a station list; "record" counts all stations, whatever the page shows.
-JSON stationList(const std::vector<StationReading>& readings, ListPage page, ListFamily family,
-                 const ReplyShape& shape);
+JSON stationList(const std::vector<StationReading>& readings, ListPage page, Family family, const ReplyShape& shape);
 
 /// The data of a monitor detail, the same in both families: the station, its key figures, the weather, the inverters
 /// with their registers and texts, the power flow, and the flags and nulls among which the real ones are found.

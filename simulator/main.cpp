@@ -5,6 +5,7 @@
 #include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QFile>
+#include <QTimer>
 
 #include <cstdio>
 
@@ -113,5 +114,12 @@ int main(int argc, char** argv) {
     }
     std::printf("%s\n", qUtf8Printable(simulator.baseURL().toString()));
     std::fflush(stdout);
+    QTimer secondHand;
+    QObject::connect(&secondHand, &QTimer::timeout, &application, [&simulator] {
+        if (const Result<void> followed = simulator.followClock(); !followed) {
+            QCoreApplication::exit(fail(followed.error(), EXIT_FAILURE));
+        }
+    });
+    secondHand.start(std::chrono::seconds(1));
     return QCoreApplication::exec();
 }

@@ -9,6 +9,8 @@ namespace {
 
 constexpr const char* signInPath = "/api/v2/Common/CrossLogin";
 constexpr const char* detailPath = "/api/v2/PowerStation/GetMonitorDetailByPowerstationId";
+const QByteArray anonymousHeader =
+    R"({"uid":"","timestamp":0,"token":"","client":"web","version":"v2.0.4","language":"en"})";
 
 class SEMSServiceTest : public testing::Test {
 protected:
@@ -18,9 +20,7 @@ protected:
             {"POST", path, {{"Host", "127.0.0.1:1"}, {"Content-Type", type}, {"Token", token}}, body, {}, 0});
     }
     JSON signIn() {
-        const Reply reply = posted(
-            signInPath, R"({"uid":"","timestamp":0,"token":"","client":"web","version":"v2.0.4","language":"en"})",
-            R"({"account":"demo@example.com","pwd":"sunshine"})");
+        const Reply reply = posted(signInPath, anonymousHeader, R"({"account":"demo@example.com","pwd":"sunshine"})");
         return parseJSON(reply.body).value();
     }
     Reply detail(const JSON& signInReply, const QByteArray& path = detailPath) {
@@ -89,6 +89,67 @@ TEST_F(SEMSServiceTest, WhatIsNotServedIsNotFound) {
     const JSON session = signIn();
     EXPECT_EQ(detail(session).status, 404);
     EXPECT_EQ(detail(session, "/api/v1/PowerStation/GetMonitorDetailByPowerstationId").status, 200);
+}
+
+TEST_F(SEMSServiceTest, AFaultHoldsBetweenItsTimesOfDay) {
+    const struct {
+        const char* name;
+        QTime from;
+        QTime to;
+        std::vector<int> disturbedHours;
+    } rows[] = {{"within the day", QTime(9, 0), QTime(11, 0), {9, 10}},
+                {"over midnight", QTime(22, 0), QTime(2, 0), {0, 1, 22, 23}},
+                {"until midnight", QTime(23, 0), QTime(0, 0), {23}}};
+    const JSON session = signIn();
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        service.behaviour().faults.assign(1, {});
+        service.behaviour().faults.front().from = row.from;
+        service.behaviour().faults.front().to = row.to;
+        std::vector<int> disturbedHours;
+        for (int hour = 0; hour < 24; ++hour) {
+            time.jumpTo(Timestamp::fromDateTime(QDateTime(QDate(2026, 6, 2), QTime(hour, 0))));
+            if (detail(session).status != 200) {
+                disturbedHours.push_back(hour);
+            }
+        }
+        EXPECT_EQ(disturbedHours, row.disturbedHours);
+    }
+}
+
+TEST_F(SEMSServiceTest, SignInsAreCountedAsTheirRepliesJudgeThePassword) {
+    using Outcome = SignInAttempt::Outcome;
+    const auto attempt = [this](const char* path, const char* password) {
+        posted(path, anonymousHeader, serializedJSON({{"account", "demo@example.com"}, {"pwd", password}}));
+    };
+    const char* tokenPath = "/api/OpenApi/GetToken";
+    attempt(tokenPath, "wrong");
+    attempt(signInPath, "wrong"); // the same sign-in's next variant
+    EXPECT_TRUE(service.signIns().repeatedAfterRejection().empty());
+    time.advance(Seconds(300));
+    attempt(tokenPath, "sunshine");
+    Fault& fault = service.behaviour().faults.emplace_back();
+    for (const FaultKind kind : {FaultKind::status, FaultKind::cut, FaultKind::silence}) {
+        fault.kind = kind;
+        attempt(signInPath, "sunshine");
+    }
+    service.behaviour().faults.clear();
+    EXPECT_EQ(service.signIns().count(Family::token, Outcome::accepted), 1);
+    EXPECT_EQ(service.signIns().count(Family::token, Outcome::rejected), 1);
+    EXPECT_EQ(service.signIns().count(Family::portal, Outcome::rejected), 1);
+    EXPECT_EQ(service.signIns().count(Family::portal, Outcome::unjudged), 3);
+
+    attempt(signInPath, "wrong");
+    const SignInAttempt repeated{service.now(), Family::portal, QStringLiteral("demo@example.com"),
+                                 QStringLiteral("wrong"), Outcome::rejected};
+    EXPECT_EQ(service.signIns().repeatedAfterRejection(), std::vector{repeated});
+
+    service.behaviour().password = QStringLiteral("wrong");
+    attempt(signInPath, "wrong");
+    const std::size_t repeats = service.signIns().repeatedAfterRejection().size();
+    time.advance(Seconds(300));
+    attempt(signInPath, "wrong");
+    EXPECT_EQ(service.signIns().repeatedAfterRejection().size(), repeats) << "it was accepted meanwhile";
 }
 
 TEST_F(SEMSServiceTest, AFaultMeetsWhatItNamesAsOftenAsItSays) {

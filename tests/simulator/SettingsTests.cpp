@@ -44,7 +44,8 @@ TEST(Settings, ThoseOfABehaviourMakeItOutOfAnyOther) {
     behaviour.powerScript = {0, 1.5};
     behaviour.timeOffset = Seconds(-7200);
     behaviour.shape = {.units = UnitStyle::kilowatts, .nesting = 3, .detailTellsEnergy = false};
-    behaviour.faults.emplace_back().delay = std::chrono::milliseconds(250);
+    behaviour.faults.emplace_back().from = QTime(22, 0);
+    behaviour.faults.back().delay = std::chrono::milliseconds(250);
     EXPECT_EQ(changed(Behaviour(), settingsOf(behaviour), morning).value().behaviour, behaviour);
     behaviour.sessionLifetime = Seconds(2400);
     behaviour.stations.front().inverters = 3;
@@ -62,6 +63,8 @@ TEST(Settings, AWrongOneIsNamed) {
         {"inverters", {{"stations", {{{"inverters", 0}}}}}},
         {"nesting", {{"nesting", 1000}}},
         {"fault", {{"fault", "cut"}}},
+        {"fault: to", {{"fault", {{"kind", "refuse"}, {"from", "22:00"}, {"to", "24:00"}}}}},
+        {"from and to", {{"fault", {{"kind", "refuse"}, {"from", "22:00"}}}}},
         {"fault: count", {{"fault", {{"kind", "cut"}, {"count", -1}}}}},
         {"object", JSON::array()},
     };
