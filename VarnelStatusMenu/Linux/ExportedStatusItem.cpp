@@ -45,7 +45,7 @@ public:
     QString iconName() const { return {}; }
     QList<ItemPixmap> iconPixmap() const { return m_face.icon; }
     QString iconDescription() const { return m_face.iconDescription; }
-    ItemToolTip toolTip() const { return {{}, {}, m_face.toolTip, {}}; }
+    ItemToolTip toolTip() const { return {{}, {}, m_face.toolTip, m_face.toolTipText}; }
     bool itemIsMenu() const { return false; }
     QDBusObjectPath menu() const { return QDBusObjectPath(QStringLiteral("/MenuBar")); }
 
@@ -88,7 +88,7 @@ void StatusNotifierItemAdaptor::setFace(const ItemFace& face) {
     if (face.icon != old.icon || face.iconDescription != old.iconDescription) {
         Q_EMIT NewIcon();
     }
-    if (face.toolTip != old.toolTip) {
+    if (face.toolTip != old.toolTip || face.toolTipText != old.toolTipText) {
         Q_EMIT NewToolTip();
     }
 }
@@ -145,8 +145,8 @@ void LabelledItemAdaptor::setFace(const ItemFace& face) {
 
 namespace {
 
-ItemFace faceOf(const StatusItemContent& content, TitleForm form) {
-    return itemFace(content, form, qGuiApp->devicePixelRatio());
+ItemFace faceOf(const StatusItemContent& content, const PanelKind& panel) {
+    return itemFace(content, panel, qGuiApp->devicePixelRatio());
 }
 
 } // namespace
@@ -170,7 +170,7 @@ void ExportedStatusItem::setPanel(const PanelKind& panel) {
     m_panel = panel;
     m_menu->setKeyNames(panel.keyNames);
     m_itemObject = std::make_unique<QObject>();
-    m_face = faceOf(m_content, panel.titleForm);
+    m_face = faceOf(m_content, panel);
     m_item = panel.titleForm == TitleForm::label
                  ? new LabelledItemAdaptor(m_itemObject.get(), m_identifier, m_face, m_handlers.openMenu)
                  : new StatusNotifierItemAdaptor(m_itemObject.get(), m_identifier, m_face, m_handlers.openMenu);
@@ -183,12 +183,11 @@ void ExportedStatusItem::setContent(const StatusItemContent& content) {
     if (!m_panel) {
         return;
     }
-    // The pictures are the expensive part, and they show the title and its age alone.
-    if (content.title != old.title || content.outdatedLine != old.outdatedLine) {
-        m_face = faceOf(content, m_panel->titleForm);
+    // The pictures are expensive: none for what has changed in the menu alone.
+    if (content.title != old.title || content.toolTip != old.toolTip || content.outdatedLine != old.outdatedLine) {
+        m_face = faceOf(content, *m_panel);
+        m_item->setFace(m_face);
     }
-    m_face.toolTip = content.toolTip;
-    m_item->setFace(m_face);
 }
 
 } // namespace Varnel

@@ -89,11 +89,19 @@ void registerItemProtocolTypes() {
     qDBusRegisterMetaType<ItemToolTip>();
 }
 
-ItemFace itemFace(const StatusItemContent& content, TitleForm form, qreal devicePixelRatio) {
+ItemFace itemFace(const StatusItemContent& content, const PanelKind& panel, qreal devicePixelRatio) {
     const TitleAge age = content.outdatedLine ? TitleAge::outdated : TitleAge::current;
-    return {content.title, content.toolTip, form == TitleForm::label ? titleLabel(content.title) : QString(),
-            icon(content.title, age, form, devicePixelRatio),
-            content.outdatedLine ? content.title + QStringLiteral(". ") + *content.outdatedLine : QString()};
+    ItemFace face;
+    face.title = content.title;
+    // Some panels say the description of the icon where the tooltip has no text, which would be the same twice.
+    const qsizetype end = panel.showsToolTipText ? content.toolTip.indexOf(QLatin1Char('\n')) : -1;
+    face.toolTip = content.toolTip.left(end);
+    face.toolTipText = end < 0 ? QString() : content.toolTip.mid(end + 1);
+    face.label = panel.titleForm == TitleForm::label ? titleLabel(content.title) : QString();
+    face.icon = icon(content.title, age, panel.titleForm, devicePixelRatio);
+    face.iconDescription =
+        content.outdatedLine ? content.title + QStringLiteral(". ") + *content.outdatedLine : QString();
+    return face;
 }
 
 } // namespace Varnel

@@ -40,14 +40,15 @@ void registerItemProtocolTypes();
 /// What a panel shows of the item, in the form the panel can show.
 struct ItemFace {
     QString title;
-    QString toolTip;
+    QString toolTip;         ///< its title, "ToolTip.title" of the protocol
+    QString toolTipText;     ///< what stands below, where the panel shows it
     QString label;           ///< of `TitleForm::label` alone
     QList<ItemPixmap> icon;  ///< one form only: hosts differ in which of square and wide they take
     QString iconDescription; ///< for a screen reader; empty: the title says it all
 };
 
 /// `devicePixelRatio` is that of the panel's screen.
-ItemFace itemFace(const StatusItemContent& content, TitleForm form, qreal devicePixelRatio);
+ItemFace itemFace(const StatusItemContent& content, const PanelKind& panel, qreal devicePixelRatio);
 
 } // namespace Varnel
 

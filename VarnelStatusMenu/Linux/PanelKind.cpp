@@ -14,17 +14,17 @@ struct KnownPanel {
     PanelKind kind;
 };
 constexpr std::array knownPanels{
-    KnownPanel{QLatin1String("mate-panel"), {TitleForm::label, KeyNames::xServer}},
+    KnownPanel{QLatin1String("mate-panel"), {TitleForm::label}},
     // The tray of MATE, outside of its panel.
-    KnownPanel{QLatin1String("notification-area-applet"), {TitleForm::label, KeyNames::xServer}},
-    KnownPanel{QLatin1String("gnome-shell"), {TitleForm::label, KeyNames::xServer}},
-    KnownPanel{QLatin1String("indicator-application-service"), {TitleForm::label, KeyNames::xServer}},
-    KnownPanel{QLatin1String("ayatana-indicator-application-service"), {TitleForm::label, KeyNames::xServer}},
-    KnownPanel{QLatin1String("waybar"), {TitleForm::widePicture, KeyNames::xServer}},
+    KnownPanel{QLatin1String("notification-area-applet"), {TitleForm::label}},
+    KnownPanel{QLatin1String("gnome-shell"), {TitleForm::label}},
+    KnownPanel{QLatin1String("indicator-application-service"), {TitleForm::label}},
+    KnownPanel{QLatin1String("ayatana-indicator-application-service"), {TitleForm::label}},
+    KnownPanel{QLatin1String("waybar"), {TitleForm::widePicture}},
     // Of Plasma: the watcher is a part of its daemon.
     KnownPanel{QLatin1String("kded5"), {TitleForm::square, KeyNames::qt}},
     KnownPanel{QLatin1String("kded6"), {TitleForm::square, KeyNames::qt}},
-    KnownPanel{QLatin1String("lxqt-panel"), {TitleForm::square, KeyNames::qt}},
+    KnownPanel{QLatin1String("lxqt-panel"), {TitleForm::square, KeyNames::qt, false}},
 };
 
 } // namespace

@@ -22,6 +22,7 @@ enum class KeyNames {
 struct PanelKind {
     TitleForm titleForm = TitleForm::square;
     KeyNames keyNames = KeyNames::xServer;
+    bool showsToolTipText = true; ///< below the tooltip's title
     bool operator==(const PanelKind&) const = default;
 };
 

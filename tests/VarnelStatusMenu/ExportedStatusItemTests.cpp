@@ -186,12 +186,14 @@ TEST_F(ExportedStatusItemTest, TellsOnlyWhatChanged) {
     item.setContent(content(QStringLiteral("2.00 kW")));
     next = content(QStringLiteral("2.00 kW"));
     next.outdatedLine = QStringLiteral("Last reading at 16:05");
+    next.toolTip += QLatin1Char('\n') + *next.outdatedLine;
     item.setContent(next);
+    EXPECT_EQ(qdbus_cast<ItemToolTip>(itemProperties().value(QStringLiteral("ToolTip"))).text, *next.outdatedLine);
     EXPECT_EQ(itemProperties().value(QStringLiteral("IconAccessibleDesc")),
               QStringLiteral("2.00 kW. Last reading at 16:05"));
     itemProperties(); // the signals come before this reply
     settle();
-    EXPECT_EQ(itemSpy.members(), "NewToolTip NewTitle NewTitle NewIcon NewToolTip NewIcon");
+    EXPECT_EQ(itemSpy.members(), "NewToolTip NewTitle NewTitle NewIcon NewToolTip NewIcon NewToolTip");
 }
 
 TEST_F(ExportedStatusItemTest, ShowsRowsAndCommandsAsTextInOrder) {

@@ -55,20 +55,20 @@ const QString longTitle = QStringLiteral("A much longer title than any panel has
 } // namespace
 
 TEST(PanelKind, FollowsTheProgramBehindThePanel) {
-    const std::tuple<const char*, TitleForm, KeyNames> rows[] = {
-        {"/usr/bin/mate-panel --replace", TitleForm::label, KeyNames::xServer},
-        {"/usr/lib/mate-panel/notification-area-applet", TitleForm::label, KeyNames::xServer},
-        {"/usr/bin/gnome-shell", TitleForm::label, KeyNames::xServer},
-        {"waybar", TitleForm::widePicture, KeyNames::xServer},
-        {"xfce4-panel", TitleForm::square, KeyNames::xServer},
-        {"/usr/bin/kded5", TitleForm::square, KeyNames::qt},
-        {"lxqt-panel", TitleForm::square, KeyNames::qt},
-        {"/opt/waybar/other", TitleForm::square, KeyNames::xServer},
-        {"", TitleForm::square, KeyNames::xServer},
+    const std::pair<const char*, PanelKind> rows[] = {
+        {"/usr/bin/mate-panel --replace", {TitleForm::label, KeyNames::xServer}},
+        {"/usr/lib/mate-panel/notification-area-applet", {TitleForm::label, KeyNames::xServer}},
+        {"/usr/bin/gnome-shell", {TitleForm::label, KeyNames::xServer}},
+        {"waybar", {TitleForm::widePicture, KeyNames::xServer}},
+        {"xfce4-panel", {TitleForm::square, KeyNames::xServer}},
+        {"/usr/bin/kded5", {TitleForm::square, KeyNames::qt}},
+        {"lxqt-panel", {TitleForm::square, KeyNames::qt, false}},
+        {"/opt/waybar/other", {TitleForm::square, KeyNames::xServer}},
+        {"", {TitleForm::square, KeyNames::xServer}},
     };
-    for (const auto& [commandLine, form, keyNames] : rows) {
+    for (const auto& [commandLine, kind] : rows) {
         const QStringList words = QString::fromLatin1(commandLine).split(QLatin1Char(' '), Qt::SkipEmptyParts);
-        EXPECT_EQ(panelKind(words), (PanelKind{form, keyNames})) << commandLine;
+        EXPECT_EQ(panelKind(words), kind) << commandLine;
     }
 }
 
@@ -144,14 +144,15 @@ TEST(TitlePicture, WideGrowsWithTheTextUpToItsBound) {
 }
 
 TEST(ItemFace, HasPicturesOfItsFormAndALabelWhereAskedFor) {
-    const ItemFace label = itemFace({longTitle, {}, {}, {}}, TitleForm::label, 1);
+    const ItemFace label = itemFace({longTitle, {}, {}, {}}, PanelKind{TitleForm::label}, 1);
     EXPECT_EQ(label.label, QStringLiteral("A much longer title tha…"));
-    EXPECT_EQ(label.icon, itemFace({QStringLiteral("other"), {}, {}, {}}, TitleForm::label, 1).icon);
-    const ItemFace wide = itemFace({QStringLiteral("3.42 kW"), {}, {}, {}}, TitleForm::widePicture, 1.5);
+    EXPECT_EQ(label.icon, itemFace({QStringLiteral("other"), {}, {}, {}}, PanelKind{TitleForm::label}, 1).icon);
+    const ItemFace wide = itemFace({QStringLiteral("3.42 kW"), {}, {}, {}}, PanelKind{TitleForm::widePicture}, 1.5);
     ASSERT_EQ(wide.icon.size(), 1);
     EXPECT_EQ(wide.icon.first().height, 48);
     EXPECT_TRUE(wide.label.isEmpty());
-    for (const ItemPixmap& pixmap : itemFace({QStringLiteral("3.42 kW"), {}, {}, {}}, TitleForm::square, 1).icon) {
+    for (const ItemPixmap& pixmap :
+         itemFace({QStringLiteral("3.42 kW"), {}, {}, {}}, PanelKind{TitleForm::square}, 1).icon) {
         EXPECT_EQ(pixmap.width, pixmap.height);
     }
 }
@@ -161,12 +162,22 @@ TEST(ItemFace, AnOutdatedItemIsPaleInEveryFormAndSaysSo) {
     StatusItemContent outdated = current;
     outdated.outdatedLine = QStringLiteral("Last reading at 16:05");
     for (const TitleForm form : {TitleForm::label, TitleForm::widePicture, TitleForm::square}) {
-        const ItemFace face = itemFace(outdated, form, 1);
-        EXPECT_NE(face.icon, itemFace(current, form, 1).icon);
-        EXPECT_EQ(face.label, itemFace(current, form, 1).label);
+        const ItemFace face = itemFace(outdated, PanelKind{form}, 1);
+        EXPECT_NE(face.icon, itemFace(current, PanelKind{form}, 1).icon);
+        EXPECT_EQ(face.label, itemFace(current, PanelKind{form}, 1).label);
         EXPECT_EQ(face.iconDescription, QStringLiteral("3.42 kW. Last reading at 16:05"));
     }
-    EXPECT_TRUE(itemFace(current, TitleForm::square, 1).iconDescription.isEmpty());
+    EXPECT_TRUE(itemFace(current, PanelKind{TitleForm::square}, 1).iconDescription.isEmpty());
+}
+
+TEST(ItemFace, HasTheSecondLineOfTheToolTipWhereThePanelShowsIt) {
+    const StatusItemContent content{{}, QStringLiteral("Current Output: 3.42 kW\nLast reading at 16:05"), {}, {}};
+    const ItemFace face = itemFace(content, PanelKind(), 1);
+    EXPECT_EQ(face.toolTip, QStringLiteral("Current Output: 3.42 kW"));
+    EXPECT_EQ(face.toolTipText, QStringLiteral("Last reading at 16:05"));
+    const ItemFace titleOnly = itemFace(content, {TitleForm::square, KeyNames::qt, false}, 1);
+    EXPECT_EQ(titleOnly.toolTip, content.toolTip);
+    EXPECT_TRUE(titleOnly.toolTipText.isEmpty());
 }
 
 TEST(ItemFace, SendsPixelsAlphaFirst) {
