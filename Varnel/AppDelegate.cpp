@@ -9,14 +9,11 @@
 
 #include <QMenu>
 
-#include <algorithm>
 #include <utility>
 
 namespace Varnel {
 
 namespace {
-constexpr Seconds longestWaitForNetworkAfterSleep(15);
-
 OutputHistoryStore historyStore(const PlatformServices& platform) {
     return {platform.applicationSupportFolder, platform.bundle.identifier.value_or(QStringLiteral("Varnel"))};
 }
@@ -30,14 +27,14 @@ AppDelegate::AppDelegate(PlatformServices platform)
     , m_todayOutput(historyStore(m_platform), m_platform.clock)
     , m_statusBarController(std::move(m_platform.statusItem))
     , m_preferencesCoordinator(m_settings, m_settingsStore, m_platform)
-    , m_notificationService(nullptr, m_platform.notificationCenter)
-    , m_productionNotificationEvaluator(1, 1.0) {}
+    , m_announcements(std::make_shared<ProductionAnnouncements>(m_settings, m_platform.notificationCenter,
+                                                                m_platform.bundle.identifier.has_value())) {}
 
 AppDelegate::~AppDelegate() = default;
 
 void AppDelegate::applicationDidFinishLaunching() {
     m_settings = m_settingsStore.load();
-    configureApplicationMenu();
+    wireMenuActions();
     m_appearanceObservation = m_platform.appearance.observe(ifAlive(
         weak_from_this(), [](AppDelegate& self) { self.m_preferencesCoordinator.applyApplicationIconIfAvailable(); }));
     if (m_settings.pollIntervalSeconds != m_settings.clampedPollInterval()) {
@@ -47,8 +44,9 @@ void AppDelegate::applicationDidFinishLaunching() {
     m_preferencesCoordinator.applyDockIconPreference();
     m_preferencesCoordinator.applyApplicationIconIfAvailable();
     m_preferencesCoordinator.applyLaunchAtLoginPreference(PreferencesCoordinator::LaunchAtLoginRequest::start);
-    wireMenuActions();
-    observeSystem();
+    m_wakeUps = std::make_unique<WakeUps>(m_platform.systemEvents, m_platform.timers,
+                                          ifAlive(weak_from_this(), &AppDelegate::updateStatusBar),
+                                          ifAlive(weak_from_this(), &AppDelegate::catchUp));
     m_todayOutput.setOwner(m_settings.account, m_settings.stationID);
     m_todayOutput.restore();
     updateStatusBar();
@@ -63,7 +61,7 @@ void AppDelegate::applicationWillTerminate() {
     m_connection.close();
     m_appearanceObservation.reset();
     m_updateTimer.reset();
-    m_catchUpTimer.reset();
+    m_wakeUps.reset();
     m_retryTimer.reset();
 }
 
@@ -75,62 +73,26 @@ void AppDelegate::wireMenuActions() {
     m_statusBarController.onRefresh = [weak] { startTask("refresh", ifAlive(weak, &AppDelegate::refreshNow)); };
     m_statusBarController.onSignOut = ifAlive(weak, &AppDelegate::signOut, true);
     m_platform.shell.setReopenHandler(ifAlive(weak, &AppDelegate::bringPreferencesToFront));
+    m_applicationMenu = makeApplicationMenu({
+        {ApplicationCommand::about, ifAlive(weak, &AppDelegate::showAboutPanel)},
+        {ApplicationCommand::settings,
+         ifAlive(weak, &AppDelegate::showPreferencesWindow, PreferencesInitialTab::general)},
+        {ApplicationCommand::checkForUpdates, ApplicationDialogs::showNoUpdatesAlert},
+        {ApplicationCommand::hide, [&shell = m_platform.shell] { shell.hide(); }},
+        {ApplicationCommand::quit, [&shell = m_platform.shell] { shell.terminate(); }},
+    });
 }
 
-void AppDelegate::configureApplicationMenu() {
-    m_applicationMenu = makeApplicationMenu(ifAlive(weak_from_this(), &AppDelegate::handleApplicationCommand));
-}
-
-void AppDelegate::handleApplicationCommand(ApplicationCommand command) {
-    switch (command) {
-    case ApplicationCommand::about:
-        ApplicationDialogs::showAboutPanel(
-            m_platform.bundle.version,
-            m_platform.bundle.iconPath(IconAppearanceMode::automatic, m_platform.appearance.isDark()));
-        break;
-    case ApplicationCommand::settings:
-        showPreferencesWindow(PreferencesInitialTab::general);
-        break;
-    case ApplicationCommand::checkForUpdates:
-        ApplicationDialogs::showNoUpdatesAlert();
-        break;
-    case ApplicationCommand::hide:
-        m_platform.shell.hide();
-        break;
-    case ApplicationCommand::quit:
-        m_platform.shell.terminate();
-        break;
-    case ApplicationCommand::hideOthers:
-    case ApplicationCommand::showAll:
-        break; // disabled in the menu
-    }
-}
-
-void AppDelegate::observeSystem() {
-    m_platform.systemEvents.setResumeHandler(ifAlive(weak_from_this(), &AppDelegate::onResume));
-    m_platform.systemEvents.setNetworkReachableHandler(ifAlive(weak_from_this(), [](AppDelegate& self) {
-        qCInfo(lcApp, "The network is reachable");
-        self.catchUp();
-    }));
-}
-
-void AppDelegate::onResume() {
-    qCInfo(lcApp, "The machine has woken from sleep");
-    updateStatusBar();
-    if (m_platform.systemEvents.isNetworkReachable()) {
-        catchUp();
-    } else {
-        m_catchUpTimer = m_platform.timers.schedule(longestWaitForNetworkAfterSleep,
-                                                    ifAlive(weak_from_this(), &AppDelegate::catchUp));
-    }
+void AppDelegate::showAboutPanel() {
+    ApplicationDialogs::showAboutPanel(
+        m_platform.bundle.version,
+        m_platform.bundle.iconPath(IconAppearanceMode::automatic, m_platform.appearance.isDark()));
 }
 
 void AppDelegate::catchUp() {
     if (m_connection.isClosed()) {
         return;
     }
-    m_catchUpTimer.reset();
-    m_platform.timers.fireOverdue();
     if (m_connection.isUnderWay()) {
         m_connection.repeatIfFailing();
     } else if (!m_connection.isConnected()) {
@@ -152,22 +114,8 @@ void AppDelegate::rollOver(Timestamp instant) {
     }
     m_values.todayOutputKWh.reset();
     if (m_values.powerKW && *m_values.powerKW <= 0) {
-        m_productionNotificationEvaluator.reset();
-        handleProductionNotifications(*m_values.powerKW);
-    }
-}
-
-void AppDelegate::scheduleNextUpdate(Timestamp now) {
-    const std::optional<Timestamp> midnight = Calendar::startOfNextDay(now);
-    const std::optional<Timestamp> outdated = m_statusPresentationBuilder.outdatedAt(m_values, m_settings);
-    std::optional<Timestamp> next = outdated > now ? outdated : midnight;
-    if (next && midnight) {
-        next = std::min(*next, *midnight);
-    }
-    if (next) {
-        // Anew each time, also for the same instant: the clock may have been set since.
-        m_updateTimer =
-            m_platform.timers.schedule(*next - now, ifAlive(weak_from_this(), &AppDelegate::updateStatusBar));
+        m_announcements->reset();
+        m_announcements->handleProductionNotifications(*m_values.powerKW);
     }
 }
 
@@ -181,7 +129,11 @@ void AppDelegate::updateStatusBar() {
     m_statusBarController.update(
         m_statusPresentationBuilder.build(m_values, m_todayOutput.visible(now), m_settings, now));
     m_preferencesCoordinator.updateConnectionState(m_values.isConnected, m_values.errorMessage);
-    scheduleNextUpdate(now);
+    if (const std::optional<Timestamp> next = StatusPresentationBuilder::nextChange(m_values, m_settings, now)) {
+        // Anew each time, also for the same instant: the clock may have been set since.
+        m_updateTimer =
+            m_platform.timers.schedule(*next - now, ifAlive(weak_from_this(), &AppDelegate::updateStatusBar));
+    }
 }
 
 void AppDelegate::showStatusWindow() {

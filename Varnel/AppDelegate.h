@@ -3,12 +3,12 @@
 #include <Varnel/Connection.h>
 #include <Varnel/PlatformServices.h>
 #include <Varnel/PreferencesCoordinator.h>
+#include <Varnel/ProductionAnnouncements.h>
 #include <Varnel/StatusPresentationBuilder.h>
 #include <Varnel/StoredPassword.h>
 #include <Varnel/TodayOutput.h>
+#include <Varnel/WakeUps.h>
 
-#include <VarnelNotifications/LocalNotificationService.h>
-#include <VarnelNotifications/ProductionNotificationEvaluator.h>
 #include <VarnelPolling/PowerPollingService.h>
 #include <VarnelSettings/AppSettingsStore.h>
 #include <VarnelStatusMenu/StatusBarController.h>
@@ -18,8 +18,6 @@
 class QMenu;
 
 namespace Varnel {
-
-enum class ApplicationCommand;
 
 /// The application's controller: owns every service for the life of the process, keeps the last known values, and
 /// joins the modules. A session being present means "connected"; `lastErrorMessage` is the one line for problems.
@@ -31,8 +29,6 @@ class AppDelegate final : public std::enable_shared_from_this<AppDelegate> {
 public:
     explicit AppDelegate(PlatformServices platform);
     ~AppDelegate();
-    AppDelegate(const AppDelegate&) = delete;
-    AppDelegate& operator=(const AppDelegate&) = delete;
 
     /// The start-up sequence. Waits for neither the network nor the keyring.
     void applicationDidFinishLaunching();
@@ -69,9 +65,7 @@ public:
     const AppSettings& settings() const { return m_settings; }
     const std::optional<SEMSSession>& semsSession() const { return m_connection.session(); }
     bool isPolling() const { return m_pollingService != nullptr; }
-    std::optional<double> latestPowerKW() const { return m_values.powerKW; }
-    std::optional<double> systemSizeKW() const { return m_values.systemSizeKW; }
-    const std::optional<QString>& lastErrorMessage() const { return m_values.errorMessage; }
+    const StatusValues& values() const { return m_values; }
     const TodayOutput& todayOutput() const { return m_todayOutput; }
     const StatusPresentation& presentation() const { return m_statusBarController.presentation(); }
     PreferencesCoordinator& preferencesCoordinator() { return m_preferencesCoordinator; }
@@ -83,23 +77,16 @@ private:
 
     // AppDelegate.cpp: the start, the end, and what the desktop and the menus ask for
     void wireMenuActions();
-    void configureApplicationMenu();
-    void handleApplicationCommand(ApplicationCommand command);
-    void observeSystem();
-    void onResume();
+    void showAboutPanel();
     void catchUp();
     void connectSilently();
     /// Takes the day of `instant`: nothing of another day is shown as today's, and after a last reading of 0 W the
     /// morning's production starts anew, though the night of 0 W has not ended the day's.
     void rollOver(Timestamp instant);
-    /// At midnight, and when the last reading has grown old.
-    void scheduleNextUpdate(Timestamp now);
     /// Builds what the status item shows from the values of this moment and hands it over.
     void updateStatusBar();
 
     // AppDelegateConnection.cpp: from a stored account to a connection that is polled, and back
-    std::optional<QString> trimmedStationID() const;
-    Seconds pollInterval() const;
     /// Signs in with the stored account and password; where one is missing, opens the preferences on the Account pane
     /// or does nothing, by the mode.
     QCoro::Task<void> bootstrap(BootstrapMode mode);
@@ -129,14 +116,11 @@ private:
     void takeReading(const PowerReading& reading);
     QCoro::Task<void> refreshNow();
     QCoro::Task<void> refreshSystemSizeIfPossible();
-    void handleProductionNotifications(double kilowatts);
-    QCoro::Task<void> deliverNotifications(std::vector<ProductionNotificationEvent> events, double kilowatts);
 
     // AppDelegatePreferences.cpp: the window and its saves
     PreferencesHandlers preferencesHandlers();
     void takeAccountChange(PreferencesCoordinator::AccountChange change);
-    /// Asks for the permission to notify where a notification is switched on; resets the evaluator where none is.
-    QCoro::Task<void> synchronizeNotificationAuthorizationIfNeeded(bool requestAuthorization);
+    /// Asks for the permission to notify where a notification is switched on, and shows what came of it.
     QCoro::Task<void> askForNotificationPermission();
     QCoro::Task<void> showNotificationAuthorization();
 
@@ -151,13 +135,12 @@ private:
     StatusBarController m_statusBarController;
     StatusPresentationBuilder m_statusPresentationBuilder;
     PreferencesCoordinator m_preferencesCoordinator;
-    LocalNotificationService m_notificationService;
-    ProductionNotificationEvaluator m_productionNotificationEvaluator;
+    std::shared_ptr<ProductionAnnouncements> m_announcements;
     std::unique_ptr<Appearance::Observation> m_appearanceObservation;
     std::unique_ptr<QMenu> m_applicationMenu;
-    std::unique_ptr<OneShotTimer> m_updateTimer;  ///< for the next change of the display that no reading brings
-    std::unique_ptr<OneShotTimer> m_catchUpTimer; ///< set while a wake-up waits for the network
-    std::unique_ptr<OneShotTimer> m_retryTimer;   ///< set while a sign-in waits to be repeated
+    std::unique_ptr<OneShotTimer> m_updateTimer; ///< for the next change of the display that no reading brings
+    std::unique_ptr<WakeUps> m_wakeUps;
+    std::unique_ptr<OneShotTimer> m_retryTimer; ///< set while a sign-in waits to be repeated
 };
 
 } // namespace Varnel

@@ -10,20 +10,9 @@
 
 namespace Varnel {
 
-std::optional<QString> AppDelegate::trimmedStationID() const {
-    const QString stationID = trimmed(m_settings.stationID);
-    return stationID.isEmpty() ? std::nullopt : std::optional(stationID);
-}
-
-Seconds AppDelegate::pollInterval() const {
-    return Seconds(static_cast<double>(m_settings.clampedPollInterval()));
-}
-
 QCoro::Task<void> AppDelegate::bootstrap(BootstrapMode mode) {
     const auto self = shared_from_this();
-    if (!m_settings.hasEnabledProductionNotifications()) {
-        m_productionNotificationEvaluator.reset();
-    }
+    co_await m_announcements->synchronizeNotificationAuthorizationIfNeeded(false);
     const bool isSilent = mode == BootstrapMode::silent;
     const bool isSignedOut = m_settingsStore.isSignedOut();
     if (m_connection.isConnected() || m_connection.isUnderWay() ||
@@ -101,7 +90,7 @@ QCoro::Task<Result<void>> AppDelegate::settleStationAndSize(Connection::Attempt 
     const auto self = shared_from_this();
     const Client client = m_connection.client();
     const SEMSSession session = m_connection.session().value();
-    if (!trimmedStationID()) {
+    if (!m_settings.preferredStationID()) {
         const Result<PowerStation> station = co_await client->discoverDefaultPowerStation(session);
         if (!station) {
             co_return failure(station.error());
@@ -111,7 +100,8 @@ QCoro::Task<Result<void>> AppDelegate::settleStationAndSize(Connection::Attempt 
         }
         adoptStation(station->id);
     }
-    const Result<std::optional<double>> size = co_await client->fetchSystemSizeKW(session, trimmedStationID());
+    const Result<std::optional<double>> size =
+        co_await client->fetchSystemSizeKW(session, m_settings.preferredStationID());
     if (!m_connection.isCurrent(attempt)) {
         co_return Result<void>();
     }
@@ -144,7 +134,7 @@ void AppDelegate::failSignIn(Connection::Attempt attempt, const Error& error) {
         break;
     case Connection::Repetition::later:
         m_retryTimer = m_platform.timers.schedule(
-            PowerPollingService::delayAfterFailures(pollInterval(), m_connection.unjudgedFailures(),
+            PowerPollingService::delayAfterFailures(m_settings.pollInterval(), m_connection.unjudgedFailures(),
                                                     retryAfterOf(error).value_or(std::chrono::seconds(0))),
             ifAlive(weak_from_this(), &AppDelegate::connectSilently));
         break;
@@ -223,7 +213,7 @@ void AppDelegate::forgetAccount() {
 }
 
 void AppDelegate::forgetReadings() {
-    m_productionNotificationEvaluator.reset();
+    m_announcements->reset();
     m_values = {.errorMessage = m_values.errorMessage};
     m_todayOutput.clear();
 }

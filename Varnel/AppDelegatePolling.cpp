@@ -9,26 +9,12 @@
 
 namespace Varnel {
 
-namespace {
-bool isSwitchedOn(const AppSettings& settings, ProductionNotificationEvent event) {
-    switch (event) {
-    case ProductionNotificationEvent::productionStarted:
-        return settings.notifyOnProductionStart;
-    case ProductionNotificationEvent::productionEnded:
-        return settings.notifyOnProductionEnd;
-    case ProductionNotificationEvent::productionRiseAboveOneKilowatt:
-        break;
-    }
-    return settings.notifyOnProductionRiseAboveOneKilowatt;
-}
-} // namespace
-
 void AppDelegate::startPolling() {
     dropPollingService();
     // The outcome carries its service along, so that one of a service that was dropped is known as such.
     const auto tag = std::make_shared<std::weak_ptr<PowerPollingService>>();
     m_pollingService = std::make_shared<PowerPollingService>(
-        pollInterval(), ifAlive(weak_from_this(), &AppDelegate::fetchPowerReading),
+        m_settings.pollInterval(), ifAlive(weak_from_this(), &AppDelegate::fetchPowerReading),
         ifAlive(weak_from_this(),
                 [tag](AppDelegate& self, Result<PowerReading> result) {
                     if (self.m_pollingService && self.m_pollingService == tag->lock()) {
@@ -42,7 +28,7 @@ void AppDelegate::startPolling() {
 
 QCoro::Task<Result<PowerReading>> AppDelegate::fetchPowerReading() {
     const auto self = shared_from_this();
-    co_return co_await m_connection.fetchPowerReading(trimmedStationID());
+    co_return co_await m_connection.fetchPowerReading(m_settings.preferredStationID());
 }
 
 void AppDelegate::handlePollResult(Result<PowerReading> result) {
@@ -66,14 +52,14 @@ void AppDelegate::takeReading(const PowerReading& reading) {
     m_values.powerKW = reading.kilowatts;
     m_values.todayOutputKWh = reading.todayOutputKWh;
     m_values.lastUpdatedAt = reading.capturedAt;
-    if (reading.stationID != trimmedStationID().value_or(QString())) {
+    if (reading.stationID != m_settings.preferredStationID().value_or(QString())) {
         // Before the sample is recorded, so that it goes to the day of the station it was read from.
         adoptStation(reading.stationID);
         startTask("refresh of the system size", ifAlive(weak_from_this(), &AppDelegate::refreshSystemSizeIfPossible));
     }
     m_todayOutput.record(reading.kilowatts, reading.capturedAt);
     m_values.errorMessage.reset();
-    handleProductionNotifications(reading.kilowatts);
+    m_announcements->handleProductionNotifications(reading.kilowatts);
 }
 
 QCoro::Task<void> AppDelegate::refreshNow() {
@@ -89,9 +75,9 @@ QCoro::Task<void> AppDelegate::refreshNow() {
         co_return;
     }
     const Client client = m_connection.client();
-    const std::optional<QString> stationID = trimmedStationID();
+    const std::optional<QString> stationID = m_settings.preferredStationID();
     Result<PowerReading> result = co_await fetchPowerReading();
-    if (m_connection.isCurrent(client) && trimmedStationID() == stationID) {
+    if (m_connection.isCurrent(client) && m_settings.preferredStationID() == stationID) {
         handlePollResult(std::move(result));
     }
 }
@@ -102,10 +88,10 @@ QCoro::Task<void> AppDelegate::refreshSystemSizeIfPossible() {
     if (!m_connection.isConnected()) {
         co_return;
     }
-    const std::optional<QString> stationID = trimmedStationID();
+    const std::optional<QString> stationID = m_settings.preferredStationID();
     const SEMSSession session = m_connection.session().value();
     const Result<std::optional<double>> size = co_await client->fetchSystemSizeKW(session, stationID);
-    if (!m_connection.isCurrent(client) || trimmedStationID() != stationID) {
+    if (!m_connection.isCurrent(client) || m_settings.preferredStationID() != stationID) {
         co_return;
     }
     if (!size) {
@@ -114,26 +100,6 @@ QCoro::Task<void> AppDelegate::refreshSystemSizeIfPossible() {
     }
     m_values.systemSizeKW = *size;
     updateStatusBar();
-}
-
-void AppDelegate::handleProductionNotifications(double kilowatts) {
-    if (!m_settings.hasEnabledProductionNotifications()) {
-        m_productionNotificationEvaluator.reset();
-        return;
-    }
-    std::vector<ProductionNotificationEvent> events = m_productionNotificationEvaluator.evaluate(kilowatts);
-    std::erase_if(events, [this](ProductionNotificationEvent event) { return !isSwitchedOn(m_settings, event); });
-    if (!events.empty()) {
-        startTask("notifications",
-                  ifAlive(weak_from_this(), &AppDelegate::deliverNotifications, std::move(events), kilowatts));
-    }
-}
-
-QCoro::Task<void> AppDelegate::deliverNotifications(std::vector<ProductionNotificationEvent> events, double kilowatts) {
-    const auto self = shared_from_this();
-    for (const ProductionNotificationEvent event : events) {
-        co_await m_notificationService.deliver(event, kilowatts);
-    }
 }
 
 } // namespace Varnel

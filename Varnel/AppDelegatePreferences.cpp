@@ -10,21 +10,6 @@
 
 namespace Varnel {
 
-namespace {
-/// A bundled program that may not notify and was not refused has nobody to ask: no service is there.
-NotificationPermission permissionToShow(NotificationAuthorizationState state, bool isBundled) {
-    switch (state) {
-    case NotificationAuthorizationState::notDetermined:
-        return isBundled ? NotificationPermission::noService : NotificationPermission::notInstalled;
-    case NotificationAuthorizationState::denied:
-        return NotificationPermission::denied;
-    case NotificationAuthorizationState::authorized:
-        break;
-    }
-    return NotificationPermission::authorized;
-}
-} // namespace
-
 void AppDelegate::showPreferencesWindow(PreferencesInitialTab initialTab) {
     if (m_connection.isClosed()) {
         return;
@@ -64,7 +49,8 @@ QCoro::Task<bool> AppDelegate::applyPreferences(PreferencesDraft draft) {
     const auto self = shared_from_this();
     const Connection::Attempt attempt = m_connection.begin(Connection::Initiator::user);
     takeAccountChange(m_preferencesCoordinator.save(draft));
-    co_await synchronizeNotificationAuthorizationIfNeeded(true);
+    co_await m_announcements->synchronizeNotificationAuthorizationIfNeeded(true);
+    updateStatusBar();
     startTask("notification permission", ifAlive(weak_from_this(), &AppDelegate::showNotificationAuthorization));
     if (!m_connection.isCurrent(attempt)) {
         co_return m_connection.isConnected(); // a later save decides
@@ -121,29 +107,18 @@ void AppDelegate::applyAutoSavedPreferences(const PreferencesDraft& draft) {
     updateStatusBar();
 }
 
-QCoro::Task<void> AppDelegate::synchronizeNotificationAuthorizationIfNeeded(bool requestAuthorization) {
-    const auto self = shared_from_this();
-    if (!m_settings.hasEnabledProductionNotifications()) {
-        m_productionNotificationEvaluator.reset();
-        co_return;
-    }
-    if (requestAuthorization) {
-        co_await m_notificationService.requestAuthorizationIfNeeded();
-    }
-    updateStatusBar();
-}
-
 QCoro::Task<void> AppDelegate::askForNotificationPermission() {
     const auto self = shared_from_this();
-    co_await synchronizeNotificationAuthorizationIfNeeded(true);
+    co_await m_announcements->synchronizeNotificationAuthorizationIfNeeded(true);
+    updateStatusBar();
     co_await showNotificationAuthorization();
 }
 
 QCoro::Task<void> AppDelegate::showNotificationAuthorization() {
     const auto self = shared_from_this();
-    const NotificationAuthorizationState state = co_await m_notificationService.authorizationStatus();
+    const NotificationPermission permission = co_await m_announcements->permission();
     if (PreferencesWindowController* window = m_preferencesCoordinator.window()) {
-        window->setNotificationPermission(permissionToShow(state, m_platform.bundle.identifier.has_value()));
+        window->setNotificationPermission(permission);
     }
 }
 

@@ -12,9 +12,8 @@ ApplicationMenuEntry separator() {
     return entry;
 }
 
-ApplicationMenuEntry entry(ApplicationCommand command, const QString& title, const QKeySequence& key = {},
-                           bool isEnabled = true) {
-    return {false, command, title, key, isEnabled};
+ApplicationMenuEntry entry(ApplicationCommand command, const QString& title, const QKeySequence& key = {}) {
+    return {false, command, title, key};
 }
 } // namespace
 
@@ -27,13 +26,13 @@ std::vector<ApplicationMenuEntry> applicationMenuEntries() {
         separator(),
         entry(ApplicationCommand::hide, QStringLiteral("Hide Varnel"), QKeyCombination(Qt::CTRL, Qt::Key_H)),
         entry(ApplicationCommand::hideOthers, QStringLiteral("Hide Others"),
-              QKeyCombination(Qt::CTRL | Qt::ALT, Qt::Key_H), false),
-        entry(ApplicationCommand::showAll, QStringLiteral("Show all"), {}, false),
+              QKeyCombination(Qt::CTRL | Qt::ALT, Qt::Key_H)),
+        entry(ApplicationCommand::showAll, QStringLiteral("Show all")),
         entry(ApplicationCommand::quit, QStringLiteral("Quit Varnel"), QKeyCombination(Qt::CTRL, Qt::Key_Q)),
     };
 }
 
-std::unique_ptr<QMenu> makeApplicationMenu(const std::function<void(ApplicationCommand)>& choose) {
+std::unique_ptr<QMenu> makeApplicationMenu(const ApplicationCommandActions& actions) {
     auto menu = std::make_unique<QMenu>(QStringLiteral("&Varnel"));
     for (const ApplicationMenuEntry& entry : applicationMenuEntries()) {
         if (entry.isSeparator) {
@@ -42,9 +41,11 @@ std::unique_ptr<QMenu> makeApplicationMenu(const std::function<void(ApplicationC
         }
         QAction* action = menu->addAction(entry.title);
         action->setShortcut(entry.key);
-        action->setEnabled(entry.isEnabled);
-        QObject::connect(action, &QAction::triggered, menu.get(),
-                         [choose, command = entry.command] { choose(command); });
+        const auto chosen = actions.find(entry.command);
+        action->setEnabled(chosen != actions.end());
+        if (chosen != actions.end()) {
+            QObject::connect(action, &QAction::triggered, menu.get(), [choose = chosen->second] { choose(); });
+        }
     }
     return menu;
 }

@@ -4,6 +4,7 @@
 #include <QString>
 
 #include <functional>
+#include <map>
 #include <memory>
 #include <vector>
 
@@ -19,14 +20,16 @@ struct ApplicationMenuEntry {
     ApplicationCommand command = ApplicationCommand::about;
     QString title;
     QKeySequence key; ///< empty: none
-    bool isEnabled = true;
 };
 
-/// The entries in order. Hiding other applications and showing all of them is there and disabled: no freedesktop
+/// The entries in order. Hiding other applications and showing all of them is there without an action: no freedesktop
 /// desktop lets one program do that to another.
 std::vector<ApplicationMenuEntry> applicationMenuEntries();
 
-/// The menu "Varnel" with these entries; `choose` is called for the one that is chosen.
-std::unique_ptr<QMenu> makeApplicationMenu(const std::function<void(ApplicationCommand)>& choose);
+/// What is done for each command; a command that has nothing here is disabled in the menu.
+using ApplicationCommandActions = std::map<ApplicationCommand, std::function<void()>>;
+
+/// The menu "Varnel" with these entries.
+std::unique_ptr<QMenu> makeApplicationMenu(const ApplicationCommandActions& actions);
 
 } // namespace Varnel

@@ -87,6 +87,13 @@ std::optional<Timestamp> StatusPresentationBuilder::outdatedAt(const StatusValue
     return *values.lastUpdatedAt + Seconds(2.0 * static_cast<double>(settings.clampedPollInterval()));
 }
 
+std::optional<Timestamp> StatusPresentationBuilder::nextChange(const StatusValues& values, const AppSettings& settings,
+                                                               Timestamp now) {
+    const std::optional<Timestamp> midnight = Calendar::startOfNextDay(now);
+    const std::optional<Timestamp> outdated = outdatedAt(values, settings);
+    return midnight && outdated > now ? std::min(outdated, midnight) : midnight;
+}
+
 QString StatusPresentationBuilder::outdatedText(Timestamp lastUpdatedAt, Timestamp now) const {
     const QString time = formatTime(lastUpdatedAt);
     if (Calendar::isSameDay(lastUpdatedAt, now)) {

@@ -32,6 +32,9 @@ public:
     /// When the last reading becomes an old one: after two intervals, while polls fail. None while nothing fails.
     static std::optional<Timestamp> outdatedAt(const StatusValues& values, const AppSettings& settings);
 
+    /// When what is shown changes without a reading: at midnight, and when the last reading becomes an old one.
+    static std::optional<Timestamp> nextChange(const StatusValues& values, const AppSettings& settings, Timestamp now);
+
     /// A power in kW as text: "46 W" below 0.1 kW, "1.23 kW" otherwise; a negative power counts as 0.
     QString formatPowerDisplay(double kilowatts) const;
 

@@ -1,6 +1,7 @@
 #include <VarnelShared/AppSettings.h>
 
 #include <VarnelShared/JSON.h>
+#include <VarnelShared/Text.h>
 
 #include <algorithm>
 
@@ -13,6 +14,11 @@ const AppSettings& AppSettings::defaults() {
 
 std::int64_t AppSettings::clampedPollInterval(std::int64_t seconds) {
     return std::clamp(seconds, pollIntervalRange.first, pollIntervalRange.second);
+}
+
+std::optional<QString> AppSettings::preferredStationID() const {
+    const QString trimmedID = trimmed(stationID);
+    return trimmedID.isEmpty() ? std::nullopt : std::optional(trimmedID);
 }
 
 bool AppSettings::hasEnabledProductionNotifications() const {

@@ -2,11 +2,13 @@
 
 #include <VarnelShared/RawValueEnum.h>
 #include <VarnelShared/Result.h>
+#include <VarnelShared/Timestamp.h>
 
 #include <QByteArray>
 #include <QString>
 
 #include <cstdint>
+#include <optional>
 #include <utility>
 
 namespace Varnel {
@@ -66,6 +68,12 @@ struct AppSettings {
 
     /// The stored interval clamped into 300…3600 seconds.
     std::int64_t clampedPollInterval() const { return clampedPollInterval(pollIntervalSeconds); }
+
+    /// The same as a duration.
+    Seconds pollInterval() const { return Seconds(static_cast<double>(clampedPollInterval())); }
+
+    /// The station that is chosen, trimmed; none where it is to be discovered.
+    std::optional<QString> preferredStationID() const;
 
     bool hasEnabledProductionNotifications() const;
 

@@ -74,9 +74,9 @@ double recoveryMinutes(ControllerBench& bench, LongRun& run, const Trouble& trou
     bench.systemEvents.isReachable = true;
     if (trouble.isToldAtTheEnd) {
         trouble.isAsleep ? bench.systemEvents.resume() : bench.systemEvents.networkReachable();
-        waitUntil([&] { return !bench.controller->lastErrorMessage() && bench.controller->isPolling(); }, 3000);
+        waitUntil([&] { return !bench.controller->values().errorMessage && bench.controller->isPolling(); }, 3000);
     }
-    while (bench.controller->lastErrorMessage() || !bench.controller->isPolling()) {
+    while (bench.controller->values().errorMessage || !bench.controller->isPolling()) {
         run.playUntil(bench.time.now() + Seconds(1));
     }
     return (bench.time.now() - end) / Seconds(60);
@@ -92,7 +92,7 @@ bool playTroubles() {
     bench.storeAccount();
     bench.failRequests(Simulator::FaultKind::close);
     bench.launch();
-    waitUntil([&] { return bench.controller->lastErrorMessage().has_value(); });
+    waitUntil([&] { return bench.controller->values().errorMessage.has_value(); });
     LongRun run(bench, LongRun::Start::asItIs);
     bool isRight = true;
     for (const Trouble& trouble : troubles) {

@@ -18,7 +18,7 @@ TEST_F(ConnectionTest, AFirstLaunchSendsNothingAndAsksForTheAccount) {
     settle();
     EXPECT_EQ(title(), QStringLiteral("SEMS --"));
     EXPECT_NE(controller->preferencesCoordinator().window(), nullptr);
-    EXPECT_EQ(controller->lastErrorMessage(), std::nullopt);
+    EXPECT_EQ(controller->values().errorMessage, std::nullopt);
     EXPECT_FALSE(QFile::exists(dataFolder.filePath(QStringLiteral("defaults.ini")))) << "nothing is saved";
     item->choose(StatusMenuCommand::refresh);
     EXPECT_TRUE(waitForError("Not connected. Open Settings to connect."));
@@ -32,7 +32,7 @@ TEST_F(ConnectionTest, AStoredAccountConnectsPollsAndKeepsItsStation) {
     EXPECT_EQ(item->menu, statusMenu(controller->presentation()));
     const QString station = simulator.behaviour().stations.front().id;
     EXPECT_EQ(storedSettings().stationID, station);
-    EXPECT_EQ(controller->systemSizeKW(), simulator.behaviour().stations.front().capacityKW);
+    EXPECT_EQ(controller->values().systemSizeKW, simulator.behaviour().stations.front().capacityKW);
     EXPECT_EQ(controller->todayOutput().samples().size(), 1U);
     EXPECT_TRUE(controller->presentation().showOutputChart);
     EXPECT_EQ(simulator.log().maximumInFlight(), 1);
@@ -65,7 +65,7 @@ TEST_F(ConnectionTest, WhatCannotBeTriedIsSaidWithoutARequest) {
         AppSettingsStore(userDefaults).save(settings);
         launch();
         Testing::await(controller->authenticateAndStartPolling(QStringLiteral("secret")));
-        EXPECT_EQ(controller->lastErrorMessage(), QString::fromLatin1(row.line));
+        EXPECT_EQ(controller->values().errorMessage, QString::fromLatin1(row.line));
         EXPECT_EQ(requestCount(), 0U);
     }
 }
@@ -76,7 +76,7 @@ TEST_F(ConnectionTest, AnExpiredSessionIsRenewedWithoutAMessage) {
     simulator.expireSessions();
     time.advance(Seconds(300));
     EXPECT_TRUE(waitForTitle("1.50 kW"));
-    EXPECT_EQ(controller->lastErrorMessage(), std::nullopt);
+    EXPECT_EQ(controller->values().errorMessage, std::nullopt);
     EXPECT_EQ(requestsTo("GetToken"), 2);
 }
 
@@ -105,7 +105,7 @@ TEST_F(ConnectionTest, SignOutDuringAPollLetsNothingReappear) {
     EXPECT_EQ(title(), QStringLiteral("SEMS --"));
     EXPECT_FALSE(waitUntil([&] { return title() != QStringLiteral("SEMS --"); }, 400));
     EXPECT_TRUE(controller->todayOutput().samples().empty());
-    EXPECT_EQ(controller->lastErrorMessage(), std::nullopt);
+    EXPECT_EQ(controller->values().errorMessage, std::nullopt);
     EXPECT_FALSE(controller->isPolling());
     EXPECT_TRUE(keychain.items.isEmpty());
     EXPECT_EQ(controller->settings().account, QStringLiteral("demo@example.com"));
@@ -128,11 +128,11 @@ TEST_F(ConnectionTest, ConnectsByItselfOnceThereIsANetwork) {
     storeAccount();
     failRequests(FaultKind::close);
     launch();
-    EXPECT_TRUE(waitUntil([&] { return controller->lastErrorMessage().has_value(); }));
+    EXPECT_TRUE(waitUntil([&] { return controller->values().errorMessage.has_value(); }));
     simulator.behaviour().faults.clear();
     systemEvents.networkReachable();
     EXPECT_TRUE(waitForTitle("3.42 kW"));
-    EXPECT_EQ(controller->lastErrorMessage(), std::nullopt);
+    EXPECT_EQ(controller->values().errorMessage, std::nullopt);
     EXPECT_EQ(controller->preferencesCoordinator().window(), nullptr);
 }
 

@@ -72,7 +72,7 @@ bool ControllerBench::waitForTitle(const char* title) {
 }
 
 bool ControllerBench::waitForError(const char* line) {
-    return waitUntil([&] { return controller->lastErrorMessage() == QString::fromUtf8(line); });
+    return waitUntil([&] { return controller->values().errorMessage == QString::fromUtf8(line); });
 }
 
 bool ControllerBench::waitForRequests(std::size_t count) {

@@ -36,12 +36,12 @@ TEST_F(ErrorLinesTest, WhilePollingEachFaultHasItsLineBesideTheLastValueUntilThe
     for (const auto& row : rows) {
         failRequests(row.kind, row.status);
         item->choose(StatusMenuCommand::refresh);
-        EXPECT_TRUE(waitForError(row.line)) << qPrintable(controller->lastErrorMessage().value_or(QString()));
+        EXPECT_TRUE(waitForError(row.line)) << qPrintable(controller->values().errorMessage.value_or(QString()));
         EXPECT_EQ(title(), QStringLiteral("3.42 kW"));
-        EXPECT_EQ(controller->presentation().errorLine, controller->lastErrorMessage());
+        EXPECT_EQ(controller->presentation().errorLine, controller->values().errorMessage);
         simulator.behaviour().faults.clear();
         item->choose(StatusMenuCommand::refresh);
-        EXPECT_TRUE(waitUntil([this] { return !controller->lastErrorMessage(); })) << row.line;
+        EXPECT_TRUE(waitUntil([this] { return !controller->values().errorMessage; })) << row.line;
     }
 }
 
@@ -69,7 +69,7 @@ TEST_F(ErrorLinesTest, WhileSigningInTheStationListHasItsOwnAndAllElseIsOneLine)
     for (const auto& row : rows) {
         failRequests(row.kind, row.status, row.path);
         launch();
-        EXPECT_TRUE(waitForError(row.line)) << qPrintable(controller->lastErrorMessage().value_or(QString()));
+        EXPECT_TRUE(waitForError(row.line)) << qPrintable(controller->values().errorMessage.value_or(QString()));
         EXPECT_FALSE(controller->semsSession().has_value());
     }
 }

@@ -9,7 +9,7 @@ using Simulator::ServedFamilies;
 
 LongRun::LongRun(ControllerBench& bench, Start start)
     : m_bench(bench) {
-    if (start == Start::connected && !waitUntil([&] { return bench.controller->latestPowerKW().has_value(); })) {
+    if (start == Start::connected && !waitUntil([&] { return bench.controller->values().powerKW.has_value(); })) {
         qFatal("The controller does not connect to the simulator");
     }
     settle();
@@ -44,7 +44,7 @@ void LongRun::take(const std::vector<Simulator::ServiceRequest>& requests) {
     m_tally.requests += static_cast<int>(requests.size());
     const bool isToken = m_bench.simulator.behaviour().families == ServedFamilies::token;
     m_tally.signIns += m_bench.requestsTo(isToken ? "GetToken" : "CrossLogin");
-    if (const std::optional<QString>& error = controller.lastErrorMessage()) {
+    if (const std::optional<QString>& error = controller.values().errorMessage) {
         ++m_tally.errorLines;
         note(*error);
         return;

@@ -18,7 +18,7 @@ constexpr int statuses[] = {400, 401, 403, 404, 429, 500, 502, 503};
 
 PollSoak::PollSoak(ControllerBench& bench)
     : m_bench(bench)
-    , m_lastGoodKW(bench.controller->latestPowerKW().value()) {}
+    , m_lastGoodKW(bench.controller->values().powerKW.value()) {}
 
 bool PollSoak::run(int polls) {
     for (int i = 0; i < polls; ++i) {
@@ -74,7 +74,7 @@ bool PollSoak::poll() {
 
 bool PollSoak::isRightlyShown(double polled) {
     const AppDelegate& controller = *m_bench.controller;
-    const std::optional<QString>& error = controller.lastErrorMessage();
+    const std::optional<QString>& error = controller.values().errorMessage;
     m_failedPolls += error ? 1 : 0;
     m_lastGoodKW = error ? m_lastGoodKW : polled;
     const QString title = StatusPresentationBuilder().formatPowerDisplay(m_lastGoodKW);

@@ -37,7 +37,7 @@ TEST_F(PreferencesTest, EmptyFieldsTakeWhatIsStoredOrTheDefaultOrSayWhatIsMissin
     draft.account = QStringLiteral("  ");
     draft.baseURL = QStringLiteral("  ");
     EXPECT_FALSE(await(controller->applyPreferences(draft)));
-    EXPECT_EQ(controller->lastErrorMessage(), QStringLiteral("Set your SEMS account to connect."));
+    EXPECT_EQ(controller->values().errorMessage, QStringLiteral("Set your SEMS account to connect."));
     EXPECT_EQ(title(), QStringLiteral("SEMS --"));
     EXPECT_EQ(storedSettings().baseURL, AppSettings::defaults().baseURL);
     EXPECT_EQ(keychain.items.size(), 1) << "signed out, but the password stays";
@@ -47,7 +47,7 @@ TEST_F(PreferencesTest, EmptyFieldsTakeWhatIsStoredOrTheDefaultOrSayWhatIsMissin
     draft = currentDraft();
     draft.account = QStringLiteral("demo@example.com");
     EXPECT_FALSE(await(controller->applyPreferences(draft)));
-    EXPECT_EQ(controller->lastErrorMessage(), QStringLiteral("Password is required for sign in."));
+    EXPECT_EQ(controller->values().errorMessage, QStringLiteral("Password is required for sign in."));
     EXPECT_EQ(requestCount(), before);
 }
 
@@ -100,7 +100,7 @@ TEST_F(PreferencesTest, OfTwoSavesInARowTheLaterOneHolds) {
     await(std::move(firstSave));
     EXPECT_TRUE(waitForTitle("3.42 kW"));
     EXPECT_EQ(keychain.items.first(), QByteArray("sunshine"));
-    EXPECT_EQ(controller->lastErrorMessage(), std::nullopt);
+    EXPECT_EQ(controller->values().errorMessage, std::nullopt);
 }
 
 TEST_F(PreferencesTest, TheIntervalRestartsPollingAndTheChartModeDoesNot) {
@@ -111,7 +111,7 @@ TEST_F(PreferencesTest, TheIntervalRestartsPollingAndTheChartModeDoesNot) {
     controller->applyAutoSavedPreferences(draft);
     time.advance(Seconds(1));
     EXPECT_EQ(requestCount(), before);
-    EXPECT_EQ(controller->presentation().outputChartYAxisMaxKW, controller->systemSizeKW());
+    EXPECT_EQ(controller->presentation().outputChartYAxisMaxKW, controller->values().systemSizeKW);
     draft.pollIntervalSeconds = 600;
     controller->applyAutoSavedPreferences(draft);
     time.advance(Seconds(0.1));

@@ -30,7 +30,7 @@ protected:
         storeAccount();
         failRequests(kind, status, path);
         launch();
-        EXPECT_TRUE(waitUntil([&] { return controller->lastErrorMessage().has_value(); }));
+        EXPECT_TRUE(waitUntil([&] { return controller->values().errorMessage.has_value(); }));
     }
 };
 
@@ -58,7 +58,7 @@ TEST_F(RecoveryTest, AStartThatNothingJudgedIsRepeatedWithTheBackOffUntilItConne
         simulator.behaviour().faults.clear();
         time.advance(Seconds(2400));
         EXPECT_TRUE(waitForTitle("3.42 kW"));
-        EXPECT_EQ(controller->lastErrorMessage(), std::nullopt);
+        EXPECT_EQ(controller->values().errorMessage, std::nullopt);
         failRequests(FaultKind::status, 503);
         Testing::await(controller->applyPreferences(currentDraft()));
         EXPECT_EQ(time.scheduledDelays().back(), 600) << "a success, and a save, begin the back-off anew";
@@ -104,7 +104,7 @@ TEST_F(RecoveryTest, APasswordRefusedInARenewalRestsForTwelveHoursOrUntilTheUser
     };
     pollFor(11);
     EXPECT_EQ(signIns(), once);
-    EXPECT_EQ(controller->lastErrorMessage(), QString::fromUtf8(expired));
+    EXPECT_EQ(controller->values().errorMessage, QString::fromUtf8(expired));
     item->choose(StatusMenuCommand::refresh);
     EXPECT_TRUE(waitUntil([&] { return signIns() > once; }));
     settle();
@@ -113,7 +113,7 @@ TEST_F(RecoveryTest, APasswordRefusedInARenewalRestsForTwelveHoursOrUntilTheUser
     EXPECT_EQ(signIns() - afterRefresh, 1) << "one more try after twelve hours";
     simulator.behaviour().password = QStringLiteral("sunshine");
     item->choose(StatusMenuCommand::refresh);
-    EXPECT_TRUE(waitUntil([&] { return !controller->lastErrorMessage(); }));
+    EXPECT_TRUE(waitUntil([&] { return !controller->values().errorMessage; }));
 }
 
 TEST_F(RecoveryTest, AFailedPollIsRepeatedOnceWhenTheNetworkReturns) {
@@ -125,13 +125,13 @@ TEST_F(RecoveryTest, AFailedPollIsRepeatedOnceWhenTheNetworkReturns) {
         time.advance(Seconds(delay));
         EXPECT_TRUE(waitUntil([&] { return time.scheduledDelays().back() != delay; }));
     }
-    EXPECT_EQ(controller->lastErrorMessage(),
+    EXPECT_EQ(controller->values().errorMessage,
               QStringLiteral("Offline. Check your internet connection and try Refresh."));
     simulator.behaviour().faults.clear();
     simulator.behaviour().powerScript = {1.25};
     systemEvents.networkReachable();
     EXPECT_TRUE(waitForTitle("1.25 kW"));
-    EXPECT_EQ(controller->lastErrorMessage(), std::nullopt);
+    EXPECT_EQ(controller->values().errorMessage, std::nullopt);
 }
 
 TEST_F(RecoveryTest, AReadingThatHasGrownOldLooksOldWhilePollsFailAndOnlyThen) {
@@ -146,7 +146,7 @@ TEST_F(RecoveryTest, AReadingThatHasGrownOldLooksOldWhilePollsFailAndOnlyThen) {
 
     failRequests(FaultKind::status, 500);
     time.advance(Seconds(300));
-    EXPECT_TRUE(waitUntil([&] { return controller->lastErrorMessage().has_value(); }));
+    EXPECT_TRUE(waitUntil([&] { return controller->values().errorMessage.has_value(); }));
     EXPECT_EQ(controller->presentation().outdatedLine, std::nullopt) << "one missing reading is no old one";
     time.advance(Seconds(300));
     EXPECT_EQ(controller->presentation().outdatedLine, QStringLiteral("Last reading at 12:50"));
