@@ -72,6 +72,10 @@ TEST_F(SignInEndToEnd, TheErrorTellsWhetherThePortalJudgedThePassword) {
     };
     simulator.behaviour().password = QStringLiteral("another one");
     mayOverlap = true;
+    Simulator::Fault late; // long enough for the other call to come
+    late.kind = Simulator::FaultKind::delay;
+    late.delay = std::chrono::milliseconds(100);
+    simulator.behaviour().faults = {late};
     for (const auto& row : rows) {
         simulator.behaviour().faults.clear();
         row.portal();
