@@ -152,7 +152,6 @@ void Connection::drop() {
 void Connection::forget() {
     drop();
     m_password.clear();
-    m_http.reset();
 }
 
 void Connection::signOut() {

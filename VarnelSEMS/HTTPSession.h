@@ -42,6 +42,8 @@ struct HTTPResponse {
 /// - Fails with `URLError` alone: `timedOut` once `timeout` has passed in total, `networkConnectionLost` for a body
 ///   that was cut short, `dataTooLarge` past the size limit, `badURL` for a header with control characters, which is
 ///   never sent.
+/// - Nothing is kept from one request to the next, neither cookies nor connections: nothing of one account reaches
+///   another.
 /// - Blocks nothing; must outlive every task it gave out.
 class HTTPSession {
 public:
@@ -51,9 +53,6 @@ public:
     virtual ~HTTPSession() = default;
 
     virtual QCoro::Task<Result<HTTPResponse>> send(HTTPRequest request) = 0;
-
-    /// Forgets cookies and kept connections, so that nothing of one account reaches the next.
-    virtual void reset() = 0;
 };
 
 /// The address as one text, percent-encoded where the address is.

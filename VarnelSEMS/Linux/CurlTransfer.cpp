@@ -8,7 +8,9 @@
 
 #include <utility>
 
+#include <fcntl.h>
 #include <sys/resource.h>
+#include <unistd.h>
 
 namespace Varnel {
 
@@ -57,13 +59,16 @@ QByteArray configuration(const HTTPRequest& request, const QNetworkProxy& proxy,
            requestOptions(request);
 }
 
-/// In the new process, before curl, which takes a tenth of this memory. What its core would hold is secret.
-void limitResources() {
+/// In the new process, before curl, which takes a tenth of this memory. What its core would hold is secret. Through a
+/// pipe of the usual size, a large body would take a turn of both processes for every 64 KB.
+void prepareProcess() {
+    constexpr int pipeSize = 1024 * 1024;
     constexpr rlim_t memory = rlim_t(64) * 1024 * 1024;
     const rlimit data{memory, memory};
     const rlimit core{0, 0};
     setrlimit(RLIMIT_DATA, &data);
     setrlimit(RLIMIT_CORE, &core);
+    fcntl(STDOUT_FILENO, F_SETPIPE_SZ, pipeSize);
 }
 } // namespace
 
@@ -75,7 +80,7 @@ CurlTransfer::CurlTransfer(const HTTPRequest& request, const QNetworkProxy& prox
     auto environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C")); // some messages are told apart by their text
     m_process->setProcessEnvironment(environment);
-    m_process->setChildProcessModifier(limitResources);
+    m_process->setChildProcessModifier(prepareProcess);
     m_process->start(QStringLiteral("curl"), {QStringLiteral("-q"), QStringLiteral("--config"), QStringLiteral("-")});
     m_process->write(configuration(request, proxy, timeout));
     m_process->closeWriteChannel();

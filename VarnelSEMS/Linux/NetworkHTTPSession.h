@@ -22,7 +22,6 @@ class CurlTransfer;
 ///   not been found after a third of it is the last answer, or none. A proxy that refuses to connect to an https server
 ///   is an error; its 407 in answer to an http request is a reply, like the server's own.
 /// - Certificates that do not verify are `secureConnectionFailed`, always.
-/// - Nothing is kept from one request to the next, neither connections nor cookies.
 /// - Destroying it ends the requests in flight with `cancelled`, before it returns.
 class NetworkHTTPSession final : public HTTPSession {
 public:
@@ -30,8 +29,6 @@ public:
     ~NetworkHTTPSession() override;
 
     QCoro::Task<Result<HTTPResponse>> send(HTTPRequest request) override;
-
-    void reset() override {}
 
 private:
     QCoro::Task<Result<HTTPResponse>> exchange(HTTPRequest request, QDeadlineTimer deadline);

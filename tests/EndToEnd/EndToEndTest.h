@@ -20,7 +20,6 @@ using Testing::await;
 class WatchedHTTPSession final : public HTTPSession {
 public:
     QCoro::Task<Result<HTTPResponse>> send(HTTPRequest request) override;
-    void reset() override { m_session.reset(); }
 
     std::function<void()> onSend = [] {};
     std::optional<std::chrono::milliseconds> shorterTimeout;
