@@ -62,9 +62,7 @@ TEST_F(AttemptsEndToEnd, AnExpiredSessionCountsWhateverTheLastPathSays) {
         SEMSAuthMode mode;
         QStringList servedPaths; ///< beside those of the sign-in
     } rows[] = {
-        {SEMSAuthMode::openAPI, {QStringLiteral("*")}},
         {SEMSAuthMode::openAPI, {QStringLiteral("*/api/OpenApi/*Detail/*"), QStringLiteral("*/v1/*ByUser")}},
-        {SEMSAuthMode::legacyPortal, {QStringLiteral("*")}},
         {SEMSAuthMode::legacyPortal, {QStringLiteral("*/v1/*Detail*"), QStringLiteral("*/v2/*ForApp")}},
     };
     for (const auto& row : rows) {
