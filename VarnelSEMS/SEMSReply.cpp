@@ -36,8 +36,8 @@ std::optional<std::chrono::seconds> retryAfter(const HTTPResponse& response, Tim
     } else if (!isNumber) {
         return std::nullopt;
     }
-    constexpr qint64 day = 24 * 60 * 60;
-    return seconds < 0 ? std::nullopt : std::optional(std::chrono::seconds(std::min(seconds, day)));
+    constexpr std::chrono::seconds day = std::chrono::hours(24);
+    return seconds < 0 ? std::nullopt : std::optional(std::min(std::chrono::seconds(seconds), day));
 }
 
 /// A blank message is none: a failure without a reason would show as no failure at all.

@@ -94,6 +94,9 @@ TEST_F(SignInEndToEnd, LaterCallsGoToTheRegionThatThePortalNames) {
 
 TEST_F(SignInEndToEnd, CallsMayRunBesideEachOtherAndOutliveTheirClient) {
     mayOverlap = true;
+    disturb(FaultKind::delay);
+    simulator.behaviour().faults.front().delay = std::chrono::milliseconds(500);
+    simulator.behaviour().faults.front().count = 2;
     auto one = client->signIn(account, QStringLiteral("wrong"));
     auto other = client->signIn(account, QStringLiteral("wrong"));
     client.reset();
@@ -114,6 +117,7 @@ TEST_F(SignInEndToEnd, NoSecretReachesALogOrAnErrorEvenWhenTheServerEchoesIt) {
     };
 
     static QString logged;
+    logged.clear();
     QLoggingCategory::setFilterRules(QStringLiteral("Varnel.*.debug=true"));
     const auto previous = qInstallMessageHandler(
         [](QtMsgType, const QMessageLogContext&, const QString& message) { logged += message + QLatin1Char('\n'); });
