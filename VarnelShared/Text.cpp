@@ -1,5 +1,6 @@
 #include <VarnelShared/Text.h>
 
+#include <QLocale>
 #include <QTextBoundaryFinder>
 
 namespace Varnel {
