@@ -13,7 +13,6 @@ constexpr double smallestMaximumKW = 0.1;
 constexpr qreal plotInsetX = 12;
 constexpr qreal plotInsetY = 8;
 constexpr qreal padding = 8; // between the background's edge and the values, and between ticks and values
-constexpr qreal bottomGutterHeight = 14;
 
 double topOfScale(const StatusMenuChart& chart) {
     if (chart.yAxisMaxKW) {
@@ -67,7 +66,8 @@ QPointF clampedBetween(QPointF control, QPointF from, QPointF to, const QRectF& 
 
 } // namespace
 
-std::optional<ChartLayout> chartLayout(const StatusMenuChart& chart, QSizeF viewSize, const TextWidth& axisTextWidth) {
+std::optional<ChartLayout> chartLayout(const StatusMenuChart& chart, QSizeF viewSize, const TextWidth& axisTextWidth,
+                                       qreal bottomGutterHeight) {
     ChartLayout layout;
     layout.plotRect = QRectF(QPointF(0, 0), viewSize).adjusted(plotInsetX, plotInsetY, -plotInsetX, -plotInsetY);
     layout.maxValue = topOfScale(chart);
@@ -81,15 +81,19 @@ std::optional<ChartLayout> chartLayout(const StatusMenuChart& chart, QSizeF view
     return layout;
 }
 
+qreal heightInChart(double kilowatts, const ChartLayout& layout) {
+    const double shown = kilowatts > 0 ? std::min(kilowatts, layout.maxValue) : 0; // also for what is not a number
+    return lowerEdge(layout.chartRect) + layout.chartRect.height() * (shown / layout.maxValue);
+}
+
 std::vector<QPointF> chartPoints(const std::vector<double>& values, const ChartLayout& layout) {
     const QRectF& chart = layout.chartRect;
     const qreal step = chart.width() / static_cast<qreal>(values.size() + 1);
     std::vector<QPointF> points;
     points.reserve(values.size());
     for (const double value : values) {
-        const double shown = value > 0 ? std::min(value, layout.maxValue) : 0; // also for what is not a number
         const auto number = static_cast<qreal>(points.size() + 1);
-        points.emplace_back(chart.x() + step * number, lowerEdge(chart) + chart.height() * (shown / layout.maxValue));
+        points.emplace_back(chart.x() + step * number, heightInChart(value, layout));
     }
     return points;
 }

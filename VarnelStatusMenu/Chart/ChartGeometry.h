@@ -46,8 +46,15 @@ struct ChartLayout {
 /// The width of a text in the font of the axis labels.
 using TextWidth = std::function<qreal(const QString&)>;
 
-/// None when nothing of the view is left for values.
-std::optional<ChartLayout> chartLayout(const StatusMenuChart& chart, QSizeF viewSize, const TextWidth& axisTextWidth);
+/// The room below the values for the labels of the menu's chart.
+constexpr qreal menuBottomGutterHeight = 14;
+
+/// None when nothing of the view is left for values. Larger labels need a higher gutter below.
+std::optional<ChartLayout> chartLayout(const StatusMenuChart& chart, QSizeF viewSize, const TextWidth& axisTextWidth,
+                                       qreal bottomGutterHeight = menuBottomGutterHeight);
+
+/// How high a power stands in the chart, at its edge where it is below zero or above the maximum.
+qreal heightInChart(double kilowatts, const ChartLayout& layout);
 
 /// One point per value, evenly spread so that none touches the left or right edge and a lone one stands in the middle.
 /// Values below zero and above the maximum are drawn at the edge.

@@ -2,6 +2,7 @@
 
 #include <VarnelShared/Text.h>
 
+#include <QCoreApplication>
 #include <QLocale>
 
 #include <algorithm>
@@ -19,7 +20,7 @@ QString valueText(double kilowatts) {
 QString valueAtTime(const StatusMenuChart& chart, std::size_t index) {
     const QString time = chart.pointLabels.value(static_cast<qsizetype>(index));
     const QString value = valueText(chart.values[index]);
-    return time.isEmpty() ? value : value + QStringLiteral(" at ") + time;
+    return time.isEmpty() ? value : QCoreApplication::translate("StatusMenu", "%1 at %2").arg(value, time);
 }
 
 } // namespace
@@ -40,12 +41,13 @@ QString inspectorText(double kilowatts, const QString& pointLabel) {
 
 QString chartDescription(const StatusMenuChart& chart) {
     if (chart.values.empty()) {
-        return QStringLiteral("No data yet");
+        return QCoreApplication::translate("StatusMenu", "No data yet");
     }
     const auto peak = std::max_element(chart.values.begin(), chart.values.end()) - chart.values.begin();
-    const QString samples =
-        chart.values.size() == 1 ? QStringLiteral("1 sample") : QStringLiteral("%1 samples").arg(chart.values.size());
-    return QStringLiteral("Latest %1, peak %2, %3")
+    const QString samples = chart.values.size() == 1
+                                ? QCoreApplication::translate("StatusMenu", "1 sample")
+                                : QCoreApplication::translate("StatusMenu", "%1 samples").arg(chart.values.size());
+    return QCoreApplication::translate("StatusMenu", "Latest %1, peak %2, %3")
         .arg(valueAtTime(chart, chart.values.size() - 1), valueAtTime(chart, static_cast<std::size_t>(peak)), samples);
 }
 

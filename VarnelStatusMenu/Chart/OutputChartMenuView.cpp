@@ -4,6 +4,7 @@
 #include <VarnelStatusMenu/Chart/OutputChartPainter.h>
 #include <VarnelStatusMenu/Menu/MenuStyle.h>
 
+#include <QCoreApplication>
 #include <QEnterEvent>
 #include <QMouseEvent>
 #include <QPainter>
@@ -22,7 +23,7 @@ OutputChartMenuView::OutputChartMenuView(StatusMenuChart chart, QWidget* parent)
     : MenuView(chartHeight, parent)
     , m_chart(std::move(chart)) {
     setMouseTracking(true);
-    setAccessibleName(QStringLiteral("Today's output"));
+    setAccessibleName(QCoreApplication::translate("StatusMenu", "Today's output"));
     setAccessibleDescription(chartDescription(m_chart));
 }
 

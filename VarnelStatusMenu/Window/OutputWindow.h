@@ -6,16 +6,18 @@
 
 namespace Varnel {
 
+class DayPane;
 class StatusMenuPanel;
 
-/// The content of the status menu as an ordinary window, as large as its content. Its title is the
-/// item's. It follows later content and deletes
-/// itself when it is closed.
-class StatusMenuWindow : public QWidget {
+/// The output in an ordinary window: the days large, and beside them the rows and commands of the status menu, so that
+/// it can stand for the item. Its title is the item's. It follows later content, keeps its size and place across
+/// openings, and deletes itself when it is closed.
+class OutputWindow : public QWidget {
     Q_OBJECT
 
 public:
-    explicit StatusMenuWindow(const StatusItemContent& content);
+    /// Without a source the window is the menu alone, with the menu's own chart.
+    OutputWindow(const StatusItemContent& content, std::weak_ptr<OutputSource> source);
 
     void setContent(const StatusItemContent& content);
 
@@ -35,9 +37,15 @@ Q_SIGNALS:
 protected:
     /// Escape and the desktop's key for closing a window close it.
     void keyPressEvent(QKeyEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
 
 private:
-    StatusMenuPanel* m_panel;
+    StatusMenu besideDays(const StatusMenu& menu) const;
+
+    std::weak_ptr<OutputSource> m_source;
+    DayPane* m_days = nullptr; ///< none without a source
+    StatusMenuPanel* m_panel = nullptr;
     bool m_standsForItem = false;
 };
 
