@@ -2,6 +2,8 @@
 
 #include <VarnelShared/Text.h>
 
+#include <QCoreApplication>
+
 namespace Varnel {
 
 namespace {
@@ -9,7 +11,7 @@ namespace {
 constexpr int longestErrorText = 72;
 
 StatusMenuError errorRow(const QString& line) {
-    const QString wholeText = QStringLiteral("Error: ") + line;
+    const QString wholeText = QCoreApplication::translate("StatusMenu", "Error: %1").arg(line);
     return {firstCharacters(wholeText, longestErrorText), wholeText};
 }
 
@@ -18,27 +20,30 @@ StatusMenuAction command(StatusMenuCommand command, const QString& title) {
 }
 
 void appendRows(StatusMenu& menu, const StatusPresentation& presentation) {
-    menu.push_back(StatusMenuRow{QStringLiteral("Current Output"), presentation.outputValue});
-    menu.push_back(StatusMenuRow{QStringLiteral("Daily Output"), presentation.todayOutputValue});
-    menu.push_back(StatusMenuRow{QStringLiteral("Last Updated"), presentation.lastUpdatedValue});
+    menu.push_back(
+        StatusMenuRow{QCoreApplication::translate("StatusMenu", "Current Output"), presentation.outputValue});
+    menu.push_back(
+        StatusMenuRow{QCoreApplication::translate("StatusMenu", "Daily Output"), presentation.todayOutputValue});
+    menu.push_back(
+        StatusMenuRow{QCoreApplication::translate("StatusMenu", "Last Updated"), presentation.lastUpdatedValue});
     if (presentation.errorLine && !presentation.errorLine->isEmpty()) {
         menu.push_back(errorRow(*presentation.errorLine));
     }
 }
 
 void appendCommands(StatusMenu& menu, const StatusPresentation& presentation) {
-    menu.push_back(StatusMenuAction{StatusMenuCommand::refresh, QStringLiteral("Refresh"),
+    menu.push_back(StatusMenuAction{StatusMenuCommand::refresh, QCoreApplication::translate("StatusMenu", "Refresh"),
                                     QKeySequence(Qt::CTRL | Qt::Key_R), QStringLiteral("view-refresh"),
                                     presentation.canRefresh});
-    menu.push_back(StatusMenuAction{StatusMenuCommand::preferences, QStringLiteral("Settings…"),
-                                    QKeySequence(Qt::CTRL | Qt::Key_Comma), QStringLiteral("preferences-system"),
-                                    true});
+    menu.push_back(
+        StatusMenuAction{StatusMenuCommand::preferences, QCoreApplication::translate("StatusMenu", "Settings…"),
+                         QKeySequence(Qt::CTRL | Qt::Key_Comma), QStringLiteral("preferences-system"), true});
     if (!presentation.isSignedIn) {
-        menu.push_back(command(StatusMenuCommand::signIn, QStringLiteral("Connect…")));
+        menu.push_back(command(StatusMenuCommand::signIn, QCoreApplication::translate("StatusMenu", "Connect…")));
     }
     menu.push_back(StatusMenuSeparator{});
     if (presentation.isSignedIn) {
-        menu.push_back(command(StatusMenuCommand::signOut, QStringLiteral("Disconnect")));
+        menu.push_back(command(StatusMenuCommand::signOut, QCoreApplication::translate("StatusMenu", "Disconnect")));
     }
 }
 
@@ -51,8 +56,12 @@ struct Exporter {
     }
 
     Item operator()(const StatusMenuChart&) const {
-        return ExportedMenuItem{
-            ExportedMenuItem::Kind::showChart, QStringLiteral("Show Chart"), std::nullopt, {}, {}, true};
+        return ExportedMenuItem{ExportedMenuItem::Kind::showChart,
+                                QCoreApplication::translate("StatusMenu", "Show Chart"),
+                                std::nullopt,
+                                {},
+                                {},
+                                true};
     }
     Item operator()(const StatusMenuRow& row) const { return text(row.label + QStringLiteral(": ") + row.value); }
     Item operator()(const StatusMenuError& error) const { return text(error.text); }
@@ -91,6 +100,10 @@ ExportedMenu exportedMenu(const StatusMenu& menu) {
     for (const StatusMenuEntry& entry : menu) {
         if (const auto item = std::visit(Exporter{}, entry)) {
             exported.push_back(*item);
+        }
+        if (std::holds_alternative<StatusMenuChart>(entry)) {
+            const QString title = QCoreApplication::translate("OutputWindow", "Show Chart in a Window");
+            exported.push_back({ExportedMenuItem::Kind::showWindow, title, std::nullopt, {}, {}, true});
         }
     }
     return exported;

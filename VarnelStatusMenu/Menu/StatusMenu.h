@@ -58,7 +58,7 @@ using StatusMenu = std::vector<StatusMenuEntry>;
 
 /// One row of the menu that a panel shows by itself: text only.
 struct ExportedMenuItem {
-    enum class Kind { text, separator, command, showChart };
+    enum class Kind { text, separator, command, showChart, showWindow };
     Kind kind = Kind::text; ///< `text` is a disabled row
     QString title;
     std::optional<StatusMenuCommand> command; ///< of `command` alone
@@ -72,7 +72,8 @@ using ExportedMenu = std::vector<ExportedMenuItem>;
 /// The menu that shows the presentation.
 StatusMenu statusMenu(const StatusPresentation& presentation);
 
-/// The same rows and commands as text, with "Show Chart" at the head when the menu has a chart.
+/// The same rows and commands as text, with "Show Chart" and "Show Chart in a Window" at the head when the menu has a
+/// chart.
 ExportedMenu exportedMenu(const StatusMenu& menu);
 
 /// The enabled command whose key equivalent is the pressed key.

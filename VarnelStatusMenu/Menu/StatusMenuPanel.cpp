@@ -136,6 +136,10 @@ void StatusMenuPanel::keyPressEvent(QKeyEvent* event) {
         moveFocus(1);
     } else if (event->key() == Qt::Key_Up) {
         moveFocus(-1);
+    } else if (event->key() == Qt::Key_Home) {
+        moveFocusFrom(-1, 1);
+    } else if (event->key() == Qt::Key_End) {
+        moveFocusFrom(static_cast<int>(m_commands.size()), -1);
     } else {
         QWidget::keyPressEvent(event);
     }
@@ -166,7 +170,12 @@ void StatusMenuPanel::addCommand(const StatusMenuAction& action) {
 void StatusMenuPanel::moveFocus(int step) {
     const auto count = static_cast<int>(m_commands.size());
     const auto focused = std::find(m_commands.begin(), m_commands.end(), focusWidget());
-    int index = focused != m_commands.end() ? static_cast<int>(focused - m_commands.begin()) : (step > 0 ? -1 : count);
+    const int outside = step > 0 ? -1 : count;
+    moveFocusFrom(focused != m_commands.end() ? static_cast<int>(focused - m_commands.begin()) : outside, step);
+}
+
+void StatusMenuPanel::moveFocusFrom(int index, int step) {
+    const auto count = static_cast<int>(m_commands.size());
     for (int tried = 0; tried < count; ++tried) {
         index = (index + step + count) % count;
         MenuCommandRow* row = m_commands[static_cast<std::size_t>(index)];

@@ -11,7 +11,8 @@ namespace Varnel {
 class MenuCommandRow;
 
 /// The content of the status menu as a widget of a window: the same views, and commands that look and are chosen like
-/// those of a menu. Arrow keys go from command to command, Return and Space choose, key equivalents work.
+/// those of a menu. Arrow keys go from command to command, Home and End to the first and the last, Return and Space
+/// choose, key equivalents work.
 class StatusMenuPanel : public QWidget {
     Q_OBJECT
 
@@ -31,6 +32,7 @@ private:
     void build();
     void addCommand(const StatusMenuAction& action);
     void moveFocus(int step);
+    void moveFocusFrom(int index, int step);
     std::optional<StatusMenuCommand> focusedCommand() const;
 
     StatusMenu m_menu;

@@ -1,7 +1,8 @@
 #include <VarnelStatusMenu/Menu/StatusMenuPresenter.h>
 
-#include <VarnelStatusMenu/Menu/StatusMenuWindow.h>
+#include <VarnelStatusMenu/Menu/MenuAccessibility.h>
 #include <VarnelStatusMenu/Menu/StatusPopup.h>
+#include <VarnelStatusMenu/Window/OutputWindow.h>
 
 #include <QCursor>
 #include <QGuiApplication>
@@ -21,7 +22,9 @@ constexpr qint64 clickMilliseconds = 400;
 } // namespace
 
 StatusMenuPresenter::StatusMenuPresenter(FreeArea freeArea)
-    : m_freeArea(std::move(freeArea)) {}
+    : m_freeArea(std::move(freeArea)) {
+    makeMenusAccessible();
+}
 
 StatusMenuPresenter::~StatusMenuPresenter() {
     delete m_popup;
@@ -127,12 +130,11 @@ bool StatusMenuPresenter::isMenuOpen() const {
     return m_popup && m_popup->isVisible();
 }
 
-StatusMenuWindow& StatusMenuPresenter::window() {
+OutputWindow& StatusMenuPresenter::window() {
     if (!m_window) {
-        m_window = new StatusMenuWindow(m_content);
+        m_window = new OutputWindow(m_content, m_outputSource);
         m_window->setStandsForItem(m_windowStandsForItem);
-        connect(m_window, &StatusMenuWindow::commandChosen, this,
-                [this](StatusMenuCommand command) { deliver(command); });
+        connect(m_window, &OutputWindow::commandChosen, this, [this](StatusMenuCommand command) { deliver(command); });
         // Queued: the handler may open the next window.
         const auto callHandler = [this] {
             if (m_windowClosed) {
@@ -149,7 +151,7 @@ void StatusMenuPresenter::showWindow() {
 }
 
 void StatusMenuPresenter::showWindowQuietly() {
-    StatusMenuWindow& shown = window();
+    OutputWindow& shown = window();
     shown.setAttribute(Qt::WA_ShowWithoutActivating);
     shown.show();
 }

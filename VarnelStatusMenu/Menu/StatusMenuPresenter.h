@@ -8,10 +8,12 @@
 #include <QPointer>
 
 #include <functional>
+#include <memory>
+#include <utility>
 
 namespace Varnel {
 
-class StatusMenuWindow;
+class OutputWindow;
 class StatusPopupWindow;
 
 /// Shows a status menu with widgets: as the pop-up of a status item, and as an ordinary window. Every back end of the
@@ -23,6 +25,9 @@ public:
 
     /// Called once per command that is chosen, after the menu has closed.
     void setCommandHandler(std::function<void(StatusMenuCommand)> handler);
+
+    /// What the next window that opens shows beside the menu's content.
+    void setOutputSource(std::weak_ptr<OutputSource> source) { m_outputSource = std::move(source); }
 
     /// The content of the next menu that opens. An open pop-up stays as it is until it closes and is freed then; an
     /// open window takes the new content at once.
@@ -58,15 +63,16 @@ private:
     template <typename Popup>
     void follow(Popup* opened);
     void deliver(StatusMenuCommand command);
-    StatusMenuWindow& window();
+    OutputWindow& window();
     bool isClickThatDismissed();
 
     FreeArea m_freeArea;
     StatusItemContent m_content;
+    std::weak_ptr<OutputSource> m_outputSource;
     std::function<void(StatusMenuCommand)> m_commandHandler;
     std::function<void()> m_windowClosed;
     QPointer<QWidget> m_popup;
-    QPointer<StatusMenuWindow> m_window;
+    QPointer<OutputWindow> m_window;
     bool m_windowStandsForItem = false;
     QElapsedTimer m_sinceDismissal;
 };

@@ -106,11 +106,28 @@ int StatusPopupMenu::keyColumnWidth() const {
 void StatusPopupMenu::keyPressEvent(QKeyEvent* event) {
     const auto command = commandForKey(m_menu, event->keyCombination());
     if (!command) {
-        QMenu::keyPressEvent(event);
+        if (event->key() == Qt::Key_Home || event->key() == Qt::Key_End) {
+            activateEndCommand(event->key());
+        } else {
+            QMenu::keyPressEvent(event);
+        }
         return;
     }
     close();
     Q_EMIT commandChosen(*command);
+}
+
+/// A menu of the toolkit goes round by the arrow keys alone.
+void StatusPopupMenu::activateEndCommand(int key) {
+    const QList<QAction*> all = actions();
+    const auto canBeChosen = [](const QAction* action) { return action->isEnabled() && !action->isSeparator(); };
+    if (key == Qt::Key_Home) {
+        const auto first = std::find_if(all.begin(), all.end(), canBeChosen);
+        setActiveAction(first != all.end() ? *first : nullptr);
+    } else {
+        const auto last = std::find_if(all.rbegin(), all.rend(), canBeChosen);
+        setActiveAction(last != all.rend() ? *last : nullptr);
+    }
 }
 
 void StatusPopupMenu::mousePressEvent(QMouseEvent* event) {

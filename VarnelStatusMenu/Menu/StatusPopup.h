@@ -39,6 +39,7 @@ private:
     void addEntry(const StatusMenuEntry& entry);
     void addCommand(const StatusMenuAction& command);
     void addView(std::unique_ptr<MenuView> view);
+    void activateEndCommand(int key);
     int keyColumnWidth() const;
 
     StatusMenu m_menu;
