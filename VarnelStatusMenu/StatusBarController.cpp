@@ -1,5 +1,7 @@
 #include <VarnelStatusMenu/StatusBarController.h>
 
+#include <QCoreApplication>
+
 #include <utility>
 
 namespace Varnel {
@@ -7,7 +9,7 @@ namespace Varnel {
 namespace {
 
 QString toolTip(const StatusPresentation& presentation) {
-    const QString first = QStringLiteral("Current Output: ") + presentation.outputValue;
+    const QString first = QCoreApplication::translate("StatusMenu", "Current Output: %1").arg(presentation.outputValue);
     return presentation.outdatedLine ? first + QLatin1Char('\n') + *presentation.outdatedLine : first;
 }
 
@@ -23,6 +25,10 @@ void StatusBarController::update(const StatusPresentation& presentation) {
     m_presentation = presentation;
     m_statusItem->show(
         {presentation.title, toolTip(presentation), statusMenu(presentation), presentation.outdatedLine});
+}
+
+void StatusBarController::setOutputSource(std::weak_ptr<OutputSource> source) {
+    m_statusItem->setOutputSource(std::move(source));
 }
 
 void StatusBarController::showWindow() {

@@ -19,8 +19,11 @@ public:
 
     const StatusPresentation& presentation() const { return m_presentation; }
 
-    /// Opens the menu's content in a window, for a desktop action that has no pointer, such as a click on a
-    /// notification.
+    /// What the window shows beside the menu's content; it is held weakly.
+    void setOutputSource(std::weak_ptr<OutputSource> source);
+
+    /// Opens the output and the menu's content in a window, for a desktop action that has no pointer, such as a click
+    /// on a notification.
     void showWindow();
 
     /// Called once per choice; a command whose callback is not set does nothing.

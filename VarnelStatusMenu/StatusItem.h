@@ -3,8 +3,11 @@
 #include <VarnelStatusMenu/Menu/StatusMenu.h>
 
 #include <functional>
+#include <memory>
 
 namespace Varnel {
+
+class OutputSource;
 
 /// All that the item shows at one time.
 struct StatusItemContent {
@@ -34,8 +37,11 @@ public:
     virtual void show(const StatusItemContent& content) = 0;
     virtual void setCommandHandler(std::function<void(StatusMenuCommand)> handler) = 0;
 
-    /// Shows the menu's content in an ordinary window, brought to the front: for a click on a notification and for a
-    /// desktop without a status area. The window follows later content.
+    /// What later windows show beside the menu's content; it is held weakly.
+    virtual void setOutputSource(std::weak_ptr<OutputSource> source) = 0;
+
+    /// Shows the output and the menu's content in an ordinary window, brought to the front: for a click on a
+    /// notification and for a desktop without a status area. The window follows later content.
     virtual void showWindow() = 0;
 };
 

@@ -3,40 +3,56 @@
 #include <QDBusMetaType>
 
 #include <algorithm>
+#include <array>
 
 namespace Varnel {
 
 namespace {
 
-// 0 is the menu itself.
-constexpr int showChartId = 1;
-constexpr int firstCommandId = 10;
-constexpr int firstTextId = 100;
-constexpr int firstSeparatorId = 200;
+using Kind = ExportedMenuItem::Kind;
 
-/// The ids of the rows, in order. Texts and separators are counted each by themselves: some panels keep what they once
-/// made for an id, so that it must never be of another kind.
-std::vector<int> idsOf(const ExportedMenu& menu) {
-    std::vector<int> ids;
-    int textId = firstTextId;
-    int separatorId = firstSeparatorId;
-    for (const ExportedMenuItem& item : menu) {
-        switch (item.kind) {
-        case ExportedMenuItem::Kind::showChart:
-            ids.push_back(showChartId);
-            break;
-        case ExportedMenuItem::Kind::command:
-            ids.push_back(firstCommandId + static_cast<int>(item.command.value_or(StatusMenuCommand::refresh)));
-            break;
-        case ExportedMenuItem::Kind::text:
-            ids.push_back(textId++);
-            break;
-        case ExportedMenuItem::Kind::separator:
-            ids.push_back(separatorId++);
-            break;
+/// A row that the menu has at times.
+struct Place {
+    int id; // 0 is the menu itself
+    Kind kind;
+    std::optional<StatusMenuCommand> command = std::nullopt;
+};
+
+/// Every row that the menu can have, in its order. What is not in the menu at the moment is hidden, and never taken
+/// away: GNOME's panel cannot move a row and reads no texts with a new layout, and Plasma's keeps what it once made for
+/// an id. So an id is of one kind and has one place for good.
+constexpr std::array places{
+    Place{1, Kind::showChart},
+    Place{2, Kind::showWindow},
+    Place{200, Kind::separator},
+    Place{100, Kind::text},
+    Place{101, Kind::text},
+    Place{102, Kind::text},
+    Place{103, Kind::text},
+    Place{201, Kind::separator},
+    Place{10, Kind::command, StatusMenuCommand::refresh},
+    Place{11, Kind::command, StatusMenuCommand::preferences},
+    Place{12, Kind::command, StatusMenuCommand::signIn},
+    Place{202, Kind::separator},
+    Place{13, Kind::command, StatusMenuCommand::signOut},
+};
+
+using PlacedRows = std::array<const ExportedMenuItem*, places.size()>;
+
+/// Each row of the menu in the next place that is for such a row; null where there is none.
+PlacedRows placedRows(const ExportedMenu& menu) {
+    PlacedRows placed{};
+    std::size_t index = 0;
+    for (const ExportedMenuItem& row : menu) {
+        while (index < places.size() && (places[index].kind != row.kind || places[index].command != row.command)) {
+            ++index;
+        }
+        Q_ASSERT(index < places.size());
+        if (index < places.size()) {
+            placed[index++] = &row;
         }
     }
-    return ids;
+    return placed;
 }
 
 /// The shortcut as the menu protocol carries it: [["Control", "comma"]].
@@ -58,21 +74,23 @@ QList<QStringList> shortcutOf(const QKeySequence& key, KeyNames keyNames) {
     return presses;
 }
 
-QVariantMap propertiesOf(const ExportedMenuItem& item, KeyNames keyNames) {
-    if (item.kind == ExportedMenuItem::Kind::separator) {
-        return {{QStringLiteral("type"), QStringLiteral("separator")}};
+QVariantMap propertiesOf(Kind kind, const ExportedMenuItem* row, KeyNames keyNames) {
+    // What is left out keeps its former value in some panels, so these are there also where they have their defaults.
+    QVariantMap properties{{QStringLiteral("visible"), row != nullptr}};
+    if (kind == Kind::separator) {
+        properties.insert(QStringLiteral("type"), QStringLiteral("separator"));
+        return properties;
     }
-    // An underscore marks the key of a row; two are one to read. What is left out keeps its former value in some
-    // panels, so "enabled" is there also where it has its default.
-    QVariantMap properties{
-        {QStringLiteral("label"), QString(item.title).replace(QLatin1Char('_'), QStringLiteral("__"))},
-        {QStringLiteral("enabled"), item.isEnabled}};
-    if (!item.iconName.isEmpty()) {
+    // An underscore marks the key of a row; two are one to read.
+    const QString title = row != nullptr ? row->title : QString();
+    properties.insert(QStringLiteral("label"), QString(title).replace(QLatin1Char('_'), QStringLiteral("__")));
+    properties.insert(QStringLiteral("enabled"), row != nullptr && row->isEnabled);
+    if (row != nullptr && !row->iconName.isEmpty()) {
         // Panels draw the symbolic form in the colour of their own text.
-        properties.insert(QStringLiteral("icon-name"), item.iconName + QStringLiteral("-symbolic"));
+        properties.insert(QStringLiteral("icon-name"), row->iconName + QStringLiteral("-symbolic"));
     }
-    if (!item.key.isEmpty()) {
-        properties.insert(QStringLiteral("shortcut"), QVariant::fromValue(shortcutOf(item.key, keyNames)));
+    if (row != nullptr && !row->key.isEmpty()) {
+        properties.insert(QStringLiteral("shortcut"), QVariant::fromValue(shortcutOf(row->key, keyNames)));
     }
     return properties;
 }
@@ -80,23 +98,17 @@ QVariantMap propertiesOf(const ExportedMenuItem& item, KeyNames keyNames) {
 } // namespace
 
 QList<DBusMenuItem> dbusMenuRows(const ExportedMenu& menu, KeyNames keyNames) {
-    const std::vector<int> ids = idsOf(menu);
+    const PlacedRows placed = placedRows(menu);
     QList<DBusMenuItem> rows;
-    for (std::size_t index = 0; index < menu.size(); ++index) {
-        rows.append({ids[index], propertiesOf(menu[index], keyNames)});
+    for (std::size_t index = 0; index < places.size(); ++index) {
+        rows.append({places[index].id, propertiesOf(places[index].kind, placed[index], keyNames)});
     }
     return rows;
 }
 
 const ExportedMenuItem* exportedItem(const ExportedMenu& menu, int id) {
-    const std::vector<int> ids = idsOf(menu);
-    const auto found = std::find(ids.begin(), ids.end(), id);
-    return found == ids.end() ? nullptr : &menu[static_cast<std::size_t>(found - ids.begin())];
-}
-
-bool haveSameLayout(const QList<DBusMenuItem>& a, const QList<DBusMenuItem>& b) {
-    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                      [](const DBusMenuItem& x, const DBusMenuItem& y) { return x.id == y.id; });
+    const auto place = std::find_if(places.begin(), places.end(), [id](const Place& each) { return each.id == id; });
+    return place == places.end() ? nullptr : placedRows(menu)[static_cast<std::size_t>(place - places.begin())];
 }
 
 QVariantMap selectProperties(const QVariantMap& properties, const QStringList& names) {

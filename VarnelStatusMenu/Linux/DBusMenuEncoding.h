@@ -52,16 +52,12 @@ const QDBusArgument& operator>>(const QDBusArgument& argument, DBusMenuEvent& ev
 /// Makes the types known to QtDBus; may be called more than once.
 void registerDBusMenuTypes();
 
-/// The exported menu as the rows of com.canonical.dbusmenu, in order. What can be chosen keeps its id whatever stands
-/// above it, so that a choice which crosses an update means what the person saw; and an id belongs to one kind of row
-/// for good.
+/// The exported menu as the rows of com.canonical.dbusmenu: always the same ones in the same order, those that the menu
+/// has not at the moment with "visible" false. So a choice that crosses an update means what the person saw.
 QList<DBusMenuItem> dbusMenuRows(const ExportedMenu& menu, KeyNames keyNames);
 
-/// The row with that id; null when the menu has none.
+/// The row with that id; null when the menu has it not at the moment.
 const ExportedMenuItem* exportedItem(const ExportedMenu& menu, int id);
-
-/// Whether both have the same rows in the same order, whatever their texts.
-bool haveSameLayout(const QList<DBusMenuItem>& a, const QList<DBusMenuItem>& b);
 
 /// The properties whose names were asked for; no names ask for all.
 QVariantMap selectProperties(const QVariantMap& properties, const QStringList& names);

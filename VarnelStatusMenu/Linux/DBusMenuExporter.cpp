@@ -14,6 +14,10 @@ namespace {
 
 constexpr int rootId = 0;
 
+/// The same row is not chosen again within this time: a program that clicks a thousand times a second would have a
+/// window opened for each.
+constexpr qint64 sameClickMilliseconds = 300;
+
 QVariantMap rootProperties() {
     return {{QStringLiteral("children-display"), QStringLiteral("submenu")}};
 }
@@ -49,14 +53,14 @@ void DBusMenuExporter::setKeyNames(KeyNames keyNames) {
 
 void DBusMenuExporter::makeRows() {
     const QList<DBusMenuItem> oldRows = std::exchange(m_rows, dbusMenuRows(m_menu, m_keyNames));
-    if (haveSameLayout(oldRows, m_rows)) {
-        announceTexts(oldRows);
-    } else {
+    if (oldRows.isEmpty()) {
         Q_EMIT LayoutUpdated(++m_revision, rootId);
+    } else {
+        announceChanges(oldRows);
     }
 }
 
-void DBusMenuExporter::announceTexts(const QList<DBusMenuItem>& oldRows) {
+void DBusMenuExporter::announceChanges(const QList<DBusMenuItem>& oldRows) {
     QList<DBusMenuItem> updated;
     QList<DBusMenuItemKeys> removed;
     for (qsizetype index = 0; index < m_rows.size(); ++index) {
@@ -77,7 +81,8 @@ QString DBusMenuExporter::textDirection() const {
 }
 
 bool DBusMenuExporter::isKnown(int id) const {
-    return id == rootId || exportedItem(m_menu, id) != nullptr;
+    return id == rootId ||
+           std::any_of(m_rows.begin(), m_rows.end(), [id](const DBusMenuItem& row) { return row.id == id; });
 }
 
 QVariantMap DBusMenuExporter::propertiesOf(int id) const {
@@ -162,20 +167,22 @@ bool DBusMenuExporter::handle(int id, const QString& eventId) {
     if (!isKnown(id)) {
         return false;
     }
-    if (eventId == QStringLiteral("clicked") && id != rootId) {
-        choose(*exportedItem(m_menu, id));
+    const ExportedMenuItem* item = exportedItem(m_menu, id);
+    const bool isSameClick = id == m_lastChosen && !m_sinceLastChoice.hasExpired(sameClickMilliseconds);
+    if (eventId == QStringLiteral("clicked") && item != nullptr && item->isEnabled && !isSameClick) {
+        m_lastChosen = id;
+        m_sinceLastChoice.start();
+        choose(*item);
     }
     return true;
 }
 
 void DBusMenuExporter::choose(const ExportedMenuItem& item) {
-    if (!item.isEnabled) {
-        return;
-    }
     // Queued: the panel gets its reply first, and a handler is free to set a new menu.
     if (item.kind == ExportedMenuItem::Kind::showChart) {
-        QMetaObject::invokeMethod(
-            this, [this] { m_handlers.openMenu(std::nullopt); }, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(this, [this] { m_handlers.openMenu(std::nullopt); }, Qt::QueuedConnection);
+    } else if (item.kind == ExportedMenuItem::Kind::showWindow) {
+        QMetaObject::invokeMethod(this, [this] { m_handlers.showWindow(); }, Qt::QueuedConnection);
     } else if (item.command) {
         QMetaObject::invokeMethod(
             this, [this, command = *item.command] { m_handlers.choose(command); }, Qt::QueuedConnection);

@@ -6,6 +6,7 @@
 #include <QDBusAbstractAdaptor>
 #include <QDBusConnection>
 #include <QDBusMessage>
+#include <QElapsedTimer>
 
 namespace Varnel {
 
@@ -55,7 +56,7 @@ private:
     void choose(const ExportedMenuItem& item);
     void refuse(const QDBusMessage& message, int id);
     void makeRows();
-    void announceTexts(const QList<DBusMenuItem>& oldRows);
+    void announceChanges(const QList<DBusMenuItem>& oldRows);
 
     QDBusConnection m_connection;
     StatusItemHandlers m_handlers;
@@ -63,6 +64,8 @@ private:
     KeyNames m_keyNames = KeyNames::xServer;
     QList<DBusMenuItem> m_rows;
     uint m_revision = 1;
+    int m_lastChosen = 0;
+    QElapsedTimer m_sinceLastChoice;
 };
 
 } // namespace Varnel

@@ -1,5 +1,6 @@
 #include <VarnelStatusMenu/Linux/ExportedStatusItem.h>
 
+#include <VarnelShared/ActivationToken.h>
 #include <VarnelStatusMenu/Linux/DBusMenuExporter.h>
 
 #include <QDBusAbstractAdaptor>
@@ -56,6 +57,8 @@ public Q_SLOTS:
     void SecondaryActivate(int x, int y);
     void ContextMenu(int x, int y);
     void Scroll(int delta, const QString& orientation);
+    /// Plasma calls it before each of the above.
+    void ProvideXdgActivationToken(const QString& token);
 
 Q_SIGNALS:
     void NewTitle();
@@ -107,11 +110,14 @@ void StatusNotifierItemAdaptor::ContextMenu(int x, int y) {
 
 void StatusNotifierItemAdaptor::Scroll(int /*delta*/, const QString& /*orientation*/) {}
 
+void StatusNotifierItemAdaptor::ProvideXdgActivationToken(const QString& token) {
+    takeActivationToken(token);
+}
+
 void StatusNotifierItemAdaptor::openMenuSoon(QPoint at) {
     const std::optional<QPoint> item = at.isNull() ? std::nullopt : std::optional(at);
     // The panel gets its reply before the menu takes the pointer.
-    QMetaObject::invokeMethod(
-        this, [this, item] { m_openMenu(item); }, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(this, [this, item] { m_openMenu(item); }, Qt::QueuedConnection);
 }
 
 /// The item for panels that draw a label. A class of its own because a panel takes the mere presence of the label

@@ -1,5 +1,7 @@
 #include <VarnelStatusMenu/Linux/ItemWatcher.h>
 
+#include <VarnelShared/Logging.h>
+
 #include <QDBusConnectionInterface>
 #include <QDBusPendingCallWatcher>
 #include <QDBusServiceWatcher>
@@ -56,7 +58,17 @@ ItemWatcher::ItemWatcher(const QDBusConnection& connection, QObject* parent)
     }
     m_connection.connect({}, watcherPath, watcherName, QStringLiteral("StatusNotifierItemUnregistered"), this,
                          SLOT(onItemUnregistered(QString, QDBusMessage)));
+    // The bus itself ends only by accident, and is not made anew: QtDBus tells of it in this one way.
+    m_connection.connect({}, QStringLiteral("/org/freedesktop/DBus/Local"),
+                         QStringLiteral("org.freedesktop.DBus.Local"), QStringLiteral("Disconnected"), this,
+                         SLOT(onDisconnected()));
     askForOwner();
+}
+
+void ItemWatcher::onDisconnected() {
+    qCWarning(lcApp, "The session bus has gone");
+    m_owner.clear();
+    setAvailability(Availability::unavailable);
 }
 
 QDBusPendingCall ItemWatcher::registerItem() const {

@@ -13,7 +13,8 @@
 namespace Varnel {
 
 /// The service org.kde.StatusNotifierWatcher, where items register and panels learn of them: whether it is there with
-/// a panel behind it, and of which kind that panel is. Asks asynchronously, and again after each change.
+/// a panel behind it, and of which kind that panel is. Asks asynchronously, and again after each change. When the bus
+/// ends, there is none any more.
 class ItemWatcher final : public QObject {
     Q_OBJECT
 
@@ -46,6 +47,7 @@ Q_SIGNALS:
 
 private Q_SLOTS:
     void askForHost();
+    void onDisconnected();
     void onItemUnregistered(const QString& service, const QDBusMessage& message);
 
 private:

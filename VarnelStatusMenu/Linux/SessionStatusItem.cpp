@@ -54,7 +54,8 @@ StatusItemHandlers SessionStatusItem::handlers() {
                 if (m_commandHandler) {
                     m_commandHandler(command);
                 }
-            }};
+            },
+            [this] { showWindow(); }};
 }
 
 void SessionStatusItem::show(const StatusItemContent& content) {
@@ -66,6 +67,10 @@ void SessionStatusItem::show(const StatusItemContent& content) {
 
 void SessionStatusItem::setCommandHandler(std::function<void(StatusMenuCommand)> handler) {
     m_commandHandler = std::move(handler);
+}
+
+void SessionStatusItem::setOutputSource(std::weak_ptr<OutputSource> source) {
+    m_presenter.setOutputSource(std::move(source));
 }
 
 void SessionStatusItem::showWindow() {

@@ -26,6 +26,7 @@ public:
 
     void show(const StatusItemContent& content) override;
     void setCommandHandler(std::function<void(StatusMenuCommand)> handler) override;
+    void setOutputSource(std::weak_ptr<OutputSource> source) override;
     void showWindow() override;
 
 private:

@@ -3,7 +3,6 @@
 #include <QFontMetricsF>
 #include <QGuiApplication>
 #include <QPainter>
-#include <QPainterPath>
 
 #include <algorithm>
 #include <array>

@@ -186,6 +186,17 @@ TEST_F(ItemProtocolStatusItemTest, GivesUpAPanelThatNeverListsIt) {
     EXPECT_EQ(play(watcher, QStringLiteral("3s")).toStdString(), "2!");
 }
 
+TEST_F(ItemProtocolStatusItemTest, IsUnavailableOnceTheBusHasDied) {
+    FakeItemWatcher watcher(bus);
+    item.setShown(true);
+    ASSERT_TRUE(watcher.waitForItem());
+    int changes = 0;
+    item.setAvailabilityHandler([&changes] { ++changes; });
+    bus.end();
+    EXPECT_TRUE(becomes(Availability::unavailable));
+    EXPECT_GE(changes, 1);
+}
+
 TEST(ItemProtocolStatusItem, IsUnavailableAtOnceWithoutABus) {
     const QDBusConnection none(QStringLiteral("no such connection"));
     HandTurnedTime time;

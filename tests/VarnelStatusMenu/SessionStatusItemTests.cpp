@@ -2,7 +2,7 @@
 #include "../Support/HandTurnedTime.h"
 
 #include <VarnelStatusMenu/Linux/SessionStatusItem.h>
-#include <VarnelStatusMenu/Menu/StatusMenuWindow.h>
+#include <VarnelStatusMenu/Window/OutputWindow.h>
 
 #include <gtest/gtest.h>
 
@@ -57,10 +57,10 @@ struct SessionStatusItemTest : testing::Test {
         item->show({QStringLiteral("1.00 kW"), {}, {}, {}});
     }
 
-    static StatusMenuWindow* window() {
+    static OutputWindow* window() {
         for (QWidget* widget : QApplication::topLevelWidgets()) {
             if (widget->isVisible() && widget->windowTitle() == QStringLiteral("1.00 kW")) {
-                return qobject_cast<StatusMenuWindow*>(widget);
+                return qobject_cast<OutputWindow*>(widget);
             }
         }
         return nullptr;

@@ -11,6 +11,7 @@ struct RecordingItem final : StatusItem {
         : shown(given) {}
     void show(const StatusItemContent& content) override { shown.push_back(content); }
     void setCommandHandler(std::function<void(StatusMenuCommand)> /*handler*/) override {}
+    void setOutputSource(std::weak_ptr<OutputSource> /*source*/) override {}
     void showWindow() override {}
 
     std::vector<StatusItemContent>& shown;

@@ -1,13 +1,15 @@
 #include <VarnelStatusMenu/Chart/OutputChartMenuView.h>
 #include <VarnelStatusMenu/Menu/MenuEntryView.h>
 #include <VarnelStatusMenu/Menu/StatusMenuPresenter.h>
-#include <VarnelStatusMenu/Menu/StatusMenuWindow.h>
 #include <VarnelStatusMenu/Menu/StatusPopup.h>
+#include <VarnelStatusMenu/Window/OutputWindow.h>
 
 #include <tests/Support/EventLoop.h>
 
+#include <QAccessible>
 #include <QApplication>
 #include <QKeyEvent>
+#include <QMap>
 #include <QMouseEvent>
 #include <QPointer>
 #include <QScreen>
@@ -66,6 +68,23 @@ QStringList rowsOf(const QWidget* window) {
     return rows;
 }
 
+/// The roles and names of what an assistive technology finds below it, in their order.
+QStringList treeBelow(QAccessibleInterface* parent) {
+    const QMap<QAccessible::Role, QString> roles{
+        {QAccessible::Graphic, QStringLiteral("graphic")},   {QAccessible::StaticText, QStringLiteral("text")},
+        {QAccessible::MenuItem, QStringLiteral("item")},     {QAccessible::Separator, QStringLiteral("separator")},
+        {QAccessible::Whitespace, QStringLiteral("filler")},
+    };
+    QStringList tree;
+    for (int index = 0; index < parent->childCount(); ++index) {
+        QAccessibleInterface* child = parent->child(index);
+        EXPECT_EQ(parent->indexOfChild(child), index);
+        EXPECT_EQ(child->parent(), parent);
+        tree << (roles.value(child->role()) + QLatin1Char(' ') + child->text(QAccessible::Name)).trimmed();
+    }
+    return tree;
+}
+
 class StatusMenuPresenterTest : public testing::Test {
 protected:
     StatusMenuPresenterTest() {
@@ -111,6 +130,9 @@ TEST_F(StatusMenuPresenterTest, KeysChooseOnceAfterThePopupHasClosed) {
         {"first entry that is enabled", {Qt::Key_Down, Qt::Key_Return}, {StatusMenuCommand::preferences}, false, false},
         {"second entry", {Qt::Key_Down, Qt::Key_Down, Qt::Key_Return}, {StatusMenuCommand::preferences}},
         {"from below", {Qt::Key_Up, Qt::Key_Return}, {StatusMenuCommand::signOut}},
+        {"Home", {Qt::Key_Up, Qt::Key_Home, Qt::Key_Return}, {StatusMenuCommand::refresh}},
+        {"Home, first disabled", {Qt::Key_Home, Qt::Key_Return}, {StatusMenuCommand::preferences}, false, false},
+        {"End", {Qt::Key_Down, Qt::Key_End, Qt::Key_Return}, {StatusMenuCommand::signOut}},
         {"Escape", {Qt::Key_Escape}, {}},
         {"without modifier", {Qt::Key_Comma}, {}, true},
     };
@@ -129,6 +151,36 @@ TEST_F(StatusMenuPresenterTest, KeysChooseOnceAfterThePopupHasClosed) {
             settle();
         }
     }
+}
+
+TEST_F(StatusMenuPresenterTest, OpenPopupIsAMenuInTheAccessibleTree) {
+    QAccessibleInterface* root = QAccessible::queryAccessibleInterface(qApp);
+    const int windows = root->childCount();
+    QAccessibleInterface* menu = QAccessible::queryAccessibleInterface(openPopup());
+    ASSERT_EQ(root->childCount(), windows + 1);
+    EXPECT_EQ(root->child(windows), menu);
+    EXPECT_EQ(root->indexOfChild(menu), windows);
+    EXPECT_EQ(menu->parent(), root);
+    EXPECT_EQ(menu->role(), QAccessible::PopupMenu);
+    EXPECT_EQ(treeBelow(menu).join(QLatin1Char('\n')).toStdString(),
+              "graphic Today's output\nseparator\ntext Current Output: 3.50 kW\ntext Daily Output: --\n"
+              "text Last Updated: --\nfiller\nseparator\nitem Refresh\nitem Settings…\nseparator\nitem Disconnect");
+    EXPECT_FALSE(menu->child(0)->text(QAccessible::Description).isEmpty());
+    QAccessibleInterface* refresh = menu->child(7);
+    EXPECT_FALSE(refresh->text(QAccessible::Accelerator).isEmpty());
+    refresh->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    settle();
+    EXPECT_EQ(chosen, Commands{StatusMenuCommand::refresh});
+    EXPECT_EQ(root->childCount(), windows);
+}
+
+TEST_F(StatusMenuPresenterTest, WindowTellsAssistiveTechnologiesTheSameMenu) {
+    presenter.showWindow();
+    QAccessibleInterface* window = QAccessible::queryAccessibleInterface(shown<OutputWindow>());
+    QAccessibleInterface* menu = window->child(0);
+    EXPECT_EQ(menu->role(), QAccessible::PopupMenu);
+    EXPECT_TRUE(treeBelow(menu).contains(QStringLiteral("item Settings…")));
+    EXPECT_TRUE(treeBelow(menu).contains(QStringLiteral("graphic Today's output")));
 }
 
 TEST_F(StatusMenuPresenterTest, OpenPopupStaysAsItIsAndIsFreedWhenItCloses) {
@@ -168,7 +220,7 @@ TEST_F(StatusMenuPresenterTest, ClickOnTheItemThatClosesThePopupDoesNotOpenItAga
 
 TEST_F(StatusMenuPresenterTest, WindowFollowsTheMenuAndKeepsTheFocusedCommand) {
     presenter.showWindow();
-    auto* window = shown<StatusMenuWindow>();
+    auto* window = shown<OutputWindow>();
     ASSERT_TRUE(window);
     press(window, {Qt::Key_Down, Qt::Key_Down});
     StatusItemContent next = connected(QStringLiteral("9 W"));
@@ -189,25 +241,25 @@ TEST_F(StatusMenuPresenterTest, WindowFollowsTheMenuAndKeepsTheFocusedCommand) {
 TEST_F(StatusMenuPresenterTest, KeysCloseTheWindow) {
     for (const QKeyCombination key : {QKeyCombination(Qt::Key_Escape), Qt::CTRL | Qt::Key_W}) {
         presenter.showWindow();
-        press(shown<StatusMenuWindow>(), {Qt::Key_Down, key});
+        press(shown<OutputWindow>(), {Qt::Key_Down, key});
         EXPECT_FALSE(presenter.isWindowOpen()) << key.key();
         settle();
     }
 }
 
 TEST_F(StatusMenuPresenterTest, PopupStandsBesideThePanelThatThePointerIsIn) {
-    const QRect screen = QGuiApplication::primaryScreen()->geometry();
+    const QRect wholeScreen = QGuiApplication::primaryScreen()->geometry();
     const struct {
         const char* panel;
         QMargins taken;
         QPoint pointer;
     } rows[] = {
-        {"bottom", {0, 0, 0, 40}, {screen.width() / 2, screen.height() - 10}},
-        {"left", {60, 0, 0, 0}, {20, screen.height() - 100}},
-        {"right", {0, 0, 60, 0}, {screen.width() - 20, 100}},
+        {"bottom", {0, 0, 0, 40}, {wholeScreen.width() / 2, wholeScreen.height() - 10}},
+        {"left", {60, 0, 0, 0}, {20, wholeScreen.height() - 100}},
+        {"right", {0, 0, 60, 0}, {wholeScreen.width() - 20, 100}},
     };
     for (const auto& [panel, taken, pointer] : rows) {
-        const QRect free = screen.marginsRemoved(taken);
+        const QRect free = wholeScreen.marginsRemoved(taken);
         StatusMenuPresenter placing([free](QPoint) { return free; });
         placing.setContent(connected());
         QCursor::setPos(pointer);

@@ -50,8 +50,8 @@ TEST(StatusMenu, ShowsChartErrorAndDisconnectWhenSignedIn) {
 }
 
 TEST(StatusMenu, CutsTheErrorAfter72CharactersAndKeepsTheWhole) {
-    const QString sun = QString::fromUtf8("☀️"); // two code units that are one character
-    const QString star = QString::fromUtf8("𝄞");     // a surrogate pair
+    const QString sun = QString::fromUtf8("☀️");  // two code units that are one character
+    const QString star = QString::fromUtf8("𝄞"); // a surrogate pair
     const struct {
         const char* name;
         QString line;
