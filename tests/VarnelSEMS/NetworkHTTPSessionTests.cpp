@@ -92,7 +92,6 @@ TEST(NetworkHTTPSession, EveryFaultEndsInItsError) {
          "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n2\r\n{}\r\n9\r\n{"},
         {"dripping body", Code::timedOut, "HTTP/1.1 200 OK\r\nContent-Length: 9999\r\n\r\n", "x"},
         {"endless headers", Code::timedOut, "HTTP/1.1 200 OK\r\n", "X-Header: x\r\n"},
-        {"endless body", Code::dataTooLarge, "HTTP/1.1 200 OK\r\n\r\n", QByteArray(2LL * 1024 * 1024, 'x')},
         {"bomb", Code::dataTooLarge, httpReply(200, bomb, "Content-Encoding: deflate\r\n")},
         {"bad compression", Code::unknown, httpReply(200, "nonsense", "Content-Encoding: gzip\r\n")},
     };
@@ -146,9 +145,7 @@ TEST(NetworkHTTPSession, LittleIsTakenOfWhatNeverEnds) {
             socket.write(row.begin);
             sendForEver(socket, row.piece, taken);
         });
-        HTTPRequest asked = request(server.url());
-        asked.timeout = std::chrono::seconds(30);
-        EXPECT_EQ(codeOf(sent(asked)), Code::dataTooLarge) << row.name;
+        EXPECT_EQ(codeOf(sent(request(server.url()))), Code::dataTooLarge) << row.name;
         EXPECT_LT(taken, qint64(32) << 20) << row.name;
     }
 }
