@@ -15,8 +15,8 @@ namespace Varnel {
 /// interval times 2, 4, 8 and, from the fourth failure on, 16; one success returns to the interval.
 ///
 /// Must be held by a `std::shared_ptr`. Timers and queued polls hold it weakly: once it is released, they do nothing.
-/// A poll in flight keeps it alive until its fetch has completed and its update handler was called. An exception that
-/// leaves a handler never ends the polling: one of the fetch is its outcome, as `URLError::Code::unknown`.
+/// A poll in flight keeps it alive until its fetch has completed and its update handler was called. A `std::exception`
+/// that leaves a handler never ends the polling: one of the fetch is its outcome, as `URLError::Code::unknown`.
 class PowerPollingService final : public std::enable_shared_from_this<PowerPollingService> {
 public:
     using FetchHandler = std::function<QCoro::Task<Result<PowerReading>>()>;

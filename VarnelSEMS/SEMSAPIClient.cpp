@@ -5,12 +5,20 @@
 #include <VarnelShared/Logging.h>
 #include <VarnelShared/URLError.h>
 
+#include <QCoroFuture>
+#include <QPromise>
+#include <QThreadPool>
+
 #include <algorithm>
 #include <utility>
 
 namespace Varnel {
 
 namespace {
+/// A larger one is parsed and searched on another thread: it would take longer than a person notices. The service's own
+/// are a tenth of this.
+constexpr qsizetype largestBodyReadAtOnce = 262'144;
+
 /// A path that the service asked to leave alone for a while may stand before one that does not exist.
 Error withRetryAfter(const Error& error, std::optional<std::chrono::seconds> retryAfter) {
     if (!isCase<SEMSAPIError::NetworkStatus>(error)) {
@@ -31,13 +39,25 @@ bool fitsTimeLimit(SEMSRequest& request, const AttemptRules& rules, Seconds elap
     return left.count() > 0;
 }
 
-Result<JSON> accepted(Result<JSON> reply, const AttemptRules& rules) {
-    if (reply && rules.accept) {
-        if (const auto verdict = rules.accept(*reply); !verdict) {
-            return failure(verdict.error());
-        }
-    }
-    return reply;
+/// What becomes of the body of a reply, all that takes time in proportion to its size.
+Result<void> readReply(const HTTPResponse& response, const SEMSRequest& request, const QStringList& secrets,
+                       Timestamp now, const ReplyReader& read) {
+    const auto reply = judgedReply(response, request, now);
+    return reply ? read(*reply, request) : failure(withoutSecrets(reply.error(), secrets));
+}
+
+/// On a thread of the application's pool. The call must stay valid until the future has finished.
+QFuture<void> runOnThread(std::function<void()> call) {
+    QPromise<void> promise;
+    promise.start();
+    QFuture<void> ended = promise.future();
+    // A shared pointer, since the pool copies what it runs and a promise cannot be copied.
+    const auto shared = std::make_shared<QPromise<void>>(std::move(promise));
+    QThreadPool::globalInstance()->start([shared, call = std::move(call)] {
+        call();
+        shared->finish();
+    });
+    return ended;
 }
 
 void logFailedAttempt(const SEMSRequest& request, const Error& error) {
@@ -55,9 +75,9 @@ std::optional<std::chrono::seconds> AttemptOutcome::retryAfter() const {
     return longest;
 }
 
-Result<JSON> AttemptOutcome::result() && {
-    if (reply) {
-        return std::move(*reply);
+Result<void> AttemptOutcome::result() const {
+    if (hasReply) {
+        return {};
     }
     const auto refused = std::find_if(failures.begin(), failures.end(), isCase<SEMSAPIError::AuthenticationFailed>);
     if (carriedSession && refused != failures.end()) {
@@ -73,7 +93,10 @@ SEMSAPIClient::SEMSAPIClient(QUrl baseURL, HTTPSession& session, const Clock& cl
     , m_endpoints(std::move(endpoints)) {}
 
 /// The only way to the network.
-QCoro::Task<Result<JSON>> SEMSAPIClient::requestJSON(SEMSRequest request) {
+QCoro::Task<Result<void>> SEMSAPIClient::requestJSON(SEMSRequest request, ReplyReader read) {
+    if (m_isStopped) {
+        co_return failure(URLError{URLError::Code::cancelled, {}});
+    }
     auto http = makeHTTPRequest(request);
     if (!http) {
         co_return failure(http.error());
@@ -83,11 +106,16 @@ QCoro::Task<Result<JSON>> SEMSAPIClient::requestJSON(SEMSRequest request) {
     if (!response) {
         co_return failure(response.error());
     }
-    auto reply = judgedReply(*response, request, m_clock.now());
-    if (!reply) {
-        co_return failure(withoutSecrets(reply.error(), secretsOf(request)));
+    const QStringList secrets = secretsOf(request, m_credentials);
+    const Timestamp now = m_clock.now();
+    if (response->body.size() <= largestBodyReadAtOnce) {
+        co_return readReply(*response, request, secrets, now, read);
     }
-    co_return reply;
+    Result<void> outcome;
+    const std::function<void()> call = [&] { outcome = readReply(*response, request, secrets, now, read); };
+    QFuture<void> ended = runOnThread(call);
+    co_await ended;
+    co_return outcome;
 }
 
 QCoro::Task<AttemptOutcome> SEMSAPIClient::tryInOrder(std::vector<SEMSRequest> requests, AttemptRules rules) {
@@ -98,10 +126,9 @@ QCoro::Task<AttemptOutcome> SEMSAPIClient::tryInOrder(std::vector<SEMSRequest> r
         if (!fitsTimeLimit(request, rules, m_clock.now() - begin)) {
             break;
         }
-        auto answered = co_await requestJSON(request);
-        auto reply = accepted(std::move(answered), rules);
+        const auto reply = co_await requestJSON(request, rules.read);
+        outcome.hasReply = reply.has_value();
         if (reply) {
-            outcome.reply = std::move(*reply);
             break;
         }
         logFailedAttempt(request, reply.error());

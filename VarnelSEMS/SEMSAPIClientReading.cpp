@@ -84,16 +84,22 @@ QCoro::Task<Result<PowerReading>> SEMSAPIClient::fetchCurrentPower(SEMSSession s
     if (!stationID) {
         co_return failure(stationID.error());
     }
-    auto outcome = co_await fetchMonitorDetail(session, *stationID);
-    const auto detail = std::move(outcome).result();
-    if (!detail) {
-        co_return failure(detail.error());
+    std::optional<double> todayOutputKWh;
+    Result<double> kilowatts = 0.0;
+    AttemptRules rules;
+    rules.read = [&todayOutputKWh, &kilowatts](const JSON& detail, const SEMSRequest& /*answered*/) {
+        todayOutputKWh = SEMSJSONSearch::extractTodayOutputKWh(detail);
+        kilowatts = SEMSJSONSearch::extractInstantPowerKW(detail);
+        return Result<void>();
+    };
+    const auto outcome = co_await fetchMonitorDetail(session, *stationID, std::move(rules));
+    const auto answered = outcome.result();
+    if (!answered) {
+        co_return failure(answered.error());
     }
-    auto todayOutputKWh = SEMSJSONSearch::extractTodayOutputKWh(*detail);
     if (!todayOutputKWh) {
         todayOutputKWh = co_await fetchTodayOutput(session, *stationID);
     }
-    const auto kilowatts = SEMSJSONSearch::extractInstantPowerKW(*detail);
     if (!kilowatts) {
         co_return failure(kilowatts.error());
     }
@@ -110,20 +116,21 @@ QCoro::Task<Result<QString>> SEMSAPIClient::settledStationID(SEMSSession session
     co_return station.map([](const PowerStation& found) { return found.id; });
 }
 
-QCoro::Task<AttemptOutcome> SEMSAPIClient::fetchMonitorDetail(const SEMSSession& session, const QString& stationID) {
+QCoro::Task<AttemptOutcome> SEMSAPIClient::fetchMonitorDetail(const SEMSSession& session, const QString& stationID,
+                                                              AttemptRules rules) {
     switch (session.authMode) {
     case SEMSAuthMode::openAPI:
-        return fetchCurrentPowerOpenAPI(session, stationID);
+        return fetchCurrentPowerOpenAPI(session, stationID, std::move(rules));
     case SEMSAuthMode::legacyPortal:
         break;
     }
-    return fetchCurrentPowerLegacy(session, stationID);
+    return fetchCurrentPowerLegacy(session, stationID, std::move(rules));
 }
 
 /// The identifier goes into the first two paths as it is; one that makes no address there fails those two alone, with
 /// `invalidConfiguration`.
 QCoro::Task<AttemptOutcome> SEMSAPIClient::fetchCurrentPowerOpenAPI(const SEMSSession& session,
-                                                                    const QString& stationID) {
+                                                                    const QString& stationID, AttemptRules rules) {
     const QString inQuery = QString::fromLatin1(QUrl::toPercentEncoding(stationID));
     SEMSRequest request;
     request.baseURL = session.apiBaseURL;
@@ -134,13 +141,13 @@ QCoro::Task<AttemptOutcome> SEMSAPIClient::fetchCurrentPowerOpenAPI(const SEMSSe
                                    QStringLiteral("/api/OpenApi/GetPowerStationMonitorDetail/") + stationID,
                                    QStringLiteral("/api/v1/OpenApi/GetPowerStationMonitorDetail?id=") + inQuery,
                                    QStringLiteral("/api/OpenApi/GetPowerStationMonitorDetail?id=") + inQuery}),
-        AttemptRules());
+        std::move(rules));
 }
 
 /// The form pass stands last in the list, so that its own error is the call's: an expired session then shows as
 /// `authenticationFailed` and is renewed.
-QCoro::Task<AttemptOutcome> SEMSAPIClient::fetchCurrentPowerLegacy(const SEMSSession& session,
-                                                                   const QString& stationID) {
+QCoro::Task<AttemptOutcome> SEMSAPIClient::fetchCurrentPowerLegacy(const SEMSSession& session, const QString& stationID,
+                                                                   AttemptRules rules) {
     SEMSRequest request;
     request.baseURL = session.apiBaseURL;
     request.authSession = session;
@@ -153,7 +160,7 @@ QCoro::Task<AttemptOutcome> SEMSAPIClient::fetchCurrentPowerLegacy(const SEMSSes
     SEMSRequest asForm = requests.front();
     asForm.encoding = BodyEncoding::form;
     requests.push_back(asForm);
-    return tryInOrder(std::move(requests), AttemptRules());
+    return tryInOrder(std::move(requests), std::move(rules));
 }
 
 /// The JSON form of every path, then, when all of those failed, the query form of every path.
@@ -185,34 +192,38 @@ QCoro::Task<AttemptOutcome> SEMSAPIClient::fetchTodayDayEndpointResponse(const S
 
 QCoro::Task<std::optional<double>> SEMSAPIClient::fetchTodayOutput(SEMSSession session, QString stationID) {
     const QDate day = m_clock.now().toDateTime().date();
+    std::optional<double> todayOutputKWh;
     AttemptRules rules;
-    auto outcome = co_await fetchTodayDayEndpointResponse(session, stationID, 1, std::move(rules));
-    const auto reply = std::move(outcome).result();
-    if (!reply) {
+    rules.read = [&todayOutputKWh, day](const JSON& reply, const SEMSRequest& /*answered*/) {
+        todayOutputKWh = SEMSJSONSearch::extractDayOutputKWh(reply, day);
+        return Result<void>();
+    };
+    const auto outcome = co_await fetchTodayDayEndpointResponse(session, stationID, 1, std::move(rules));
+    const auto answered = outcome.result();
+    if (!answered) {
         qCDebug(lcSEMSAPI, "Today output fallback request failed: %s",
-                qUtf8Printable(reply.error().localizedDescription()));
-        co_return std::nullopt;
+                qUtf8Printable(answered.error().localizedDescription()));
     }
-    co_return SEMSJSONSearch::extractDayOutputKWh(*reply, day);
+    co_return todayOutputKWh;
 }
 
 /// Some day endpoints answer with the day's energy alone, so an answer without a curve is passed over.
-QCoro::Task<Result<std::optional<std::vector<double>>>> SEMSAPIClient::fetchTodayOutputSeries(SEMSSession session,
-                                                                                              QString stationID) {
+QCoro::Task<Result<std::optional<SEMSDaySeries>>> SEMSAPIClient::fetchTodayOutputSeries(SEMSSession session,
+                                                                                        QString stationID) {
     const auto self = shared_from_this();
-    std::optional<std::vector<double>> series;
+    std::optional<SEMSDaySeries> series;
     bool hasAnswer = false;
     AttemptRules rules;
-    rules.accept = [&series, &hasAnswer](const JSON& reply) -> Result<void> {
+    rules.read = [&series, &hasAnswer](const JSON& reply, const SEMSRequest& /*answered*/) -> Result<void> {
         hasAnswer = true;
-        series = SEMSJSONSearch::extractTodayPowerSeriesKW(reply);
+        series = SEMSJSONSearch::extractTodayPowerSeries(reply);
         return series ? Result<void>() : failure(SEMSAPIError::invalidResponse());
     };
-    auto outcome = co_await fetchTodayDayEndpointResponse(session, stationID, samplesPerDay, std::move(rules));
+    const auto outcome = co_await fetchTodayDayEndpointResponse(session, stationID, samplesPerDay, std::move(rules));
     if (hasAnswer) {
         co_return series;
     }
-    co_return failure(std::move(outcome).result().error());
+    co_return failure(outcome.result().error());
 }
 
 } // namespace Varnel

@@ -1,5 +1,7 @@
 #include <VarnelSEMS/SEMSAPIClient.h>
 
+#include <VarnelSEMS/SEMSRedaction.h>
+
 #include <algorithm>
 #include <utility>
 
@@ -20,12 +22,21 @@ std::vector<SEMSRequest> openAPISignInRequests(const QUrl& base, const QString& 
                             {QStringLiteral("/api/v1/OpenApi/GetToken"), QStringLiteral("/api/OpenApi/GetToken")});
 }
 
+/// A token goes into a header as it is, and none of these may stand there.
+bool hasControlCharacter(const QString& token) {
+    return std::any_of(token.begin(), token.end(),
+                       [](QChar character) { return character.category() == QChar::Other_Control; });
+}
+
 Result<SEMSSession> openAPISession(const JSON& reply, const QUrl& base) {
     const auto token = SEMSJSONSearch::firstString(
         reply, {QStringLiteral("data.token"), QStringLiteral("token"), QStringLiteral("data.access_token"),
                 QStringLiteral("data.accessToken"), QStringLiteral("access_token"), QStringLiteral("accessToken")});
     if (!token || token->isEmpty()) {
         return failure(SEMSAPIError::authenticationFailed());
+    }
+    if (hasControlCharacter(*token)) {
+        return failure(SEMSAPIError::invalidResponse());
     }
     SEMSSession session;
     session.authMode = SEMSAuthMode::openAPI;
@@ -61,8 +72,8 @@ std::vector<SEMSRequest> portalSignInRequests(const std::vector<QUrl>& bases, co
 }
 
 /// The session of a portal reply. The token counts in "data" alone; whatever else "data" holds goes into the header
-/// of every later call. The base is left open.
-Result<SEMSSession> portalSession(const JSON& reply) {
+/// of every later call.
+Result<SEMSSession> portalSession(const JSON& reply, const QUrl& base) {
     if (!reply.is_object()) {
         return failure(SEMSAPIError::invalidResponse());
     }
@@ -80,6 +91,7 @@ Result<SEMSSession> portalSession(const JSON& reply) {
         SEMSJSONSearch::firstString(data, {QStringLiteral("uid"), QStringLiteral("user_id"), QStringLiteral("userId")});
     session.timestamp = SEMSJSONSearch::firstInt(data, {QStringLiteral("timestamp"), QStringLiteral("ts")});
     session.legacyTokenHeader = legacyTokenHeaderString(session.uid, session.timestamp, session.token, data);
+    session.apiBaseURL = resolveLegacyAPIBase(reply, base);
     return session;
 }
 
@@ -95,6 +107,11 @@ QStringList attemptLines(const std::vector<SEMSRequest>& requests, const std::ve
 
 QCoro::Task<Result<SEMSSession>> SEMSAPIClient::signIn(QString account, QString password) {
     const auto self = shared_from_this();
+    if (!isWebURL(m_configuredBaseURL)) {
+        // Else the portal's own candidates would be asked, and what is wrong with the address never said.
+        co_return failure(SEMSAPIError::invalidConfiguration(QStringLiteral("Invalid SEMS base URL.")));
+    }
+    m_credentials = secretsOf(openAPISignInRequests(m_configuredBaseURL, account, password).front());
     auto byToken = co_await signInOpenAPI(account, password);
     if (byToken) {
         co_return byToken;
@@ -115,11 +132,16 @@ QCoro::Task<Result<SEMSSession>> SEMSAPIClient::signIn(QString account, QString 
 
 QCoro::Task<Result<SEMSSession>> SEMSAPIClient::signInOpenAPI(QString account, QString password) {
     auto requests = openAPISignInRequests(m_configuredBaseURL, account, password);
+    Result<SEMSSession> session = failure(SEMSAPIError::invalidResponse());
     AttemptRules rules;
-    auto outcome = co_await tryInOrder(std::move(requests), std::move(rules));
-    const auto reply = std::move(outcome).result();
     // An answer without a token is the service's word on this account: the other path would say the same.
-    co_return reply.and_then([this](const JSON& json) { return openAPISession(json, m_configuredBaseURL); });
+    rules.read = [&session](const JSON& reply, const SEMSRequest& answered) {
+        session = openAPISession(reply, answered.baseURL);
+        return Result<void>();
+    };
+    const auto outcome = co_await tryInOrder(std::move(requests), std::move(rules));
+    const auto answered = outcome.result();
+    co_return answered ? session : failure(answered.error());
 }
 
 QCoro::Task<Result<SEMSSession>> SEMSAPIClient::signInLegacyPortal(QString account, QString password) {
@@ -127,19 +149,17 @@ QCoro::Task<Result<SEMSSession>> SEMSAPIClient::signInLegacyPortal(QString accou
     const auto requests = portalSignInRequests(bases, account, password);
     Result<SEMSSession> session = failure(SEMSAPIError::invalidResponse());
     AttemptRules rules;
-    rules.accept = [&session](const JSON& reply) {
-        session = portalSession(reply);
+    rules.read = [&session](const JSON& reply, const SEMSRequest& answered) {
+        session = portalSession(reply, answered.baseURL);
         return session.map([](const SEMSSession&) {});
     };
     const auto outcome = co_await tryInOrder(requests, std::move(rules));
-    if (!outcome.reply) {
+    if (!outcome.hasReply) {
         SEMSAPIError::AllSignInStrategiesFailed failed{attemptLines(requests, outcome.failures)};
         failed.wasJudged = !std::all_of(outcome.failures.begin(), outcome.failures.end(), isTransient);
         failed.retryAfter = outcome.retryAfter();
         co_return failure(SEMSAPIError{failed});
     }
-    const SEMSRequest& answered = requests[outcome.failures.size()];
-    session->apiBaseURL = resolveLegacyAPIBase(*outcome.reply, answered.baseURL);
     co_return session;
 }
 

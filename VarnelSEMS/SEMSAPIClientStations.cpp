@@ -73,13 +73,17 @@ QCoro::Task<Result<std::vector<PowerStation>>> SEMSAPIClient::fetchPowerStations
 
 /// The first answer decides, also one without a station: the other paths read the same account.
 QCoro::Task<Result<std::vector<PowerStation>>> SEMSAPIClient::stationsOfFirstReply(std::vector<SEMSRequest> requests) {
+    std::vector<PowerStation> stations;
     AttemptRules rules;
-    auto outcome = co_await tryInOrder(std::move(requests), std::move(rules));
-    const auto reply = std::move(outcome).result();
-    if (!reply) {
-        co_return failure(reply.error());
+    rules.read = [&stations](const JSON& reply, const SEMSRequest& /*answered*/) {
+        stations = SEMSJSONSearch::extractStations(reply);
+        return Result<void>();
+    };
+    const auto outcome = co_await tryInOrder(std::move(requests), std::move(rules));
+    const auto answered = outcome.result();
+    if (!answered) {
+        co_return failure(answered.error());
     }
-    auto stations = SEMSJSONSearch::extractStations(*reply);
     if (stations.empty()) {
         co_return failure(SEMSAPIError::noPowerStation());
     }

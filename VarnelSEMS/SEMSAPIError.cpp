@@ -3,30 +3,37 @@
 #include <VarnelShared/JSON.h>
 #include <VarnelShared/URLError.h>
 
+#include <QCoreApplication>
+
 namespace Varnel {
 
 namespace {
 struct Description {
     QString operator()(const SEMSAPIError::InvalidConfiguration& error) const { return error.message; }
     QString operator()(const SEMSAPIError::NetworkStatus& error) const {
-        const QString status = QStringLiteral("SEMS API returned HTTP ") + QString::number(error.statusCode);
-        return error.body.isEmpty() ? status + QLatin1Char('.') : status + QLatin1String(": ") + error.body;
+        const QString status = QString::number(error.statusCode);
+        return error.body.isEmpty()
+                   ? QCoreApplication::translate("SEMSAPIError", "SEMS API returned HTTP %1.").arg(status)
+                   : QCoreApplication::translate("SEMSAPIError", "SEMS API returned HTTP %1: %2")
+                         .arg(status, error.body);
     }
     QString operator()(const SEMSAPIError::API& error) const { return error.message; }
     QString operator()(const SEMSAPIError::AllSignInStrategiesFailed& error) const {
-        return QStringLiteral("Sign in failed. ") + error.lines.join(QLatin1String(" | "));
+        return QCoreApplication::translate("SEMSAPIError", "Sign in failed. %1")
+            .arg(error.lines.join(QLatin1String(" | ")));
     }
     QString operator()(const SEMSAPIError::InvalidResponse& /*error*/) const {
-        return QStringLiteral("Unexpected response from SEMS API.");
+        return QCoreApplication::translate("SEMSAPIError", "Unexpected response from SEMS API.");
     }
     QString operator()(const SEMSAPIError::AuthenticationFailed& /*error*/) const {
-        return QStringLiteral("Authentication failed. Check account/password and endpoint region.");
+        return QCoreApplication::translate("SEMSAPIError",
+                                           "Authentication failed. Check account/password and endpoint region.");
     }
     QString operator()(const SEMSAPIError::NoPowerStation& /*error*/) const {
-        return QStringLiteral("No power station found for this account.");
+        return QCoreApplication::translate("SEMSAPIError", "No power station found for this account.");
     }
     QString operator()(const SEMSAPIError::NoInstantPower& /*error*/) const {
-        return QStringLiteral("Could not find instantaneous power in SEMS response.");
+        return QCoreApplication::translate("SEMSAPIError", "Could not find instantaneous power in SEMS response.");
     }
 };
 } // namespace

@@ -36,15 +36,6 @@ std::string firstNumberText(std::string_view text) {
     return isNegative ? '-' + number : number;
 }
 
-std::optional<std::int64_t> wholeNumber(double number) {
-    // Both limits are exact in a double; the upper one is the first that does not fit.
-    constexpr double limit = 9223372036854775808.0;
-    if (number < -limit || number >= limit || std::trunc(number) != number) {
-        return std::nullopt;
-    }
-    return static_cast<std::int64_t>(number);
-}
-
 QString shortestText(double number) {
     if (std::trunc(number) == number && std::abs(number) <= exactIntegerLimit) {
         return QString::number(static_cast<qint64>(number));
@@ -82,11 +73,8 @@ std::optional<SEMSNumber> coerceToDouble(const JSON& value) {
 }
 
 std::optional<std::int64_t> coerceToInt(const JSON& value) {
-    if (value.is_number_integer()) {
+    if (value.is_number()) {
         return integerOf(value);
-    }
-    if (value.is_number_float()) {
-        return wholeNumber(value.get<double>());
     }
     bool isInteger = false;
     const qint64 number = trimmed(textOf(value)).toLongLong(&isInteger);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <VarnelSEMS/SEMSPowerSeries.h>
 #include <VarnelShared/JSON.h>
 #include <VarnelShared/Result.h>
 
@@ -38,8 +39,11 @@ public:
     /// generation, else the entry of that day in a list of days. None when there is none of these.
     static std::optional<double> extractDayOutputKWh(const JSON& dayResponse, const QDate& day);
 
-    /// Today's power curve in kW, one value per sample in time order and none below 0; none when no candidate has
-    /// two values or more.
+    /// Today's power curve, one value per sample in time order and none below 0; none when no candidate has two values
+    /// or more.
+    static std::optional<SEMSDaySeries> extractTodayPowerSeries(const JSON& root);
+
+    /// The same, the values in kW alone.
     static std::optional<std::vector<double>> extractTodayPowerSeriesKW(const JSON& root);
 
     /// For each key in turn: the first member anywhere that has it, or for a key with "." what `value` finds. The first

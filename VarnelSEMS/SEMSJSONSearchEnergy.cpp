@@ -4,6 +4,7 @@
 #include <VarnelSEMS/SEMSJSONUnits.h>
 
 #include <array>
+#include <cmath>
 #include <string>
 #include <string_view>
 
@@ -17,6 +18,11 @@ constexpr std::array<std::string_view, 14> todayEnergyKeys = {
     "etoday",   "eday",        "todayenergy", "todayenergykwh", "todaygeneration", "daygeneration",     "dayenergy",
     "daypower", "dailyenergy", "todayyield",  "dailyyield",     "yieldtoday",      "todaypvgeneration", "todayoutput",
 };
+
+/// None beyond what a house can have.
+std::optional<double> plausible(double kilowattHours) {
+    return std::abs(kilowattHours) <= largestEnergyKWh ? std::optional(kilowattHours) : std::nullopt;
+}
 
 double normalizeTodayOutput(const NumberHit& hit) {
     const double value = hit.number.value;
@@ -48,7 +54,7 @@ std::optional<double> namedGenerationKWh(const JSON& object) {
     if (!number || !name || !textOf(*name).contains(QLatin1String("generation"), Qt::CaseInsensitive)) {
         return std::nullopt;
     }
-    return normalizeTodayOutput({*number, "value", &object});
+    return plausible(normalizeTodayOutput({*number, "value", &object}));
 }
 
 /// An entry of a list of days, {"d": "06/21/2025", "p": 16.0, "i": 3.84}, with "p" the day's energy.
@@ -62,7 +68,7 @@ std::optional<double> datedOutputKWh(const JSON& object, const QDate& day) {
     if (!number || !isTheDay) {
         return std::nullopt;
     }
-    return normalizeTodayOutput({*number, "p", &object});
+    return plausible(normalizeTodayOutput({*number, "p", &object}));
 }
 
 /// Outer objects before inner ones, in document order.
@@ -86,7 +92,8 @@ std::optional<double> firstDayEntryKWh(const JSON& tree, const QDate& day) {
 
 std::optional<double> SEMSJSONSearch::extractTodayOutputKWh(const JSON& root) {
     for (const std::string_view key : todayEnergyKeys) {
-        if (const std::optional<double> output = sumOf(firstNumberHits(root, key), normalizeTodayOutput)) {
+        if (const std::optional<double> output =
+                sumOf(firstNumberHits(root, key), largestEnergyKWh, normalizeTodayOutput)) {
             return output;
         }
     }

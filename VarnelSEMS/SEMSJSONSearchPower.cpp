@@ -173,7 +173,7 @@ Result<double> SEMSJSONSearch::extractInstantPowerKW(const JSON& root) {
     for (const std::string_view key : powerKeys) {
         PowerConversion conversion(root, key);
         const auto converted = [&conversion](const NumberHit& hit) { return conversion.kilowatts(hit); };
-        if (const std::optional<double> power = sumOf(firstNumberHits(root, key), converted)) {
+        if (const std::optional<double> power = sumOf(firstNumberHits(root, key), largestPowerKW, converted)) {
             return *power;
         }
     }

@@ -105,7 +105,7 @@ SEMSSeriesHint withUnit(SEMSSeriesHint hint, const QString& unit) {
 /// Keeps the best of the candidates that it is shown; of equals, the first.
 class SeriesChoice {
 public:
-    std::optional<std::vector<double>> take() { return std::move(m_best); }
+    std::optional<SEMSDaySeries> take() { return std::move(m_best); }
 
     void consider(const JSON& candidate, const SEMSSeriesHint& pathHint, const JSON* owner) {
         if (!pathHint.mayBePower()) {
@@ -120,13 +120,13 @@ public:
         }
         const int score = scoreSeries(series, hint) + historySeriesQualityScore(ownText(owner, "key"), unit);
         if (!m_best || score > m_bestScore) {
-            m_best = std::move(series.kilowatts);
+            m_best = static_cast<SEMSDaySeries&&>(series);
             m_bestScore = score;
         }
     }
 
 private:
-    std::optional<std::vector<double>> m_best;
+    std::optional<SEMSDaySeries> m_best;
     int m_bestScore = 0;
 };
 
@@ -151,11 +151,16 @@ void collectHits(JSON::value_t wanted, const JSON& tree, const SEMSSeriesHint& h
 }
 } // namespace
 
-std::optional<std::vector<double>> SEMSJSONSearch::extractTodayPowerSeriesKW(const JSON& root) {
+std::optional<SEMSDaySeries> SEMSJSONSearch::extractTodayPowerSeries(const JSON& root) {
     SeriesChoice choice;
     collectHits(JSON::value_t::array, root, {}, nullptr, choice);
     collectHits(JSON::value_t::object, root, {}, nullptr, choice);
     return choice.take();
+}
+
+std::optional<std::vector<double>> SEMSJSONSearch::extractTodayPowerSeriesKW(const JSON& root) {
+    std::optional<SEMSDaySeries> series = extractTodayPowerSeries(root);
+    return series ? std::optional(std::move(series->kilowatts)) : std::nullopt;
 }
 
 } // namespace Varnel

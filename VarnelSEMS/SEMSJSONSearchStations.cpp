@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <string>
 #include <string_view>
 
@@ -64,7 +65,8 @@ std::optional<double> ownCapacityKW(const JSON& object) {
     for (const std::string_view key : capacityKeys) {
         const JSON* found = ownValue(object, key);
         const std::optional<SEMSNumber> number = found ? coerceToDouble(*found) : std::nullopt;
-        if (const std::optional<double> capacity = number ? capacityKW(object, key, *number) : std::nullopt) {
+        const std::optional<double> capacity = number ? capacityKW(object, key, *number) : std::nullopt;
+        if (capacity && std::abs(*capacity) <= largestPowerKW) {
             return capacity;
         }
     }

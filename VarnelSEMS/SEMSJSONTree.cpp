@@ -11,22 +11,6 @@ char lower(char c) {
     return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }
 
-/// As `normalizedKey(key) == wanted`, without making the text: it runs once per member and key of every search. From
-/// the end, where keys that begin alike differ.
-bool matches(std::string_view key, std::string_view wanted) {
-    std::size_t left = wanted.size();
-    for (auto c = key.rbegin(); c != key.rend(); ++c) {
-        if (*c == '_') {
-            continue;
-        }
-        if (left == 0 || lower(*c) != wanted[left - 1]) {
-            return false;
-        }
-        --left;
-    }
-    return left == 0;
-}
-
 bool acceptsAll(const JSON& /*value*/) {
     return true;
 }
@@ -70,7 +54,7 @@ private:
             return; // which is nearly every member
         }
         for (std::size_t i = 0; i < m_keys.size(); ++i) {
-            if (m_found[i] == nullptr && matches(key, m_keys[i])) {
+            if (m_found[i] == nullptr && matchesKey(key, m_keys[i])) {
                 m_found[i] = &value;
                 --m_missing;
             }
@@ -135,8 +119,20 @@ void follow(const JSON& tree, std::span<const Step> steps, std::vector<const JSO
 }
 } // namespace
 
-bool matchesKey(std::string_view key, std::string_view normalizedKey) {
-    return matches(key, normalizedKey);
+/// As `normalizedKey(key) == wanted`, without making the text: it runs once per member and key of every search. From
+/// the end, where keys that begin alike differ.
+bool matchesKey(std::string_view key, std::string_view wanted) {
+    std::size_t left = wanted.size();
+    for (auto c = key.rbegin(); c != key.rend(); ++c) {
+        if (*c == '_') {
+            continue;
+        }
+        if (left == 0 || lower(*c) != wanted[left - 1]) {
+            return false;
+        }
+        --left;
+    }
+    return left == 0;
 }
 
 bool namesInverters(std::string_view key) {
@@ -158,7 +154,7 @@ std::string normalizedKey(std::string_view key) {
 SEMSJSONMember firstMember(const JSON& tree, std::string_view normalizedKey, bool (*accepts)(const JSON& value)) {
     if (const auto* object = tree.get_ptr<const JSON::object_t*>()) {
         for (const auto& [key, value] : *object) {
-            if (matches(key, normalizedKey) && accepts(value)) {
+            if (matchesKey(key, normalizedKey) && accepts(value)) {
                 return {&value, &tree};
             }
         }
@@ -211,7 +207,7 @@ std::vector<const JSON*> firstValues(const JSON& tree, std::span<const std::stri
 const JSON* ownValue(const JSON& object, std::string_view normalizedKey, bool (*accepts)(const JSON& value)) {
     if (const auto* members = object.get_ptr<const JSON::object_t*>()) {
         for (const auto& [key, value] : *members) {
-            if (matches(key, normalizedKey) && accepts(value)) {
+            if (matchesKey(key, normalizedKey) && accepts(value)) {
                 return &value;
             }
         }

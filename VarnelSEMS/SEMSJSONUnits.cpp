@@ -59,12 +59,18 @@ std::vector<NumberHit> firstNumberHits(const JSON& tree, std::string_view normal
     return hits;
 }
 
-std::optional<double> sumOf(const std::vector<NumberHit>& hits,
+std::optional<double> sumOf(const std::vector<NumberHit>& hits, double limit,
                             const std::function<std::optional<double>(const NumberHit&)>& converted) {
-    std::optional<double> sum = hits.empty() ? std::nullopt : converted(hits.front());
-    for (std::size_t i = 1; sum && i < hits.size(); ++i) {
-        const double more = *sum + converted(hits[i]).value_or(0);
-        sum = std::isfinite(more) ? more : *sum;
+    std::optional<double> sum;
+    for (const NumberHit& hit : hits) {
+        const std::optional<double> number = converted(hit);
+        const double more = sum.value_or(0) + number.value_or(0);
+        if (number && std::abs(*number) <= limit && std::abs(more) <= limit) {
+            sum = more;
+        }
+        if (!sum) {
+            break;
+        }
     }
     return sum;
 }

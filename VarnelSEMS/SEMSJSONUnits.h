@@ -2,6 +2,7 @@
 
 #include <VarnelSEMS/SEMSJSONCoercion.h>
 #include <VarnelShared/JSON.h>
+#include <VarnelShared/PowerReading.h>
 
 #include <QString>
 
@@ -12,6 +13,9 @@
 #include <vector>
 
 namespace Varnel {
+
+/// In kWh. No house has more: a number beyond it, in either direction, is passed over as no number at all.
+inline constexpr double largestEnergyKWh = 1e9;
 
 /// What a unit text of the service means for a power, spaces and "_" aside. "MW" counts as watts: the service writes
 /// it that way.
@@ -35,9 +39,9 @@ struct NumberHit {
 /// the same place. Empty when there is none.
 std::vector<NumberHit> firstNumberHits(const JSON& tree, std::string_view normalizedKey);
 
-/// The hits converted and added, since a station is the sum of its inverters; none when the first is not convertible.
-/// Another one that is not adds nothing, nor does one with which no double would hold the sum.
-std::optional<double> sumOf(const std::vector<NumberHit>& hits,
+/// The hits converted and added, since a station is the sum of its inverters; none when the first is not convertible
+/// or beyond the limit. Another one that is either adds nothing, nor does one with which the sum would be.
+std::optional<double> sumOf(const std::vector<NumberHit>& hits, double limit,
                             const std::function<std::optional<double>(const NumberHit&)>& converted);
 
 } // namespace Varnel

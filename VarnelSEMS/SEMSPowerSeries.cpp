@@ -2,12 +2,14 @@
 
 #include <VarnelSEMS/SEMSJSONCoercion.h>
 #include <VarnelSEMS/SEMSJSONTree.h>
+#include <VarnelSEMS/SEMSJSONUnits.h>
 #include <VarnelShared/Text.h>
 
 #include <QRegularExpression>
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <span>
 #include <string>
 #include <tuple>
@@ -116,23 +118,35 @@ std::optional<SEMSSeriesIndex> sampleIndex(const JSON& element) {
     return std::nullopt;
 }
 
-/// Without times the series is taken for a day that begins at midnight.
-std::size_t preDawnCount(const std::vector<Sample>& samples) {
-    const bool areTimed =
-        std::all_of(samples.begin(), samples.end(), [](const Sample& s) { return s.index && s.index->minuteOfDay; });
-    if (!areTimed) {
-        return samples.size() * earliestDawnMinute / (24UL * 60);
+std::vector<int> minutesOfDay(const std::vector<Sample>& samples) {
+    std::vector<int> minutes;
+    minutes.reserve(samples.size());
+    for (const Sample& sample : samples) {
+        if (!sample.index || !sample.index->minuteOfDay) {
+            return {};
+        }
+        minutes.push_back(*sample.index->minuteOfDay);
     }
-    const auto isPreDawn = [](const Sample& s) { return *s.index->minuteOfDay < earliestDawnMinute; };
-    return static_cast<std::size_t>(std::find_if_not(samples.begin(), samples.end(), isPreDawn) - samples.begin());
+    return minutes;
+}
+
+/// Without times the series is taken for a day that begins at midnight.
+std::size_t preDawnCount(const SEMSPowerSeries& series) {
+    const std::vector<int>& minutes = series.minutesOfDay;
+    if (minutes.empty()) {
+        return series.kilowatts.size() * earliestDawnMinute / (24UL * 60);
+    }
+    const auto isPreDawn = [](int minute) { return minute < earliestDawnMinute; };
+    return static_cast<std::size_t>(std::find_if_not(minutes.begin(), minutes.end(), isPreDawn) - minutes.begin());
 }
 
 /// What a number without a unit is divided by to give kW. What the hint says decides; where it says nothing, one such
 /// value above 100 means watts.
 double divisorWithoutUnit(const std::vector<Sample>& samples, const SEMSSeriesHint& hint) {
-    const bool isWatts = hint.meansWatts() || std::any_of(samples.begin(), samples.end(), [](const Sample& s) {
-                             return !s.number.ownUnit && s.number.value > 100;
-                         });
+    const bool isWatts =
+        hint.meansWatts() || std::any_of(samples.begin(), samples.end(), [](const Sample& s) {
+            return !s.number.ownUnit && s.number.value > 100 && s.number.value <= largestPowerKW * 1000;
+        });
     return isWatts && !hint.hasKilowattWord ? 1000 : 1;
 }
 
@@ -142,12 +156,17 @@ SEMSPowerSeries seriesOf(std::vector<Sample> samples, const SEMSSeriesHint& hint
     }
     SEMSPowerSeries series;
     const double divisor = divisorWithoutUnit(samples, hint);
+    const auto kilowattsOf = [divisor](const Sample& sample) {
+        return sample.number.value / (sample.number.ownUnit ? 1 : divisor);
+    };
+    std::erase_if(samples, [&](const Sample& sample) { return std::abs(kilowattsOf(sample)) > largestPowerKW; });
     for (const Sample& sample : samples) {
-        const double kilowatts = sample.number.value / (sample.number.ownUnit ? 1 : divisor);
+        const double kilowatts = kilowattsOf(sample);
         series.kilowatts.push_back(std::max(kilowatts, 0.0));
         series.negativeCount += kilowatts < 0 ? 1 : 0;
     }
-    series.preDawnCount = preDawnCount(samples);
+    series.minutesOfDay = minutesOfDay(samples);
+    series.preDawnCount = preDawnCount(series);
     return series;
 }
 } // namespace

@@ -11,6 +11,14 @@
 
 namespace Varnel {
 
+/// A day's power curve as the service tells it.
+struct SEMSDaySeries {
+    std::vector<double> kilowatts; ///< in time order, none below 0
+    std::vector<int> minutesOfDay; ///< one per value, where the service names the time of each; else empty
+
+    bool operator==(const SEMSDaySeries&) const = default;
+};
+
 /// What the key path of a candidate series says about it, as the words found anywhere along the path. No word
 /// contains a ".", so the path itself is never built: each member's name adds to the hint of its parent.
 struct SEMSSeriesHint {
@@ -31,15 +39,14 @@ struct SEMSSeriesHint {
 };
 
 /// A candidate for today's power curve, as extracted.
-struct SEMSPowerSeries {
-    std::vector<double> kilowatts; ///< in time order, none below 0
+struct SEMSPowerSeries : SEMSDaySeries {
     std::size_t negativeCount = 0; ///< the values that were below 0
     std::size_t preDawnCount = 0;  ///< how many of the first values lie before any dawn
 };
 
 /// The numbers, the numeric texts and the objects with a value member ("y", "value", "pac", "power") of an array, in
-/// the order of their times where all of them have one, in document order otherwise. Anything else, also a null, is
-/// a gap and left out.
+/// the order of their times where all of them have one, in document order otherwise. Anything else, also a null and a
+/// power beyond any house, is a gap and left out.
 SEMSPowerSeries numericSeriesFromArray(const JSON& array, const SEMSSeriesHint& hint);
 
 /// As `numericSeriesFromArray`, of the members whose names are times or indexes, in the order of these.

@@ -9,6 +9,9 @@ namespace Varnel {
 namespace {
 constexpr qsizetype shortestSecret = 4;
 
+/// In characters. What a person is shown of it is a line; a body may have millions.
+constexpr qsizetype longestMessage = 4000;
+
 /// As it is, as a form holds it, as a JSON text holds it (without the quotation marks around it), and as a page shows
 /// it, where the apostrophe has an escape of its own or none.
 void addInAllEncodings(QStringList& secrets, const QString& secret) {
@@ -26,11 +29,12 @@ void redact(QString& text, const QStringList& secrets) {
     for (const QString& secret : secrets) {
         text.replace(secret, QStringLiteral("[…]"), Qt::CaseInsensitive);
     }
+    text.truncate(longestMessage); // now: a secret that was cut in two would not be found
 }
 } // namespace
 
-QStringList secretsOf(const SEMSRequest& request) {
-    QStringList secrets;
+QStringList secretsOf(const SEMSRequest& request, const QStringList& more) {
+    QStringList secrets = more;
     if (request.authSession) {
         addInAllEncodings(secrets, request.authSession->legacyTokenHeader.value_or(QString()));
         addInAllEncodings(secrets, request.authSession->token);

@@ -2,7 +2,9 @@
 
 #include <VarnelSEMS/SEMSAPIError.h>
 #include <VarnelSEMS/SEMSJSONSearch.h>
+#include <VarnelShared/Logging.h>
 
+#include <QCoreApplication>
 #include <QDateTime>
 #include <QStringDecoder>
 
@@ -75,10 +77,10 @@ Result<void> validateEnvelope(const JSON& reply) {
     if (!reply.is_object()) {
         return {};
     }
-    const QString requestFailed = QStringLiteral("SEMS API request failed.");
+    const QString requestFailed = QCoreApplication::translate("SEMSAPIError", "SEMS API request failed.");
     const QStringList errorKeys{QStringLiteral("hasError"), QStringLiteral("error")};
     if (SEMSJSONSearch::firstBool(reply, errorKeys).value_or(false)) {
-        return envelopeFailure(reply, QStringLiteral("SEMS API error."));
+        return envelopeFailure(reply, QCoreApplication::translate("SEMSAPIError", "SEMS API error."));
     }
     const QStringList successKeys{QStringLiteral("success"), QStringLiteral("isSuccess")};
     if (!SEMSJSONSearch::firstBool(reply, successKeys).value_or(true)) {
@@ -104,11 +106,14 @@ Result<JSON> judgedReply(const HTTPResponse& response, const SEMSRequest& reques
                                                    mayAskToWait ? retryAfter(response, now) : std::nullopt));
     }
     auto reply = parseJSON(response.body);
-    if (reply) {
-        if (const auto valid = validateEnvelope(*reply); !valid) {
-            const bool isExpired = request.authSession && tellsExpiredSession(*reply);
-            return failure(isExpired ? Error(SEMSAPIError::authenticationFailed()) : valid.error());
-        }
+    if (!reply) {
+        qCDebug(lcSEMSAPI, "Reply is no JSON: %s", qUtf8Printable(reply.error().localizedDescription()));
+        return failure(JSONError{QStringLiteral("The answer could not be read. It may have come from the login page of "
+                                                "a network instead of the service.")});
+    }
+    if (const auto valid = validateEnvelope(*reply); !valid) {
+        const bool isExpired = request.authSession && tellsExpiredSession(*reply);
+        return failure(isExpired ? Error(SEMSAPIError::authenticationFailed()) : valid.error());
     }
     return reply;
 }

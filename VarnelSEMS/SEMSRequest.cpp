@@ -3,6 +3,7 @@
 #include <VarnelSEMS/SEMSAPIError.h>
 
 #include <QByteArrayList>
+#include <QCoreApplication>
 
 namespace Varnel {
 
@@ -93,7 +94,8 @@ Result<QUrl> joinedURL(const QString& path, const QUrl& baseURL) {
     }
     const auto url = webURL(text);
     if (!url) {
-        return failure(SEMSAPIError::invalidConfiguration(QStringLiteral("Invalid SEMS URL path %1.").arg(path)));
+        return failure(SEMSAPIError::invalidConfiguration(
+            QCoreApplication::translate("SEMSAPIError", "Invalid SEMS URL path %1.").arg(path)));
     }
     return *url;
 }

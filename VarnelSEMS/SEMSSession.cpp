@@ -16,7 +16,8 @@ QString legacyTokenHeaderString(const std::optional<QString>& uid, std::optional
             header[key] = value;
         }
     }
-    return QString::fromUtf8(serializedJSON(header));
+    // JSON lets this one control character stand as it is; a header must not hold any.
+    return QString::fromUtf8(serializedJSON(header)).replace(QChar(0x7f), QLatin1String("\\u007f"));
 }
 
 } // namespace Varnel

@@ -19,8 +19,8 @@ enum class ChartScaleMode { adaptive, fixed };
 template <>
 struct RawValueTable<ChartScaleMode> {
     static constexpr std::array cases = {
-        RawValueCase{ChartScaleMode::adaptive, "adaptive", "Adaptive"},
-        RawValueCase{ChartScaleMode::fixed, "fixed", "Fixed"},
+        RawValueCase{ChartScaleMode::adaptive, "adaptive", QT_TRANSLATE_NOOP("AppSettings", "Adaptive")},
+        RawValueCase{ChartScaleMode::fixed, "fixed", QT_TRANSLATE_NOOP("AppSettings", "Fixed")},
     };
 };
 
@@ -30,9 +30,9 @@ enum class IconAppearanceMode { automatic, light, dark };
 template <>
 struct RawValueTable<IconAppearanceMode> {
     static constexpr std::array cases = {
-        RawValueCase{IconAppearanceMode::automatic, "automatic", "Automatic"},
-        RawValueCase{IconAppearanceMode::light, "light", "Light"},
-        RawValueCase{IconAppearanceMode::dark, "dark", "Dark"},
+        RawValueCase{IconAppearanceMode::automatic, "automatic", QT_TRANSLATE_NOOP("AppSettings", "Automatic")},
+        RawValueCase{IconAppearanceMode::light, "light", QT_TRANSLATE_NOOP("AppSettings", "Light")},
+        RawValueCase{IconAppearanceMode::dark, "dark", QT_TRANSLATE_NOOP("AppSettings", "Dark")},
     };
 };
 

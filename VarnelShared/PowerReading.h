@@ -8,6 +8,9 @@
 
 namespace Varnel {
 
+/// In kW. No house has more: a number beyond it, in either direction, is passed over as no number at all.
+inline constexpr double largestPowerKW = 1e6;
+
 /// One successful reading of a power station.
 struct PowerReading {
     double kilowatts = 0;                 ///< current power in kW; slightly negative while the inverter stands by

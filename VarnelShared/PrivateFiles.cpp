@@ -1,5 +1,6 @@
 #include <VarnelShared/PrivateFiles.h>
 
+#include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
 #include <QSaveFile>
@@ -45,7 +46,8 @@ Result<std::optional<QByteArray>> readRegularFile(const QString& path, qint64 si
     }
     QFile file(path);
     if (!info.isFile() || info.size() > sizeLimit) {
-        return failure(FileError{QStringLiteral("It is no regular file of at most %1 bytes.").arg(sizeLimit)});
+        return failure(FileError{
+            QCoreApplication::translate("FileError", "It is no regular file of at most %1 bytes.").arg(sizeLimit)});
     }
     if (!file.open(QFile::ReadOnly)) {
         return failure(FileError{file.errorString()});

@@ -20,8 +20,8 @@ concept DescribedError = requires(const E& error) {
 class Error {
 public:
     template <DescribedError E>
-    requires(!std::same_as<std::remove_cvref_t<E>, Error>)
-        Error(E error) // NOLINT(google-explicit-constructor): an error is returned as itself
+        requires(!std::same_as<std::remove_cvref_t<E>, Error>)
+    Error(E error) // NOLINT(google-explicit-constructor): an error is returned as itself
         : m_held(std::make_shared<const Model<E>>(std::move(error))) {}
 
     QString localizedDescription() const { return m_held->description(); }

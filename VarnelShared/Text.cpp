@@ -1,6 +1,7 @@
 #include <VarnelShared/Text.h>
 
 #include <QLocale>
+#include <QRegularExpression>
 #include <QTextBoundaryFinder>
 
 namespace Varnel {
@@ -17,6 +18,15 @@ QString firstCharacters(const QString& text, int count) {
 
 QString kilowattsText(double kilowatts, const QLocale& locale) {
     return locale.toString(kilowatts, 'f', 2) + QStringLiteral(" kW");
+}
+
+QString kilowattHoursText(double kilowattHours, const QLocale& locale) {
+    return locale.toString(kilowattHours, 'f', 2) + QLatin1String(" kWh");
+}
+
+QString hoursAndMinutesFormat(const QLocale& locale) {
+    static const QRegularExpression seconds(QStringLiteral("[:.]s{1,2}"));
+    return locale.timeFormat(QLocale::ShortFormat).remove(seconds);
 }
 
 } // namespace Varnel

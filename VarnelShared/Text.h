@@ -18,4 +18,11 @@ QString firstCharacters(const QString& text, int count);
 /// A power as "1.23 kW": two decimals, in the number format of `locale`.
 QString kilowattsText(double kilowatts, const QLocale& locale);
 
+/// An energy as "3.50 kWh": two decimals, in the number format of `locale`.
+QString kilowattHoursText(double kilowattHours, const QLocale& locale);
+
+/// The short time format of `locale`, in its 12- or 24-hour convention and without the seconds that only the C locale
+/// has in it.
+QString hoursAndMinutesFormat(const QLocale& locale);
+
 } // namespace Varnel

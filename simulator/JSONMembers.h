@@ -146,7 +146,7 @@ struct Value<std::chrono::duration<Count, Period>> {
 };
 
 template <typename E>
-requires std::is_enum_v<E>
+    requires std::is_enum_v<E>
 struct Value<E> {
     static Result<void> assign(E& field, const JSON& value) {
         const std::optional<E> found = fromRawValue<E>(textOf(value));
@@ -176,9 +176,7 @@ struct Value<std::optional<T>> {
 };
 
 template <typename List>
-requires requires(List list) {
-    list.push_back(list.front());
-}
+    requires requires(List list) { list.push_back(list.front()); }
 struct Value<List> {
     static Result<void> assign(List& field, const JSON& value) {
         if (!value.is_array()) {

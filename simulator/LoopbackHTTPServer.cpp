@@ -2,6 +2,8 @@
 
 #include <QHttpServerRequest>
 #include <QMetaEnum>
+#include <QPointer>
+#include <QTcpServer>
 #include <QTcpSocket>
 #include <QTimer>
 
@@ -14,11 +16,35 @@ QByteArray nameOf(QHttpServerRequest::Method method) {
     return QByteArray(QMetaEnum::fromType<QHttpServerRequest::Method>().valueToKey(static_cast<int>(method))).toUpper();
 }
 
+using Connections = QList<QPointer<QTcpSocket>>;
+
+#if QT_VERSION < QT_VERSION_CHECK(6, 8, 0)
+auto headersOf(const QHttpServerRequest& request) {
+    return request.headers();
+}
+
+QTcpSocket* connectionOf(const QHttpServerRequest& /*request*/, QTcpSocket* socket, const Connections& /*all*/) {
+    return socket;
+}
+#else
+auto headersOf(const QHttpServerRequest& request) {
+    return request.headers().toListOfPairs();
+}
+
+QTcpSocket* connectionOf(const QHttpServerRequest& request, const QHttpServerResponder& /*responder*/,
+                         const Connections& all) {
+    const auto found = std::find_if(all.begin(), all.end(), [&](const auto& connection) {
+        return connection && connection->peerPort() == request.remotePort();
+    });
+    return found != all.end() ? found->data() : nullptr;
+}
+#endif
+
 ServiceRequest serviceRequest(const QHttpServerRequest& request) {
     ServiceRequest result;
     result.method = nameOf(request.method());
     result.target = request.url().toEncoded(QUrl::RemoveScheme | QUrl::RemoveAuthority | QUrl::RemoveFragment);
-    for (const auto& [name, value] : request.headers()) {
+    for (const auto& [name, value] : headersOf(request)) {
         result.headers.emplace_back(name, value);
     }
     result.body = request.body();
@@ -107,19 +133,44 @@ void ReplyTransmission::onBytesWritten() {
 }
 } // namespace
 
+/// Knows its connections, since the HTTP server of Qt 6.8 gives none away.
+class LoopbackTCPServer final : public QTcpServer {
+public:
+    const Connections& connections() const { return m_connections; }
+
+protected:
+    void incomingConnection(qintptr descriptor) override {
+        auto* connection = new QTcpSocket(this);
+        connection->setSocketDescriptor(descriptor);
+        m_connections.removeAll(nullptr);
+        m_connections += connection;
+        addPendingConnection(connection);
+    }
+
+private:
+    Connections m_connections;
+};
+
 LoopbackHTTPServer::LoopbackHTTPServer(Handler handler)
     : m_handler(std::move(handler)) {}
 
 quint16 LoopbackHTTPServer::listen(quint16 port) {
-    return QAbstractHttpServer::listen(QHostAddress(QHostAddress::LocalHost), port);
+    auto server = std::make_unique<LoopbackTCPServer>();
+    if (!server->listen(QHostAddress(QHostAddress::LocalHost), port)) {
+        return 0;
+    }
+    m_server = server.release();
+    m_server->setParent(this);
+    bind(m_server);
+    return m_server->serverPort();
 }
 
-bool LoopbackHTTPServer::handleRequest(const QHttpServerRequest& request, QTcpSocket* socket) {
-    m_handler(serviceRequest(request), socket);
+bool LoopbackHTTPServer::handleRequest(const QHttpServerRequest& request, RequestAnswerer answerer) {
+    m_handler(serviceRequest(request), connectionOf(request, answerer, m_server->connections()));
     return true;
 }
 
-void LoopbackHTTPServer::missingHandler(const QHttpServerRequest&, QTcpSocket*) {
+void LoopbackHTTPServer::missingHandler(const QHttpServerRequest& /*request*/, RequestAnswerer /*answerer*/) {
     // Never called: every request is handled.
 }
 

@@ -8,9 +8,18 @@
 #include <functional>
 #include <memory>
 
-class QTcpServer;
+class QTcpSocket;
 
 namespace Varnel::Simulator {
+
+class LoopbackTCPServer;
+
+// With a request comes its connection in Qt 6.4, what answers in its place in Qt 6.8.
+#if QT_VERSION < QT_VERSION_CHECK(6, 8, 0)
+using RequestAnswerer = QTcpSocket*;
+#else
+using RequestAnswerer = QHttpServerResponder&;
+#endif
 
 /// Takes HTTP requests on the loopback address, never beyond it, and leaves the answering to its handler, which gets
 /// the bare connection, so that replies can go wrong below HTTP too.
@@ -25,10 +34,11 @@ public:
     quint16 listen(quint16 port);
 
 private:
-    bool handleRequest(const QHttpServerRequest& request, QTcpSocket* socket) override;
-    void missingHandler(const QHttpServerRequest& request, QTcpSocket* socket) override;
+    bool handleRequest(const QHttpServerRequest& request, RequestAnswerer answerer) override;
+    void missingHandler(const QHttpServerRequest& request, RequestAnswerer answerer) override;
 
     Handler m_handler;
+    LoopbackTCPServer* m_server = nullptr; ///< a child
 };
 
 /// Sends a reply over a connection in the manner it asks for, from the event loop, as long as the connection lasts.

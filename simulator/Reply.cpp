@@ -51,7 +51,8 @@ const JSON& required(const std::string& name, const Scopes& scopes) {
 std::string filledText(std::string text, const Scopes& scopes) {
     for (auto begin = text.find("${"); begin != std::string::npos; begin = text.find("${", begin)) {
         const auto end = text.find('}', begin);
-        const JSON& value = required(text.substr(begin + 2, end - begin - 2), scopes);
+        const std::string name = text.substr(begin + 2, end - begin - 2);
+        const JSON& value = required(name, scopes);
         const std::string piece = value.is_string() ? value.get<std::string>() : value.dump();
         text.replace(begin, end - begin + 1, piece);
         begin += piece.size();
@@ -66,7 +67,8 @@ void addElements(JSON& array, JSON element, const Scopes& scopes) {
         array.push_back(filled(element, scopes));
         return;
     }
-    const JSON& items = required(element[eachKey].get<std::string>(), scopes);
+    const auto list = element[eachKey].get<std::string>();
+    const JSON& items = required(list, scopes);
     element.erase(eachKey);
     for (const JSON& item : items) {
         Scopes inner = scopes;

@@ -50,11 +50,11 @@ const int builtInStationCount = static_cast<int>(std::size(stationTable));
 
 std::vector<SimulatedStation> builtInStations(int count) {
     std::vector<SimulatedStation> stations;
-    std::transform(
-        std::begin(stationTable), std::begin(stationTable) + std::min(count, builtInStationCount),
-        std::back_inserter(stations), [](const BuiltInStation& entry) {
-            return SimulatedStation{QString::fromUtf8(entry.id), QString::fromUtf8(entry.name), entry.capacityKW};
-        });
+    std::transform(std::begin(stationTable), std::begin(stationTable) + std::min(count, builtInStationCount),
+                   std::back_inserter(stations), [](const BuiltInStation& entry) {
+                       return SimulatedStation{QString::fromUtf8(entry.id), QString::fromUtf8(entry.name),
+                                               entry.capacityKW};
+                   });
     return stations;
 }
 

@@ -1,5 +1,6 @@
 #include <VarnelSEMS/Linux/CurlReport.h>
 
+#include <QCoreApplication>
 #include <QNetworkInformation>
 #include <QNetworkInterface>
 
@@ -46,11 +47,12 @@ Code codeOf(const CurlReport& report) {
 /// None when the proxy has nothing to do with it.
 std::optional<QString> proxyFault(const CurlReport& report) {
     if (report.proxyStatus >= 300) {
-        return QStringLiteral("The proxy refuses to connect to the server (HTTP %1).").arg(report.proxyStatus);
+        return QCoreApplication::translate("URLError", "The proxy refuses to connect to the server (HTTP %1).")
+            .arg(report.proxyStatus);
     }
     const int noConnection[] = {5, 7, 97}; // its name, its address, its own protocol
     if (std::find(std::begin(noConnection), std::end(noConnection), report.exitCode) != std::end(noConnection)) {
-        return QStringLiteral("Could not connect to the proxy.");
+        return QCoreApplication::translate("URLError", "Could not connect to the proxy.");
     }
     return std::nullopt;
 }
@@ -115,7 +117,7 @@ NetworkState currentNetworkState() {
 URLError urlErrorFor(const CurlReport& report, const QNetworkProxy& proxy, NetworkState state) {
     constexpr int badEncoding = 61;
     if (report.exitCode == badEncoding) {
-        return {Code::unknown, QStringLiteral("The reply could not be decompressed.")};
+        return {Code::unknown, QCoreApplication::translate("URLError", "The reply could not be decompressed.")};
     }
     const Code code = codeOf(report);
     const bool isUnreachable = code == Code::cannotFindHost || code == Code::cannotConnectToHost;

@@ -3,6 +3,7 @@
 #include <VarnelSEMS/Linux/CurlReport.h>
 #include <VarnelSEMS/Linux/SystemProxies.h>
 
+#include <QCoreApplication>
 #include <QProcess>
 #include <QTimer>
 
@@ -97,7 +98,8 @@ void CurlTransfer::connectProcess() {
     });
     const auto onError = [this](QProcess::ProcessError error) {
         if (error == QProcess::FailedToStart) {
-            finish(URLError{URLError::Code::unknown, QStringLiteral("The program \"curl\" could not be started.")});
+            finish(URLError{URLError::Code::unknown,
+                            QCoreApplication::translate("URLError", "The program \"curl\" could not be started.")});
         }
     };
     connect(m_process.get(), &QProcess::errorOccurred, this, onError, Qt::QueuedConnection);

@@ -5,7 +5,6 @@
 
 #include <QDeadlineTimer>
 #include <QFutureWatcher>
-#include <QObject>
 
 #include <memory>
 #include <vector>

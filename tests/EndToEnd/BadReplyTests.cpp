@@ -6,6 +6,7 @@ namespace {
 class BadReplyEndToEnd : public EndToEndTest {};
 
 TEST_F(BadReplyEndToEnd, EndsInItsErrorWithinTheDeadline) {
+    const char* const unreadable = "The answer could not be read. It may have come from the login page of a network";
     const std::pair<FaultKind, const char*> rows[] = {
         {FaultKind::drip, "The request timed out."},
         {FaultKind::silence, "The request timed out."},
@@ -16,9 +17,9 @@ TEST_F(BadReplyEndToEnd, EndsInItsErrorWithinTheDeadline) {
         {FaultKind::emptyList, "Could not find instantaneous power in SEMS response."},
         {FaultKind::emptyData, "Could not find instantaneous power in SEMS response."},
         {FaultKind::wrongShape, "Could not find instantaneous power in SEMS response."},
-        {FaultKind::notJSON, "Parse error"},
-        {FaultKind::html, "Parse error"},
-        {FaultKind::tooDeep, "nested"},
+        {FaultKind::notJSON, unreadable},
+        {FaultKind::html, unreadable},
+        {FaultKind::tooDeep, unreadable},
     };
     mayOverlap = true;
     for (const SEMSAuthMode mode : {SEMSAuthMode::openAPI, SEMSAuthMode::legacyPortal}) {

@@ -92,15 +92,17 @@ TEST_F(ReadingEndToEnd, TheSeriesIsTheFirstCurveThatADayEndpointHolds) {
     constexpr std::size_t samplesUntilNoon = 12 * 12 + 1;
     for (const auto form : {Simulator::DayForm::samples, Simulator::DayForm::lines}) {
         simulator.behaviour().shape.dayForm = form;
-        const std::vector<double> curve = series().value().value();
-        ASSERT_EQ(curve.size(), samplesUntilNoon) << qPrintable(rawValue(form));
-        EXPECT_NEAR(curve.back(), Simulator::SunCurve::powerKW(8.2, QTime(12, 0)), 0.001);
-        EXPECT_EQ(curve.front(), 0);
+        const SEMSDaySeries curve = series().value().value();
+        ASSERT_EQ(curve.kilowatts.size(), samplesUntilNoon) << qPrintable(rawValue(form));
+        EXPECT_NEAR(curve.kilowatts.back(), Simulator::SunCurve::powerKW(8.2, QTime(12, 0)), 0.001);
+        EXPECT_EQ(curve.kilowatts.front(), 0);
+        ASSERT_EQ(curve.minutesOfDay.size(), samplesUntilNoon);
+        EXPECT_EQ(curve.minutesOfDay.back(), 12 * 60);
     }
     simulator.log().clear();
     simulator.behaviour().shape.dayForm = Simulator::DayForm::totals;
     answer(QStringLiteral("*v3*"), 200, QStringLiteral(R"({"data":{"pacs":[{"pac":0},{"pac":1500}]}})"));
-    EXPECT_EQ(series().value(), (std::vector<double>{0, 1.5}));
+    EXPECT_EQ(series().value(), (SEMSDaySeries{{0, 1.5}, {}}));
     EXPECT_EQ(asked().size(), 3U);
 
     simulator.behaviour().faults.clear();

@@ -1,6 +1,7 @@
 #include "EventLoop.h"
 
 #include <QCoreApplication>
+#include <QElapsedTimer>
 
 namespace Varnel::Testing {
 

@@ -2,8 +2,6 @@
 
 #include <QCoroTask>
 
-#include <QElapsedTimer>
-
 #include <functional>
 #include <optional>
 #include <utility>

@@ -35,8 +35,7 @@ std::unique_ptr<OneShotTimer> HandTurnedTime::schedule(Seconds delay, std::funct
 }
 
 void HandTurnedTime::fireOverdue() {
-    QMetaObject::invokeMethod(
-        QCoreApplication::instance(), [this] { advance(Seconds(0)); }, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(QCoreApplication::instance(), [this] { advance(Seconds(0)); }, Qt::QueuedConnection);
 }
 
 void HandTurnedTime::advance(Seconds duration) {

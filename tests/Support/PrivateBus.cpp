@@ -3,7 +3,6 @@
 #include "EventLoop.h"
 
 #include <QDBusPendingCall>
-#include <QDir>
 #include <QFile>
 
 namespace Varnel::Testing {
@@ -50,6 +49,10 @@ PrivateBus::~PrivateBus() {
     for (const QString& name : std::as_const(m_connections)) {
         QDBusConnection::disconnectFromBus(name);
     }
+    end();
+}
+
+void PrivateBus::end() {
     m_daemon.kill();
     m_daemon.waitForFinished();
 }

@@ -34,6 +34,9 @@ public:
     /// The bus could start `service` with `program` from now on; with an empty one it no longer can.
     void setStartable(const QString& service, const QString& program);
 
+    /// The bus dies, and what is connected with it is not told by anybody.
+    void end();
+
     /// False when five seconds have passed without it.
     bool waitForOwner(const QString& service, bool isOwned = true);
 

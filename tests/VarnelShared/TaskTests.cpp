@@ -1,6 +1,7 @@
 #include <VarnelShared/Task.h>
 
 #include "../Support/EventLoop.h"
+#include "../Support/Files.h"
 
 #include <gtest/gtest.h>
 
@@ -17,18 +18,15 @@ QCoro::Task<void> fail(std::shared_ptr<bool> hasRun) {
 }
 
 TEST(Task, RunsFromTheEventLoopAndLogsAnEscapingExceptionWithItsName) {
-    static QString logged;
-    const auto previous =
-        qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString& message) { logged += message; });
+    const Testing::RecordedLog log;
     const auto hasRun = std::make_shared<bool>(false);
     startTask("poll", [hasRun] { return fail(hasRun); });
     EXPECT_FALSE(*hasRun);
     EXPECT_EQ(hasRun.use_count(), 2) << "the captures are kept until then";
     Testing::settle();
-    qInstallMessageHandler(previous);
     EXPECT_TRUE(*hasRun);
     EXPECT_EQ(hasRun.use_count(), 1);
-    EXPECT_EQ(logged, QStringLiteral("Task poll ended with an exception: broken"));
+    EXPECT_EQ(log.lines, QStringList{QStringLiteral("Task poll ended with an exception: broken")});
 }
 
 } // namespace
