@@ -2,6 +2,7 @@
 
 #include <VarnelShared/Text.h>
 
+#include <QCoreApplication>
 #include <QUuid>
 
 #include <utility>
@@ -66,11 +67,14 @@ struct NotificationText {
 NotificationText textOf(ProductionNotificationEvent event) {
     switch (event) {
     case ProductionNotificationEvent::productionStarted:
-        return {"started", "Production Started", "Current output is %1."};
+        return {"started", QT_TRANSLATE_NOOP("Notifications", "Production Started"),
+                QT_TRANSLATE_NOOP("Notifications", "Current output is %1.")};
     case ProductionNotificationEvent::productionEnded:
-        return {"ended", "Production Ended", "Current output stayed below 0 W for 2 consecutive checks."};
+        return {"ended", QT_TRANSLATE_NOOP("Notifications", "Production Ended"),
+                QT_TRANSLATE_NOOP("Notifications", "Current output stayed below 0 W for 2 consecutive checks.")};
     case ProductionNotificationEvent::productionRiseAboveOneKilowatt:
-        return {"rise", "Production Above 1.00 kW", "Current output reached %1."};
+        return {"rise", QT_TRANSLATE_NOOP("Notifications", "Production Above 1.00 kW"),
+                QT_TRANSLATE_NOOP("Notifications", "Current output reached %1.")};
     }
     Q_UNREACHABLE();
 }
@@ -106,10 +110,11 @@ LocalNotificationService::Center LocalNotificationService::resolveCenterIfAvaila
 
 NotificationRequest LocalNotificationService::request(ProductionNotificationEvent event, double kilowatts) const {
     const NotificationText text = textOf(event);
-    return {QStringLiteral("varnel.%1.%2")
-                .arg(QLatin1String(text.identifierWord), QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper()),
-            QString::fromLatin1(text.title),
-            QString::fromLatin1(text.body).replace(QStringLiteral("%1"), formatPower(kilowatts))};
+    return {
+        QStringLiteral("varnel.%1.%2")
+            .arg(QLatin1String(text.identifierWord), QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper()),
+        QCoreApplication::translate("Notifications", text.title),
+        QCoreApplication::translate("Notifications", text.body).replace(QStringLiteral("%1"), formatPower(kilowatts))};
 }
 
 QString LocalNotificationService::formatPower(double kilowatts) const {

@@ -5,6 +5,7 @@
 #include <QString>
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 
 namespace Varnel {
@@ -44,7 +45,8 @@ enum class KeychainAccess {
 };
 
 /// The keychain of the desktop. A port. No operation but `unlock` asks the user anything: what would need the user ends
-/// in `keychainInteractionNotAllowed`. All others within one turn of the event loop together take no longer than 1.5 s.
+/// in `keychainInteractionNotAllowed`. All others within one turn of the event loop together take no longer than 1.5 s,
+/// unless they are run by `runPatiently`.
 class KeychainServices {
 public:
     KeychainServices() = default;
@@ -66,6 +68,11 @@ public:
     /// refused, nobody could be asked or no answer came in time. Blocks nothing; the task needs this object no more
     /// once it was given out.
     virtual QCoro::Task<bool> unlock(KeychainQuery query, KeychainAccess access) = 0;
+
+    /// Calls a function that uses the operations above, each of which may take twenty seconds then, and ends when it
+    /// has returned. Blocks nothing: a keychain that may be slow calls it on another thread. Everything that the
+    /// function uses must live until the task has ended or the keychain has.
+    virtual QCoro::Task<void> runPatiently(std::function<void()> function) = 0;
 };
 
 } // namespace Varnel

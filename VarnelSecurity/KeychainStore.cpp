@@ -1,5 +1,6 @@
 #include <VarnelSecurity/KeychainStore.h>
 
+#include <QCoreApplication>
 #include <QStringDecoder>
 #include <QStringEncoder>
 
@@ -25,11 +26,11 @@ std::optional<QString> decoded(const QByteArray& bytes) {
 QString KeychainError::localizedDescription() const {
     switch (kind) {
     case Kind::unexpectedStatus:
-        return QStringLiteral("Keychain operation failed with status %1.").arg(status);
+        return QCoreApplication::translate("KeychainError", "Keychain operation failed with status %1.").arg(status);
     case Kind::encodingFailed:
-        return QStringLiteral("Failed to encode value for Keychain.");
+        return QCoreApplication::translate("KeychainError", "Failed to encode value for Keychain.");
     case Kind::decodingFailed:
-        return QStringLiteral("Failed to decode value from Keychain.");
+        return QCoreApplication::translate("KeychainError", "Failed to decode value from Keychain.");
     }
     return {};
 }

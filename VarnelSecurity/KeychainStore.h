@@ -4,7 +4,9 @@
 
 #include <VarnelShared/Result.h>
 
+#include <functional>
 #include <optional>
+#include <utility>
 
 namespace Varnel {
 
@@ -48,6 +50,12 @@ public:
     /// Has the desktop ask the user to unlock the keychain, if what the access needs is locked. To be awaited before
     /// a secret is read, saved or deleted on the user's behalf; false counts as a failing read.
     QCoro::Task<bool> unlock(const QString& account, KeychainAccess access);
+
+    /// Calls a function that uses the operations above, for as long as the keychain needs, and blocks nothing: see
+    /// `KeychainServices::runPatiently`.
+    QCoro::Task<void> runPatiently(std::function<void()> function) {
+        return m_services.runPatiently(std::move(function));
+    }
 
 private:
     KeychainQuery query(const QString& account) const { return {m_service, account}; }

@@ -1,5 +1,7 @@
 #include <VarnelSettings/LaunchAtLoginManager.h>
 
+#include <QCoreApplication>
+
 #include <utility>
 
 namespace Varnel {
@@ -7,11 +9,12 @@ namespace Varnel {
 QString LaunchAtLoginError::localizedDescription() const {
     switch (kind) {
     case Kind::operationFailed:
-        return QStringLiteral("Launch at login update failed: ") + message;
+        return QCoreApplication::translate("LaunchAtLoginManager", "Launch at login update failed: %1").arg(message);
     case Kind::unsupportedOS:
-        return QStringLiteral("Launch at login requires macOS 13 or newer.");
+        return QCoreApplication::translate("LaunchAtLoginManager", "Launch at login requires macOS 13 or newer.");
     case Kind::notAppBundle:
-        return QStringLiteral("Launch at login requires running as a bundled app.");
+        return QCoreApplication::translate("LaunchAtLoginManager",
+                                           "Launch at login requires running as a bundled app.");
     }
     return {};
 }

@@ -3,6 +3,7 @@
 #include <VarnelShared/Logging.h>
 #include <VarnelShared/PrivateFiles.h>
 
+#include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
 
@@ -68,7 +69,8 @@ Result<void> UserDefaults::write() {
     }
     settings.sync();
     if (settings.status() != QSettings::NoError) {
-        return failure(FileError{QStringLiteral("The file %1 cannot be replaced.").arg(m_path)});
+        return failure(
+            FileError{QCoreApplication::translate("FileError", "The file %1 cannot be replaced.").arg(m_path)});
     }
     m_unsaved.clear();
     restrictToOwner(m_path);

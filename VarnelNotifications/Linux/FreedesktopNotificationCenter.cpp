@@ -1,5 +1,7 @@
 #include <VarnelNotifications/Linux/FreedesktopNotificationCenter.h>
 
+#include <VarnelShared/ActivationToken.h>
+
 #include <QCoroDBusPendingCall>
 #include <QCoroDBusPendingReply>
 #include <QDBusConnection>
@@ -72,6 +74,8 @@ FreedesktopNotificationCenter::FreedesktopNotificationCenter(NotificationSender 
     // Without a service name: to follow its owner, QtDBus would ask the bus for it and wait.
     QDBusConnection bus = QDBusConnection::sessionBus();
     bus.connect({}, serverPath, serverName, QStringLiteral("ActionInvoked"), this, SLOT(onActionInvoked(QDBusMessage)));
+    bus.connect({}, serverPath, serverName, QStringLiteral("ActivationToken"), this,
+                SLOT(onActivationToken(QDBusMessage)));
     bus.connect({}, serverPath, serverName, QStringLiteral("NotificationClosed"), this,
                 SLOT(onNotificationClosed(QDBusMessage)));
 }
@@ -114,6 +118,13 @@ void FreedesktopNotificationCenter::noteShown(const QDBusMessage& reply) {
 void FreedesktopNotificationCenter::onActionInvoked(const QDBusMessage& signal) {
     if (isOurs(signal) && signal.arguments().value(1).toString() == QStringLiteral("default") && m_activated) {
         m_activated();
+    }
+}
+
+/// Comes before the action that it is for.
+void FreedesktopNotificationCenter::onActivationToken(const QDBusMessage& signal) {
+    if (isOurs(signal)) {
+        takeActivationToken(signal.arguments().value(1).toString());
     }
 }
 

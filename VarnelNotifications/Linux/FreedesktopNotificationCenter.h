@@ -48,6 +48,7 @@ public:
 
 private Q_SLOTS:
     void onActionInvoked(const QDBusMessage& signal);
+    void onActivationToken(const QDBusMessage& signal);
     void onNotificationClosed(const QDBusMessage& signal);
 
 private:

@@ -1,6 +1,7 @@
 #include <VarnelSecurity/Linux/DesktopKeychain.h>
 
 #include <algorithm>
+#include <utility>
 
 namespace Varnel {
 
@@ -50,10 +51,7 @@ KeychainMatch DesktopKeychain::copyMatching(const KeychainQuery& query) {
 KeychainStatus DesktopKeychain::deleteMatching(const KeychainQuery& query) {
     const KeychainStatus kept = m_secretService.deleteMatching(query);
     const KeychainStatus filed = m_file.deleteMatching(query);
-    if (kept == keychainSuccess || kept == keychainItemNotFound) {
-        std::erase(m_heldByService, query);
-    }
-    const bool isOutOfReach = std::find(m_heldByService.begin(), m_heldByService.end(), query) != m_heldByService.end();
+    const bool isOutOfReach = isHeldByService(query, kept);
     if (kept == keychainNotAvailable && isOutOfReach) {
         return kept;
     }
@@ -64,12 +62,26 @@ KeychainStatus DesktopKeychain::deleteMatching(const KeychainQuery& query) {
     return kept == keychainSuccess && filed != keychainItemNotFound ? filed : kept;
 }
 
+/// Whether the item was seen there and has not been deleted since, by the status of a deletion.
+bool DesktopKeychain::isHeldByService(const KeychainQuery& query, KeychainStatus deletion) {
+    const std::lock_guard lock(m_heldMutex);
+    if (deletion == keychainSuccess || deletion == keychainItemNotFound) {
+        std::erase(m_heldByService, query);
+    }
+    return std::find(m_heldByService.begin(), m_heldByService.end(), query) != m_heldByService.end();
+}
+
 QCoro::Task<bool> DesktopKeychain::unlock(KeychainQuery query, KeychainAccess access) {
     const bool servedByFile = access == KeychainAccess::reading && m_file.copyMatching(query).status == keychainSuccess;
     return servedByFile ? m_file.unlock(query, access) : m_secretService.unlock(query, access);
 }
 
+QCoro::Task<void> DesktopKeychain::runPatiently(std::function<void()> function) {
+    return m_secretService.runPatiently(std::move(function));
+}
+
 void DesktopKeychain::noteHeldByService(const KeychainQuery& query) {
+    const std::lock_guard lock(m_heldMutex);
     std::erase(m_heldByService, query);
     m_heldByService.push_back(query);
 }

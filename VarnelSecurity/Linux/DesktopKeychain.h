@@ -2,6 +2,7 @@
 
 #include <VarnelSecurity/KeychainServices.h>
 
+#include <mutex>
 #include <vector>
 
 namespace Varnel {
@@ -18,13 +19,16 @@ public:
     KeychainMatch copyMatching(const KeychainQuery& query) override;
     KeychainStatus deleteMatching(const KeychainQuery& query) override;
     QCoro::Task<bool> unlock(KeychainQuery query, KeychainAccess access) override;
+    QCoro::Task<void> runPatiently(std::function<void()> function) override;
 
 private:
     KeychainStatus addToService(const KeychainQuery& query, const QByteArray& data);
     void noteHeldByService(const KeychainQuery& query);
+    bool isHeldByService(const KeychainQuery& query, KeychainStatus deletion);
 
     KeychainServices& m_secretService;
     KeychainServices& m_file;
+    std::mutex m_heldMutex;                     ///< operations may run on two threads
     std::vector<KeychainQuery> m_heldByService; ///< seen there by this object: a service that is gone keeps them
 };
 

@@ -4,6 +4,8 @@
 #include <VarnelShared/Logging.h>
 #include <VarnelShared/PrivateFiles.h>
 
+#include <utility>
+
 namespace Varnel {
 
 namespace {
@@ -20,11 +22,46 @@ std::optional<QString> textMember(const JSON& object, const char* key) {
 }
 } // namespace
 
+std::optional<KeychainItems> decodeKeychainItems(const QByteArray& content) {
+    const Result<JSON> parsed = parseJSON(content);
+    if (!parsed || !parsed->is_object() || !parsed->contains("items") || !parsed->at("items").is_array()) {
+        return std::nullopt;
+    }
+    KeychainItems items;
+    for (const JSON& item : parsed->at("items")) {
+        const auto service = textMember(item, "service");
+        const auto account = textMember(item, "account");
+        const auto data = textMember(item, "data");
+        const auto bytes =
+            QByteArray::fromBase64Encoding(data.value_or(QString()).toUtf8(), QByteArray::AbortOnBase64DecodingErrors);
+        if (!service || !account || !data || !bytes) {
+            return std::nullopt;
+        }
+        items[{*service, *account}] = *bytes;
+    }
+    return items;
+}
+
+QByteArray encodeKeychainItems(const KeychainItems& items) {
+    JSON list = JSON::array();
+    for (const auto& [key, data] : items) {
+        JSON item = JSON::object();
+        item["account"] = toUtf8(key.second);
+        item["data"] = data.toBase64().toStdString();
+        item["service"] = toUtf8(key.first);
+        list.push_back(std::move(item));
+    }
+    JSON root = JSON::object();
+    root["items"] = std::move(list);
+    return serializedJSON(root);
+}
+
 FileKeychain::FileKeychain(const QString& path)
     : m_path(path) {}
 
 KeychainStatus FileKeychain::add(const KeychainQuery& query, const QByteArray& data) {
-    Items items;
+    const std::lock_guard lock(m_mutex);
+    KeychainItems items;
     const bool isDamaged = load(items) != keychainSuccess;
     if (isDamaged && !keepAsDamaged(m_path)) {
         return keychainInputOutputError;
@@ -39,7 +76,8 @@ KeychainStatus FileKeychain::add(const KeychainQuery& query, const QByteArray& d
 }
 
 KeychainMatch FileKeychain::copyMatching(const KeychainQuery& query) {
-    Items items;
+    const std::lock_guard lock(m_mutex);
+    KeychainItems items;
     if (const KeychainStatus status = load(items); status != keychainSuccess) {
         return {status, {}};
     }
@@ -48,7 +86,8 @@ KeychainMatch FileKeychain::copyMatching(const KeychainQuery& query) {
 }
 
 KeychainStatus FileKeychain::deleteMatching(const KeychainQuery& query) {
-    Items items;
+    const std::lock_guard lock(m_mutex);
+    KeychainItems items;
     if (const KeychainStatus status = load(items); status != keychainSuccess) {
         return status;
     }
@@ -62,7 +101,12 @@ QCoro::Task<bool> FileKeychain::unlock(KeychainQuery /*query*/, KeychainAccess /
     co_return true;
 }
 
-KeychainStatus FileKeychain::load(Items& items) const {
+QCoro::Task<void> FileKeychain::runPatiently(std::function<void()> function) {
+    function();
+    co_return;
+}
+
+KeychainStatus FileKeychain::load(KeychainItems& items) const {
     restrictToOwner(m_path);
     const Result<std::optional<QByteArray>> content = readRegularFile(m_path, sizeLimit);
     if (!content) {
@@ -71,37 +115,13 @@ KeychainStatus FileKeychain::load(Items& items) const {
     if (!*content) {
         return keychainSuccess;
     }
-    const Result<JSON> parsed = parseJSON(**content);
-    if (!parsed || !parsed->is_object() || !parsed->contains("items") || !parsed->at("items").is_array()) {
-        return keychainDecodeError;
-    }
-    for (const JSON& item : parsed->at("items")) {
-        const auto service = textMember(item, "service");
-        const auto account = textMember(item, "account");
-        const auto data = textMember(item, "data");
-        const auto bytes =
-            QByteArray::fromBase64Encoding(data.value_or(QString()).toUtf8(), QByteArray::AbortOnBase64DecodingErrors);
-        if (!service || !account || !data || !bytes) {
-            items.clear();
-            return keychainDecodeError;
-        }
-        items[{*service, *account}] = *bytes;
-    }
-    return keychainSuccess;
+    std::optional<KeychainItems> decoded = decodeKeychainItems(**content);
+    items = std::move(decoded).value_or(KeychainItems());
+    return decoded ? keychainSuccess : keychainDecodeError;
 }
 
-KeychainStatus FileKeychain::write(const Items& items) const {
-    JSON list = JSON::array();
-    for (const auto& [key, data] : items) {
-        JSON item = JSON::object();
-        item["account"] = toUtf8(key.second);
-        item["data"] = data.toBase64().toStdString();
-        item["service"] = toUtf8(key.first);
-        list.push_back(std::move(item));
-    }
-    JSON root = JSON::object();
-    root["items"] = std::move(list);
-    return writeFileAtomically(m_path, serializedJSON(root)) ? keychainSuccess : keychainInputOutputError;
+KeychainStatus FileKeychain::write(const KeychainItems& items) const {
+    return writeFileAtomically(m_path, encodeKeychainItems(items)) ? keychainSuccess : keychainInputOutputError;
 }
 
 } // namespace Varnel

@@ -3,9 +3,18 @@
 #include <VarnelSecurity/KeychainServices.h>
 
 #include <map>
+#include <mutex>
+#include <optional>
 #include <utility>
 
 namespace Varnel {
+
+/// The data by service and account.
+using KeychainItems = std::map<std::pair<QString, QString>, QByteArray>;
+
+/// The items in the bytes of a password file; none where these are no such file.
+std::optional<KeychainItems> decodeKeychainItems(const QByteArray& content);
+QByteArray encodeKeychainItems(const KeychainItems& items);
 
 /// A keychain for desktops without a Secret Service: a JSON file that only its owner can read,
 /// `{"items":[{"account":…,"data":<base64>,"service":…}]}`. Never locked.
@@ -22,14 +31,14 @@ public:
     KeychainMatch copyMatching(const KeychainQuery& query) override;
     KeychainStatus deleteMatching(const KeychainQuery& query) override;
     QCoro::Task<bool> unlock(KeychainQuery query, KeychainAccess access) override;
+    QCoro::Task<void> runPatiently(std::function<void()> function) override;
 
 private:
-    using Items = std::map<std::pair<QString, QString>, QByteArray>; ///< data by service and account
-
-    KeychainStatus load(Items& items) const;
-    KeychainStatus write(const Items& items) const;
+    KeychainStatus load(KeychainItems& items) const;
+    KeychainStatus write(const KeychainItems& items) const;
 
     const QString m_path;
+    std::mutex m_mutex; ///< held by each operation: another may run on another thread
 };
 
 } // namespace Varnel

@@ -22,6 +22,9 @@ constexpr std::chrono::seconds startLimit(20);
 /// How long a service that did not answer is left alone.
 constexpr std::chrono::seconds restAfterSilence(10);
 
+/// Set on the threads of `runPatiently`: what ends the patience.
+thread_local std::stop_token patience;
+
 KeychainStatus checkNow(const KeychainQuery& query, KeychainAccess access) {
     const auto checked = callWithin(startLimit, [query, access](const std::stop_token& stop) {
         return SecretServiceCalls::check(stop, query, access);
@@ -70,6 +73,9 @@ KeychainStatus SecretServiceKeychain::deleteMatching(const KeychainQuery& query)
 template <typename Operation>
 auto SecretServiceKeychain::bounded(Operation operation)
     -> std::optional<std::invoke_result_t<Operation, std::stop_token>> {
+    if (patience.stop_possible()) { // this object's own state belongs to the main thread
+        return patience.stop_requested() ? std::nullopt : callWithin(startLimit, std::move(operation), patience);
+    }
     if (std::chrono::steady_clock::now() < m_restsUntil) {
         return std::nullopt;
     }
@@ -78,6 +84,28 @@ auto SecretServiceKeychain::bounded(Operation operation)
         m_restsUntil = std::chrono::steady_clock::now() + restAfterSilence;
     }
     return outcome;
+}
+
+QCoro::Task<void> SecretServiceKeychain::runPatiently(std::function<void()> function) {
+    QPromise<bool> promise;
+    promise.start();
+    const QFuture<bool> ended = promise.future();
+    m_restsUntil = {}; // the service gets another chance
+    std::erase_if(m_patient, [](const auto& call) { return call.second.isFinished(); });
+    std::jthread thread(
+        [promise = std::move(promise), function = std::move(function), stop = m_patience.get_token()]() mutable {
+            patience = stop;
+            function();
+            promise.addResult(true);
+            promise.finish();
+        });
+    m_patient.emplace_back(std::move(thread), ended);
+    co_await resultOf(ended);
+}
+
+void SecretServiceKeychain::endPatientCalls() {
+    m_patience.request_stop();
+    m_patient.clear(); // which waits for them
 }
 
 /// The pending one for the same, else a new one, which asks the user after whatever is pending.

@@ -2,6 +2,7 @@
 
 #include <VarnelSecurity/KeychainServices.h>
 
+#include <QFuture>
 #include <QObject>
 #include <QTimer>
 
@@ -17,10 +18,10 @@
 
 namespace Varnel {
 
-/// Runs the operation on a thread of its own and waits for it no longer than `limit`; none when it took longer. It
-/// is asked to stop then, but not waited for: it must own all that it uses.
+/// Runs the operation on a thread of its own and waits for it no longer than `limit`, nor once `wanted` is stopped;
+/// none when it took longer. It is asked to stop then, but not waited for: it must own all that it uses.
 template <typename Operation>
-auto callWithin(std::chrono::milliseconds limit, Operation operation)
+auto callWithin(std::chrono::milliseconds limit, Operation operation, const std::stop_token& wanted = {})
     -> std::optional<std::invoke_result_t<Operation, std::stop_token>> {
     using Outcome = std::invoke_result_t<Operation, std::stop_token>;
     std::stop_source stop;
@@ -28,11 +29,15 @@ auto callWithin(std::chrono::milliseconds limit, Operation operation)
         [operation = std::move(operation), token = stop.get_token()] { return operation(token); });
     std::future<Outcome> outcome = task.get_future();
     std::thread(std::move(task)).detach();
-    if (outcome.wait_for(limit) == std::future_status::ready) {
-        return outcome.get();
+    const auto end = std::chrono::steady_clock::now() + limit;
+    const std::chrono::milliseconds step = wanted.stop_possible() ? std::chrono::milliseconds(20) : limit;
+    while (outcome.wait_for(step) != std::future_status::ready) {
+        if (wanted.stop_requested() || std::chrono::steady_clock::now() >= end) {
+            stop.request_stop();
+            return std::nullopt;
+        }
     }
-    stop.request_stop();
-    return std::nullopt;
+    return outcome.get();
 }
 
 /// Such calls from the main thread, which together wait no longer than one limit within one turn of its event loop:
@@ -77,6 +82,7 @@ class SecretServiceKeychain final : public KeychainServices {
 public:
     /// `promptLimit` is the time that the user has to answer when asked to unlock.
     explicit SecretServiceKeychain(std::chrono::milliseconds promptLimit = std::chrono::minutes(2));
+    ~SecretServiceKeychain() override { endPatientCalls(); }
 
     KeychainStatus add(const KeychainQuery& query, const QByteArray& data) override;
     KeychainMatch copyMatching(const KeychainQuery& query) override;
@@ -88,6 +94,11 @@ public:
     /// a further call for the same then gets its answer, and one for something else that must ask too waits for it, so
     /// that the user is never asked twice at a time. A service that has yet to start is given time for it.
     QCoro::Task<bool> unlock(KeychainQuery query, KeychainAccess access) override;
+    QCoro::Task<void> runPatiently(std::function<void()> function) override;
+
+    /// Ends what `runPatiently` has begun, within a moment; its tasks never end then. To be called before anything that
+    /// those functions use is gone, at the latest by the destructor.
+    void endPatientCalls();
 
 private:
     struct Unlocking {
@@ -106,6 +117,8 @@ private:
     std::chrono::steady_clock::time_point m_restsUntil;
     CallsWithinTurn m_calls;
     std::vector<Unlocking> m_unlocking;
+    std::stop_source m_patience;
+    std::vector<std::pair<std::jthread, QFuture<bool>>> m_patient; ///< each with its end
 };
 
 } // namespace Varnel

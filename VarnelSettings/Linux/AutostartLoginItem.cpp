@@ -99,12 +99,14 @@ Result<void> AutostartLoginItem::unregisterItem() {
 }
 
 QByteArray AutostartLoginItem::entry() const {
-    const std::array<std::pair<const char*, QByteArray>, 10> values = {{
+    const std::array<std::pair<const char*, QByteArray>, 11> values = {{
         {G_KEY_FILE_DESKTOP_KEY_TYPE, G_KEY_FILE_DESKTOP_TYPE_APPLICATION},
         {G_KEY_FILE_DESKTOP_KEY_VERSION, "1.0"},
         {G_KEY_FILE_DESKTOP_KEY_NAME, "Varnel"},
         {G_KEY_FILE_DESKTOP_KEY_COMMENT, "Shows the current output of your solar station"},
         {G_KEY_FILE_DESKTOP_KEY_EXEC, quotedForExec(m_executable)},
+        // With it an entry that outlives the program is passed over in silence.
+        {G_KEY_FILE_DESKTOP_KEY_TRY_EXEC, QFile::encodeName(m_executable)},
         {G_KEY_FILE_DESKTOP_KEY_ICON, m_bundleIdentifier.toUtf8()},
         {G_KEY_FILE_DESKTOP_KEY_TERMINAL, "false"},
         {G_KEY_FILE_DESKTOP_KEY_CATEGORIES, "Utility;"},

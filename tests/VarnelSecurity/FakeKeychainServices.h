@@ -2,10 +2,15 @@
 
 #include <VarnelSecurity/KeychainServices.h>
 
+#include <QCoroFuture>
 #include <QMap>
+#include <QPromise>
 #include <QStringList>
 
+#include <functional>
+#include <memory>
 #include <utility>
+#include <vector>
 
 namespace Varnel::Testing {
 
@@ -41,10 +46,34 @@ public:
         co_return status == keychainSuccess;
     }
 
+    QCoro::Task<void> runPatiently(std::function<void()> function) override {
+        if (!isSlow) {
+            function();
+            co_return;
+        }
+        const auto promise = std::make_shared<QPromise<void>>();
+        promise->start();
+        slowCalls.push_back([function, promise] {
+            function();
+            promise->finish();
+        });
+        QFuture<void> answered = promise->future();
+        co_await answered;
+    }
+
+    /// Until then those who can wait do.
+    void answerSlowCalls() {
+        for (const auto& call : std::exchange(slowCalls, {})) {
+            call();
+        }
+    }
+
     QMap<std::pair<QString, QString>, std::optional<QByteArray>> items;
     KeychainStatus status = keychainSuccess; ///< of every operation; `unlock` succeeds with it alone
     KeychainStatus deleteStatus = keychainSuccess;
     bool isLocked = false; ///< until an `unlock` that succeeds
+    bool isSlow = false;
+    std::vector<std::function<void()>> slowCalls;
     QStringList calls;
 
 private:

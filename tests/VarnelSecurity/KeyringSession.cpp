@@ -42,6 +42,10 @@ void KeyringSession::suspendKeyring() {
     ::kill(static_cast<pid_t>(m_keyring.processId()), SIGSTOP);
 }
 
+void KeyringSession::resumeKeyring() {
+    ::kill(static_cast<pid_t>(m_keyring.processId()), SIGCONT);
+}
+
 void KeyringSession::setSecretServiceStartable(const QString& command) {
     const QString program = QStringLiteral("/bin/sh -c \"export HOME=%1 XDG_DATA_HOME=%2 XDG_RUNTIME_DIR=%1; %3\"");
     m_bus.setStartable(secretService.service,

@@ -21,6 +21,7 @@ public:
     bool wasUserAsked() const { return QFile::exists(path("asked")); }
     /// The keyring keeps its name on the bus and answers nothing.
     void suspendKeyring();
+    void resumeKeyring();
 
     /// The bus could start a Secret Service with this shell command now; with an empty one it no longer can.
     void setSecretServiceStartable(const QString& command);

@@ -69,21 +69,13 @@ TEST_F(SecretServiceKeychainTest, SharesItsItemsWithSecretTool) {
     EXPECT_FALSE(QFile::exists(path));
 }
 
-TEST_F(SecretServiceKeychainTest, TheFileServesUntilThereIsASecretService) {
+TEST_F(SecretServiceKeychainTest, TheFileServesUntilThereIsASecretServiceAndIsNewerThanThat) {
     ASSERT_TRUE(store.saveSecret(QStringLiteral("päss"), passwordItem.account));
     EXPECT_EQ(store.readSecret(passwordItem.account).value(), QStringLiteral("päss"));
     session.startKeyring();
+    storeFromOutside(passwordItem.service, "older");
     EXPECT_EQ(store.readSecret(passwordItem.account).value(), QStringLiteral("päss"));
     EXPECT_EQ(lookUpFromOutside(passwordItem.service), QStringLiteral("päss").toUtf8());
-    EXPECT_EQ(file.copyMatching(passwordItem).status, keychainItemNotFound);
-}
-
-TEST_F(SecretServiceKeychainTest, APasswordSavedWithoutAKeyringIsNewerThanTheOneInIt) {
-    ASSERT_TRUE(store.saveSecret(QStringLiteral("newer"), passwordItem.account));
-    session.startKeyring();
-    storeFromOutside(passwordItem.service, "older");
-    EXPECT_EQ(store.readSecret(passwordItem.account).value(), QStringLiteral("newer"));
-    EXPECT_EQ(lookUpFromOutside(passwordItem.service), "newer");
     EXPECT_EQ(file.copyMatching(passwordItem).status, keychainItemNotFound);
     ASSERT_TRUE(store.deleteSecret(passwordItem.account));
     EXPECT_EQ(store.readSecret(passwordItem.account).value(), std::nullopt);
@@ -107,8 +99,8 @@ TEST_F(SecretServiceKeychainTest, ADeletionThatDidNotHoldIsTold) {
         ASSERT_FALSE(deleted);
         EXPECT_EQ(*deleted.error().as<KeychainError>(), KeychainError::unexpectedStatus(status));
         session.stopKeyring();
-        Testing::await(store.unlock(
-            passwordItem.account, KeychainAccess::deleting)); // also gives a silent passwordItem.service another chance
+        // Also gives a silent service another chance.
+        Testing::await(store.unlock(passwordItem.account, KeychainAccess::deleting));
     }
 }
 
@@ -150,6 +142,43 @@ TEST_F(SecretServiceKeychainTest, EachUnlockGetsTheAnswerToItsOwnQuestion) {
     auto open = secretService.unlock({QStringLiteral("other"), passwordItem.account}, KeychainAccess::reading);
     EXPECT_FALSE(Testing::await(std::move(locked)));
     EXPECT_TRUE(Testing::await(std::move(open)));
+}
+
+TEST_F(SecretServiceKeychainTest, WhoCanWaitGetsTheAnswerOfASlowServiceWhileTheEventLoopGoesOn) {
+    session.startKeyring();
+    ASSERT_TRUE(store.saveSecret(QStringLiteral("slow"), passwordItem.account));
+    session.suspendKeyring();
+    int turns = 0;
+    QTimer turn;
+    QObject::connect(&turn, &QTimer::timeout, &turn, [this, &turns] {
+        if (++turns == 40) { // two seconds: longer than anybody else would wait
+            session.resumeKeyring();
+        }
+    });
+    turn.start(50);
+    Result<std::optional<QString>> secret = std::nullopt;
+    const std::function<void()> read = [&] { secret = store.readSecret(passwordItem.account); };
+    Testing::await(store.runPatiently(read));
+    EXPECT_GE(turns, 40);
+    EXPECT_EQ(secret.value(), QStringLiteral("slow"));
+    EXPECT_EQ(store.readSecret(passwordItem.account).value(), QStringLiteral("slow")) << "no rest is taken after it";
+}
+
+TEST_F(SecretServiceKeychainTest, NobodyWaitsForAPatientCallAtTheEnd) {
+    session.startKeyring();
+    session.suspendKeyring();
+    bool hasRead = false;
+    QCoro::Task<void> reading = store.runPatiently([this, &hasRead] {
+        store.readSecret(passwordItem.account);
+        hasRead = true;
+    });
+    std::this_thread::sleep_for(std::chrono::milliseconds(100));
+    QElapsedTimer elapsed;
+    elapsed.start();
+    secretService.endPatientCalls();
+    EXPECT_TRUE(hasRead);
+    EXPECT_LT(elapsed.elapsed(), 900);
+    Testing::await(std::move(reading));
 }
 
 TEST(CallsWithinTurn, TogetherWaitNoLongerThanOneLimit) {

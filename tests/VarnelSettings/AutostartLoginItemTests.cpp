@@ -60,6 +60,7 @@ TEST_F(AutostartLoginItemTest, TheEntryIsValidAndStartsTheProgramWhateverItsPath
     AutostartLoginItem other(autostart, QStringLiteral("com.example.solar"), percent);
     ASSERT_TRUE(other.registerItem());
     EXPECT_TRUE(entry().contains("100%%f\"\n"));
+    EXPECT_TRUE(entry().contains("\nTryExec=" + percent.toUtf8() + '\n'));
     EXPECT_EQ(other.status(), LoginItemStatus::enabled);
 }
 

@@ -54,7 +54,7 @@ TEST_F(UserDefaultsTest, WhatIsNoSuchFileIsNotWaitedForAndKeptWhenItIsWrittenOve
         QDir(folder.filePath(QStringLiteral("a"))).removeRecursively();
         QDir().mkpath(QFileInfo(path).path());
         happens();
-        struct stat before {};
+        struct stat before{};
         stat(qPrintable(path), &before);
 
         const RecordedLog log;
@@ -63,7 +63,7 @@ TEST_F(UserDefaultsTest, WhatIsNoSuchFileIsNotWaitedForAndKeptWhenItIsWrittenOve
         EXPECT_FALSE(QFileInfo::exists(kept)) << "reading moves nothing";
         EXPECT_TRUE(defaults.setData(someKey, "value"));
         EXPECT_TRUE(defaults.setData(otherKey, "new"));
-        struct stat after {};
+        struct stat after{};
         ASSERT_EQ(stat(qPrintable(kept), &after), 0);
         EXPECT_EQ(after.st_ino, before.st_ino);
         EXPECT_EQ(UserDefaults(path).data(someKey), "value");
