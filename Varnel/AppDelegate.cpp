@@ -7,8 +7,6 @@
 #include <VarnelShared/Logging.h>
 #include <VarnelShared/Task.h>
 
-#include <QMenu>
-
 #include <utility>
 
 namespace Varnel {
@@ -17,24 +15,42 @@ namespace {
 OutputHistoryStore historyStore(const PlatformServices& platform) {
     return {platform.applicationSupportFolder, platform.bundle.identifier.value_or(QStringLiteral("Varnel"))};
 }
+
+PublishedOutput published(const StatusValues& values, const AppSettings& settings, const QString& title) {
+    return {values.powerKW,
+            values.todayOutputKWh,
+            settings.preferredStationID().value_or(QString()),
+            values.lastUpdatedAt,
+            title,
+            values.errorMessage.value_or(QString()),
+            values.isConnected};
+}
 } // namespace
 
 AppDelegate::AppDelegate(PlatformServices platform)
     : m_platform(std::move(platform))
     , m_settingsStore(m_platform.userDefaults)
-    , m_storedPassword(m_platform.keychainServices)
+    , m_storedPassword(std::make_shared<StoredPassword>(m_platform.keychainServices))
     , m_connection(m_platform.http, m_platform.clock, m_platform.endpoints)
     , m_todayOutput(historyStore(m_platform), m_platform.clock)
     , m_statusBarController(std::move(m_platform.statusItem))
     , m_preferencesCoordinator(m_settings, m_settingsStore, m_platform)
+    , m_outputWindowSource(
+          {m_platform.clock, m_settings, m_values, m_todayOutput, m_connection, m_platform.userDefaults})
     , m_announcements(std::make_shared<ProductionAnnouncements>(m_settings, m_platform.notificationCenter,
                                                                 m_platform.bundle.identifier.has_value())) {}
 
-AppDelegate::~AppDelegate() = default;
-
 void AppDelegate::applicationDidFinishLaunching() {
+    qCInfo(lcApp, "Varnel %s", qUtf8Printable(m_platform.bundle.version));
     m_settings = m_settingsStore.load();
     wireMenuActions();
+    const std::weak_ptr<AppDelegate> weak = weak_from_this();
+    m_storedPassword->onNotice = ifAlive(weak, [](AppDelegate& self, AccountNotice notice, bool isShown) {
+        self.m_preferencesCoordinator.setNotice(notice, isShown);
+    });
+    m_announcements->onPermission = ifAlive(weak, [](AppDelegate& self, NotificationPermission permission) {
+        self.m_preferencesCoordinator.showPermission(permission);
+    });
     m_appearanceObservation = m_platform.appearance.observe(ifAlive(
         weak_from_this(), [](AppDelegate& self) { self.m_preferencesCoordinator.applyApplicationIconIfAvailable(); }));
     if (m_settings.pollIntervalSeconds != m_settings.clampedPollInterval()) {
@@ -70,23 +86,22 @@ void AppDelegate::wireMenuActions() {
     m_statusBarController.onOpenPreferences =
         ifAlive(weak, &AppDelegate::showPreferencesWindow, PreferencesInitialTab::general);
     m_statusBarController.onSignIn = ifAlive(weak, &AppDelegate::showPreferencesWindow, PreferencesInitialTab::account);
-    m_statusBarController.onRefresh = [weak] { startTask("refresh", ifAlive(weak, &AppDelegate::refreshNow)); };
+    m_statusBarController.onRefresh = ifAlive(weak, &AppDelegate::refresh);
     m_statusBarController.onSignOut = ifAlive(weak, &AppDelegate::signOut, true);
+    m_statusBarController.setOutputSource(m_outputWindowSource.sharedWith(shared_from_this()));
     m_platform.shell.setReopenHandler(ifAlive(weak, &AppDelegate::bringPreferencesToFront));
     m_applicationMenu = makeApplicationMenu({
-        {ApplicationCommand::about, ifAlive(weak, &AppDelegate::showAboutPanel)},
+        {ApplicationCommand::about, ifAlive(weak,
+                                            [](AppDelegate& self) {
+                                                ApplicationDialogs::showAboutPanel(self.m_platform.bundle,
+                                                                                   self.m_platform.appearance);
+                                            })},
         {ApplicationCommand::settings,
          ifAlive(weak, &AppDelegate::showPreferencesWindow, PreferencesInitialTab::general)},
         {ApplicationCommand::checkForUpdates, ApplicationDialogs::showNoUpdatesAlert},
         {ApplicationCommand::hide, [&shell = m_platform.shell] { shell.hide(); }},
         {ApplicationCommand::quit, [&shell = m_platform.shell] { shell.terminate(); }},
     });
-}
-
-void AppDelegate::showAboutPanel() {
-    ApplicationDialogs::showAboutPanel(
-        m_platform.bundle.version,
-        m_platform.bundle.iconPath(IconAppearanceMode::automatic, m_platform.appearance.isDark()));
 }
 
 void AppDelegate::catchUp() {
@@ -96,15 +111,11 @@ void AppDelegate::catchUp() {
     if (m_connection.isUnderWay()) {
         m_connection.repeatIfFailing();
     } else if (!m_connection.isConnected()) {
-        connectSilently();
+        m_retryTimer.reset();
+        startTask("bootstrap", ifAlive(weak_from_this(), &AppDelegate::bootstrap, BootstrapMode::silent));
     } else if (m_pollingService) {
         m_pollingService->repeatIfFailing();
     }
-}
-
-void AppDelegate::connectSilently() {
-    m_retryTimer.reset();
-    startTask("bootstrap", ifAlive(weak_from_this(), &AppDelegate::bootstrap, BootstrapMode::silent));
 }
 
 void AppDelegate::rollOver(Timestamp instant) {
@@ -128,12 +139,19 @@ void AppDelegate::updateStatusBar() {
     m_values.isConnected = m_connection.isConnected();
     m_statusBarController.update(
         m_statusPresentationBuilder.build(m_values, m_todayOutput.visible(now), m_settings, now));
-    m_preferencesCoordinator.updateConnectionState(m_values.isConnected, m_values.errorMessage);
+    if (m_platform.publish) {
+        m_platform.publish(published(m_values, m_settings, presentation().title));
+    }
+    m_preferencesCoordinator.updateConnectionState(m_connection, m_values.errorMessage);
     if (const std::optional<Timestamp> next = StatusPresentationBuilder::nextChange(m_values, m_settings, now)) {
         // Anew each time, also for the same instant: the clock may have been set since.
         m_updateTimer =
             m_platform.timers.schedule(*next - now, ifAlive(weak_from_this(), &AppDelegate::updateStatusBar));
     }
+}
+
+void AppDelegate::refresh() {
+    startTask("refresh", ifAlive(weak_from_this(), &AppDelegate::refreshNow));
 }
 
 void AppDelegate::showStatusWindow() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <Varnel/Connection.h>
+#include <Varnel/OutputWindowSource.h>
 #include <Varnel/PlatformServices.h>
 #include <Varnel/PreferencesCoordinator.h>
 #include <Varnel/ProductionAnnouncements.h>
@@ -13,14 +14,15 @@
 #include <VarnelSettings/AppSettingsStore.h>
 #include <VarnelStatusMenu/StatusBarController.h>
 
-#include <memory>
+#include <QMenu>
 
-class QMenu;
+#include <memory>
 
 namespace Varnel {
 
 /// The application's controller: owns every service for the life of the process, keeps the last known values, and
-/// joins the modules. A session being present means "connected"; `lastErrorMessage` is the one line for problems.
+/// joins the modules. A session being present means "connected"; `StatusValues::errorMessage` is the one line for
+/// problems.
 ///
 /// Main thread only, held by a `std::shared_ptr`. Its coroutines keep it alive until their request has ended; timers,
 /// handlers and queued tasks hold it weakly (`ifAlive`). After each wait a coroutine asks `Connection::isCurrent`
@@ -28,7 +30,6 @@ namespace Varnel {
 class AppDelegate final : public std::enable_shared_from_this<AppDelegate> {
 public:
     explicit AppDelegate(PlatformServices platform);
-    ~AppDelegate();
 
     /// The start-up sequence. Waits for neither the network nor the keyring.
     void applicationDidFinishLaunching();
@@ -59,7 +60,10 @@ public:
     /// The automatic save of the other panes; account, password, base URL and station of the draft are ignored.
     void applyAutoSavedPreferences(const PreferencesDraft& draft);
 
-    /// Shows the menu's content in a window, as a click on a notification asks for.
+    /// The menu's "Refresh".
+    void refresh();
+
+    /// Shows the output in a window, as a click on a notification asks for.
     void showStatusWindow();
 
     const AppSettings& settings() const { return m_settings; }
@@ -69,7 +73,6 @@ public:
     const TodayOutput& todayOutput() const { return m_todayOutput; }
     const StatusPresentation& presentation() const { return m_statusBarController.presentation(); }
     PreferencesCoordinator& preferencesCoordinator() { return m_preferencesCoordinator; }
-    QMenu& applicationMenu() { return *m_applicationMenu; }
 
 private:
     enum class BootstrapMode { openPreferencesIfNeeded, silent };
@@ -77,9 +80,8 @@ private:
 
     // AppDelegate.cpp: the start, the end, and what the desktop and the menus ask for
     void wireMenuActions();
-    void showAboutPanel();
+    /// What has failed may succeed now: repeats it, once.
     void catchUp();
-    void connectSilently();
     /// Takes the day of `instant`: nothing of another day is shown as today's, and after a last reading of 0 W the
     /// morning's production starts anew, though the night of 0 W has not ended the day's.
     void rollOver(Timestamp instant);
@@ -92,16 +94,12 @@ private:
     QCoro::Task<void> bootstrap(BootstrapMode mode);
     QCoro::Task<void> connect(Connection::Attempt attempt, QString password);
     QCoro::Task<Result<void>> settleStationAndSize(Connection::Attempt attempt);
-    void rejectSignIn(Connection::Attempt attempt, const QString& message);
+    /// The user has cancelled the sign-in that goes on.
+    void cancelSignIn();
+    /// The attempt ends, and this is why.
+    void rejectSignIn(Connection::Attempt attempt, const PreferencesCoordinator::Explanation& explanation);
     void failSignIn(Connection::Attempt attempt, const Error& error);
     void adoptStation(const QString& stationID);
-    /// Stores the password that the user wants to connect with; what could not be stored is said in the preferences.
-    void storePassword(const QString& password);
-    /// Deletes the account's password, at once where the keychain lets it, else after asking to unlock it; what could
-    /// not be deleted is said in the preferences.
-    void deletePassword();
-    QCoro::Task<void> deletePasswordAfterUnlocking(QString account);
-    bool removePassword(const QString& account);
     void dropPollingService();
     /// Nothing of one account is shown, polled for or announced under another.
     void forgetAccount();
@@ -120,14 +118,11 @@ private:
     // AppDelegatePreferences.cpp: the window and its saves
     PreferencesHandlers preferencesHandlers();
     void takeAccountChange(PreferencesCoordinator::AccountChange change);
-    /// Asks for the permission to notify where a notification is switched on, and shows what came of it.
-    QCoro::Task<void> askForNotificationPermission();
-    QCoro::Task<void> showNotificationAuthorization();
 
     PlatformServices m_platform;
     AppSettingsStore m_settingsStore;
     AppSettings m_settings;
-    StoredPassword m_storedPassword;
+    std::shared_ptr<StoredPassword> m_storedPassword;
     Connection m_connection;
     std::shared_ptr<PowerPollingService> m_pollingService;
     StatusValues m_values;
@@ -135,6 +130,7 @@ private:
     StatusBarController m_statusBarController;
     StatusPresentationBuilder m_statusPresentationBuilder;
     PreferencesCoordinator m_preferencesCoordinator;
+    OutputWindowSource m_outputWindowSource;
     std::shared_ptr<ProductionAnnouncements> m_announcements;
     std::unique_ptr<Appearance::Observation> m_appearanceObservation;
     std::unique_ptr<QMenu> m_applicationMenu;

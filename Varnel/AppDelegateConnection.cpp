@@ -6,6 +6,8 @@
 #include <VarnelShared/Task.h>
 #include <VarnelShared/Text.h>
 
+#include <QCoreApplication>
+
 #include <utility>
 
 namespace Varnel {
@@ -16,28 +18,33 @@ QCoro::Task<void> AppDelegate::bootstrap(BootstrapMode mode) {
     const bool isSilent = mode == BootstrapMode::silent;
     const bool isSignedOut = m_settingsStore.isSignedOut();
     if (m_connection.isConnected() || m_connection.isUnderWay() ||
-        (isSilent && (isSignedOut || m_connection.isPasswordRefused()))) {
+        (isSilent && (isSignedOut || m_connection.isCancelled() || m_connection.isPasswordRefused()))) {
         co_return; // the user has connected, is about to or wants none, or the service has refused what is stored
     }
     const Connection::Attempt attempt = m_connection.begin(Connection::Initiator::program);
+    updateStatusBar();
     if (isSignedOut) {
-        removePassword(m_settings.account); // what a keyring that stayed locked, or was gone, has kept
+        m_storedPassword->remove(m_settings.account); // what a keyring that stayed locked, or was gone, has kept
     } else if (!isSilent) {
         // A repeated attempt asks for nothing: the prompt to unlock belongs to the start and to the preferences.
-        co_await m_storedPassword.unlock(m_settings.account, KeychainAccess::reading);
+        co_await m_storedPassword->unlock(m_settings.account, KeychainAccess::reading);
     }
     if (!m_connection.isCurrent(attempt)) {
         co_return;
     }
     std::optional<QString> password = m_connection.unjudgedPassword();
     if (!password && !isSignedOut) {
-        password = m_storedPassword.read(m_settings.account);
+        password = co_await m_storedPassword->readPatiently(m_settings.account);
+    }
+    if (!m_connection.isCurrent(attempt)) {
+        co_return;
     }
     if (password) {
         co_await connect(attempt, *password);
         co_return;
     }
     m_connection.end(attempt);
+    updateStatusBar();
     if (!isSilent && !m_preferencesCoordinator.window()) {
         showPreferencesWindow(PreferencesInitialTab::account);
     }
@@ -53,11 +60,13 @@ QCoro::Task<void> AppDelegate::connect(Connection::Attempt attempt, QString pass
     const QString account = trimmed(m_settings.account);
     const QUrl baseURL(trimmed(m_settings.baseURL), QUrl::StrictMode);
     if (account.isEmpty()) {
-        rejectSignIn(attempt, QStringLiteral("SEMS account is required."));
+        rejectSignIn(attempt, {QCoreApplication::translate("AppDelegate", "SEMS account is required."),
+                               ConnectionState::WantedField::account, false});
         co_return;
     }
-    if (!baseURL.isValid() || baseURL.scheme().isEmpty()) {
-        rejectSignIn(attempt, QStringLiteral("Invalid SEMS base URL."));
+    if (!isWebURL(baseURL)) {
+        rejectSignIn(attempt, {QCoreApplication::translate("AppDelegate", "Invalid SEMS base URL."),
+                               ConnectionState::WantedField::baseURL, false});
         co_return;
     }
     const Result<void> signedIn = co_await m_connection.signIn(attempt, baseURL, account, password);
@@ -69,7 +78,11 @@ QCoro::Task<void> AppDelegate::connect(Connection::Attempt attempt, QString pass
         co_return;
     }
     dropPollingService(); // its readings belong to the connection that this one replaces
-    storePassword(password);
+    m_preferencesCoordinator.rememberSignOut(false);
+    co_await m_storedPassword->save(m_settings.account, password);
+    if (!m_connection.isCurrent(attempt)) {
+        co_return;
+    }
     const Result<void> settled = co_await settleStationAndSize(attempt);
     if (!m_connection.isCurrent(attempt)) {
         co_return;
@@ -112,9 +125,24 @@ QCoro::Task<Result<void>> AppDelegate::settleStationAndSize(Connection::Attempt 
     co_return Result<void>();
 }
 
-void AppDelegate::rejectSignIn(Connection::Attempt attempt, const QString& message) {
+void AppDelegate::cancelSignIn() {
+    if (!m_connection.isUnderWay()) {
+        return;
+    }
+    m_connection.cancel();
+    m_values.errorMessage.reset();
+    m_retryTimer.reset();
+    if (m_connection.isConnected() && !m_pollingService) {
+        startPolling();
+    }
+    qCInfo(lcApp, "Sign-in cancelled");
+    updateStatusBar();
+}
+
+void AppDelegate::rejectSignIn(Connection::Attempt attempt, const PreferencesCoordinator::Explanation& explanation) {
     m_connection.end(attempt);
-    m_values.errorMessage = message;
+    m_preferencesCoordinator.explainError(explanation);
+    m_values.errorMessage = explanation.errorMessage;
     if (m_connection.isConnected() && !m_pollingService) {
         startPolling(); // this attempt has outdated the one that had signed in and was about to poll
     }
@@ -125,18 +153,21 @@ void AppDelegate::failSignIn(Connection::Attempt attempt, const Error& error) {
     qCCritical(lcApp, "Sign in failed: %s", qUtf8Printable(logText(error)));
     dropPollingService();
     const Connection::Repetition repetition = m_connection.fail(attempt, error);
-    rejectSignIn(attempt, AppErrorMapper::userFacingMessage(error, AppErrorContext::signIn));
+    const auto wanted =
+        m_connection.isPasswordRefused() ? ConnectionState::WantedField::password : ConnectionState::WantedField::none;
+    rejectSignIn(attempt, {AppErrorMapper::userFacingMessage(error, AppErrorContext::signIn), wanted, true,
+                           AppErrorMapper::answers(error)});
     switch (repetition) {
     case Connection::Repetition::none:
         break;
     case Connection::Repetition::atOnce:
-        connectSilently();
+        catchUp();
         break;
     case Connection::Repetition::later:
         m_retryTimer = m_platform.timers.schedule(
             PowerPollingService::delayAfterFailures(m_settings.pollInterval(), m_connection.unjudgedFailures(),
                                                     retryAfterOf(error).value_or(std::chrono::seconds(0))),
-            ifAlive(weak_from_this(), &AppDelegate::connectSilently));
+            ifAlive(weak_from_this(), &AppDelegate::catchUp));
         break;
     }
 }
@@ -155,48 +186,10 @@ void AppDelegate::signOut(bool clearStoredPassword) {
     m_connection.signOut();
     m_values.errorMessage.reset();
     if (clearStoredPassword) {
-        deletePassword();
+        m_storedPassword->forget(m_settings.account);
     }
     qCInfo(lcApp, "Signed out");
     updateStatusBar();
-}
-
-void AppDelegate::storePassword(const QString& password) {
-    m_preferencesCoordinator.rememberSignOut(false);
-    const Result<void> saved = m_storedPassword.save(m_settings.account, password);
-    m_preferencesCoordinator.setNotice(AccountNotice::passwordNotStored, !saved);
-    m_preferencesCoordinator.setNotice(AccountNotice::passwordNotDeleted, m_storedPassword.isAnyLeft());
-    if (!saved) {
-        qCWarning(lcApp, "The password could not be stored: %s", qUtf8Printable(saved.error().localizedDescription()));
-    }
-}
-
-void AppDelegate::deletePassword() {
-    m_preferencesCoordinator.setNotice(AccountNotice::passwordNotStored, false);
-    if (!removePassword(m_settings.account)) {
-        startTask("deletion of the password",
-                  ifAlive(weak_from_this(), &AppDelegate::deletePasswordAfterUnlocking, m_settings.account));
-    }
-}
-
-QCoro::Task<void> AppDelegate::deletePasswordAfterUnlocking(QString account) {
-    const auto self = shared_from_this();
-    co_await m_storedPassword.unlock(account, KeychainAccess::deleting);
-    const bool isSameAccount = trimmed(account).compare(trimmed(m_settings.account), Qt::CaseInsensitive) == 0;
-    if (isSameAccount && !m_settingsStore.isSignedOut()) {
-        co_return; // the user has connected meanwhile, with a password that is to stay
-    }
-    removePassword(account);
-}
-
-bool AppDelegate::removePassword(const QString& account) {
-    const Result<void> removed = m_storedPassword.remove(account);
-    m_preferencesCoordinator.setNotice(AccountNotice::passwordNotDeleted, m_storedPassword.isAnyLeft());
-    if (!removed) {
-        qCWarning(lcApp, "The password could not be deleted: %s",
-                  qUtf8Printable(removed.error().localizedDescription()));
-    }
-    return removed.has_value();
 }
 
 void AppDelegate::dropPollingService() {

@@ -5,6 +5,8 @@
 #include <VarnelShared/Logging.h>
 #include <VarnelShared/Task.h>
 
+#include <QCoreApplication>
+
 #include <utility>
 
 namespace Varnel {
@@ -65,7 +67,9 @@ void AppDelegate::takeReading(const PowerReading& reading) {
 QCoro::Task<void> AppDelegate::refreshNow() {
     const auto self = shared_from_this();
     if (!m_connection.isConnected()) {
-        m_values.errorMessage = QStringLiteral("Not connected. Open Settings to connect.");
+        const QString message = QCoreApplication::translate("AppDelegate", "Not connected. Open Settings to connect.");
+        m_preferencesCoordinator.explainError({message, ConnectionState::WantedField::none, false});
+        m_values.errorMessage = message;
         updateStatusBar();
         co_return;
     }

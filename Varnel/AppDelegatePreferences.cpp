@@ -1,10 +1,9 @@
 #include <Varnel/AppDelegate.h>
 
-#include <VarnelShared/Logging.h>
 #include <VarnelShared/Task.h>
 #include <VarnelShared/Text.h>
 
-#include <QMenu>
+#include <QCoreApplication>
 
 #include <utility>
 
@@ -15,16 +14,18 @@ void AppDelegate::showPreferencesWindow(PreferencesInitialTab initialTab) {
         return;
     }
     m_preferencesCoordinator.close(); // first: what is still pending belongs into the new draft
-    // What a sign-out could not delete is not offered again.
-    const std::optional<QString> password =
-        m_settingsStore.isSignedOut() ? std::nullopt : m_storedPassword.read(m_settings.account);
+    std::optional<QString> password;
+    if (!m_settingsStore.isSignedOut()) { // else what the sign-out could not delete would be offered again
+        // What is in use needs no keychain, which may be slow.
+        password = m_connection.isConnected() ? m_connection.password() : m_storedPassword->read(m_settings.account);
+    }
     auto window = std::make_unique<PreferencesWindowController>(
         m_preferencesCoordinator.draft(password.value_or(QString())), m_connection.isConnected(),
         m_values.errorMessage.has_value(), initialTab, preferencesHandlers(), m_platform.timers);
     window->setApplicationMenu(m_applicationMenu.get());
     m_preferencesCoordinator.open(std::move(window));
-    m_preferencesCoordinator.updateConnectionState(m_connection.isConnected(), m_values.errorMessage);
-    startTask("notification permission", ifAlive(weak_from_this(), &AppDelegate::showNotificationAuthorization));
+    m_preferencesCoordinator.updateConnectionState(m_connection, m_values.errorMessage);
+    m_announcements->checkPermission();
 }
 
 void AppDelegate::bringPreferencesToFront() {
@@ -41,6 +42,7 @@ PreferencesHandlers AppDelegate::preferencesHandlers() {
     handlers.save = ifAlive(weak, &AppDelegate::applyPreferences);
     handlers.autoSave = ifAlive(weak, &AppDelegate::applyAutoSavedPreferences);
     handlers.signOut = ifAlive(weak, &AppDelegate::signOut, true);
+    handlers.cancelSignIn = ifAlive(weak, &AppDelegate::cancelSignIn);
     handlers.closed = ifAlive(weak, [](AppDelegate& self) { self.m_preferencesCoordinator.close(); });
     return handlers;
 }
@@ -51,28 +53,38 @@ QCoro::Task<bool> AppDelegate::applyPreferences(PreferencesDraft draft) {
     takeAccountChange(m_preferencesCoordinator.save(draft));
     co_await m_announcements->synchronizeNotificationAuthorizationIfNeeded(true);
     updateStatusBar();
-    startTask("notification permission", ifAlive(weak_from_this(), &AppDelegate::showNotificationAuthorization));
+    m_announcements->checkPermission();
     if (!m_connection.isCurrent(attempt)) {
         co_return m_connection.isConnected(); // a later save decides
     }
     if (trimmed(m_settings.account).isEmpty()) {
         signOut(false);
-        rejectSignIn(attempt, QStringLiteral("Set your SEMS account to connect."));
+        rejectSignIn(attempt, {QCoreApplication::translate("AppDelegate", "Set your SEMS account to connect."),
+                               ConnectionState::WantedField::account, false});
         co_return false;
     }
-    co_await m_storedPassword.unlock(m_settings.account, KeychainAccess::writing);
+    co_await m_storedPassword->unlock(m_settings.account, KeychainAccess::writing);
     if (!m_connection.isCurrent(attempt)) {
         co_return m_connection.isConnected();
     }
     QString password = trimmed(draft.password);
     if (password.isEmpty()) {
-        password = m_storedPassword.read(m_settings.account).value_or(QString());
+        const std::optional<QString> stored = co_await m_storedPassword->readPatiently(m_settings.account);
+        password = stored.value_or(QString());
+    }
+    if (!m_connection.isCurrent(attempt)) {
+        co_return m_connection.isConnected();
     }
     if (password.isEmpty()) {
-        rejectSignIn(attempt, QStringLiteral("Password is required for sign in."));
+        rejectSignIn(attempt, {QCoreApplication::translate("AppDelegate", "Password is required for sign in."),
+                               ConnectionState::WantedField::password, false});
         co_return false;
     }
-    storePassword(password);
+    m_preferencesCoordinator.rememberSignOut(false);
+    co_await m_storedPassword->save(m_settings.account, password);
+    if (!m_connection.isCurrent(attempt)) {
+        co_return m_connection.isConnected();
+    }
     co_await connect(attempt, password);
     co_return m_connection.isConnected();
 }
@@ -99,27 +111,12 @@ void AppDelegate::takeAccountChange(PreferencesCoordinator::AccountChange change
 void AppDelegate::applyAutoSavedPreferences(const PreferencesDraft& draft) {
     const PreferencesCoordinator::AutoSaved saved = m_preferencesCoordinator.autoSave(draft);
     if (saved.isFirstNotificationSwitchedOn) {
-        startTask("notification permission", ifAlive(weak_from_this(), &AppDelegate::askForNotificationPermission));
+        m_announcements->requestPermission();
     }
     if (m_connection.isConnected() && saved.isPollIntervalChanged) {
         startPolling();
     }
     updateStatusBar();
-}
-
-QCoro::Task<void> AppDelegate::askForNotificationPermission() {
-    const auto self = shared_from_this();
-    co_await m_announcements->synchronizeNotificationAuthorizationIfNeeded(true);
-    updateStatusBar();
-    co_await showNotificationAuthorization();
-}
-
-QCoro::Task<void> AppDelegate::showNotificationAuthorization() {
-    const auto self = shared_from_this();
-    const NotificationPermission permission = co_await m_announcements->permission();
-    if (PreferencesWindowController* window = m_preferencesCoordinator.window()) {
-        window->setNotificationPermission(permission);
-    }
 }
 
 } // namespace Varnel

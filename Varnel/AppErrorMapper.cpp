@@ -1,13 +1,18 @@
 #include <Varnel/AppErrorMapper.h>
 
 #include <VarnelSEMS/SEMSAPIError.h>
+#include <VarnelShared/Text.h>
 #include <VarnelShared/URLError.h>
+
+#include <QCoreApplication>
 
 #include <optional>
 
 namespace Varnel::AppErrorMapper {
 
 namespace {
+
+constexpr int longestAnswer = 200; ///< it may be the page of a gateway
 
 QString byContext(AppErrorContext context, const QString& signIn, const QString& polling) {
     switch (context) {
@@ -24,13 +29,15 @@ std::optional<QString> transportMessage(URLError::Code code) {
     switch (code) {
     case URLError::Code::notConnectedToInternet:
     case URLError::Code::networkConnectionLost:
-        return QStringLiteral("Offline. Check your internet connection and try Refresh.");
+        return QCoreApplication::translate("AppErrorMapper",
+                                           "Offline. Check your internet connection and try Refresh.");
     case URLError::Code::cannotFindHost:
     case URLError::Code::cannotConnectToHost:
     case URLError::Code::dnsLookupFailed:
-        return QStringLiteral("SEMS endpoint is unreachable. Check Base URL in Profile.");
+        return QCoreApplication::translate("AppErrorMapper",
+                                           "SEMS endpoint is unreachable. Check Base URL in Profile.");
     case URLError::Code::timedOut:
-        return QStringLiteral("SEMS request timed out. Try Refresh in a moment.");
+        return QCoreApplication::translate("AppErrorMapper", "SEMS request timed out. Try Refresh in a moment.");
     case URLError::Code::cancelled:
     case URLError::Code::secureConnectionFailed:
     case URLError::Code::dataTooLarge:
@@ -42,13 +49,18 @@ std::optional<QString> transportMessage(URLError::Code code) {
 }
 
 QString rejectedMessage(AppErrorContext context) {
-    return byContext(context, QStringLiteral("Sign-in rejected. Check account credentials and endpoint."),
-                     QStringLiteral("Session rejected by SEMS. Open Settings and reconnect."));
+    return byContext(
+        context,
+        QCoreApplication::translate("AppErrorMapper", "Sign-in rejected. Check account credentials and endpoint."),
+        QCoreApplication::translate("AppErrorMapper", "Session rejected by SEMS. Open Settings and reconnect."));
 }
 
 QString credentialsMessage(AppErrorContext context) {
-    return byContext(context, QStringLiteral("Sign-in failed. Check email/password in Profile and reconnect."),
-                     QStringLiteral("Session expired or credentials changed. Open Settings and reconnect."));
+    return byContext(
+        context,
+        QCoreApplication::translate("AppErrorMapper", "Sign-in failed. Check email/password in Profile and reconnect."),
+        QCoreApplication::translate("AppErrorMapper",
+                                    "Session expired or credentials changed. Open Settings and reconnect."));
 }
 
 /// The message of each case; the cases without a line of their own show their description.
@@ -62,13 +74,15 @@ struct ServiceMessage {
             return rejectedMessage(context);
         }
         if (code == 429) {
-            return QStringLiteral("SEMS rate limit reached. Please wait a moment and retry.");
+            return QCoreApplication::translate("AppErrorMapper",
+                                               "SEMS rate limit reached. Please wait a moment and retry.");
         }
         if (code >= 500) {
-            return QStringLiteral("SEMS service is temporarily unavailable. Try again shortly.");
+            return QCoreApplication::translate("AppErrorMapper",
+                                               "SEMS service is temporarily unavailable. Try again shortly.");
         }
         if (code >= 400) {
-            return QStringLiteral("SEMS request failed (HTTP %1).").arg(code);
+            return QCoreApplication::translate("AppErrorMapper", "SEMS request failed (HTTP %1).").arg(code);
         }
         return error.localizedDescription();
     }
@@ -79,7 +93,8 @@ struct ServiceMessage {
         return credentialsMessage(context);
     }
     QString operator()(const SEMSAPIError::NoPowerStation& /*none*/) const {
-        return QStringLiteral("No power station found. Verify account access or set Station ID in Profile.");
+        return QCoreApplication::translate(
+            "AppErrorMapper", "No power station found. Verify account access or set Station ID in Profile.");
     }
     QString operator()(const SEMSAPIError::InvalidConfiguration& /*invalid*/) const { return ownDescription(); }
     QString operator()(const SEMSAPIError::API& /*api*/) const { return ownDescription(); }
@@ -100,8 +115,21 @@ QString userFacingMessage(const Error& error, AppErrorContext context) {
     if (const auto* service = error.as<SEMSAPIError>()) {
         return std::visit(ServiceMessage{*service, context}, service->kind);
     }
-    return byContext(context, QStringLiteral("Sign in failed: "), QStringLiteral("Polling failed: ")) +
-           error.localizedDescription();
+    return byContext(context, QCoreApplication::translate("AppErrorMapper", "Sign in failed: %1"),
+                     QCoreApplication::translate("AppErrorMapper", "Polling failed: %1"))
+        .arg(error.localizedDescription());
+}
+
+QString answers(const Error& error) {
+    const auto* service = error.as<SEMSAPIError>();
+    const auto* failed = service ? std::get_if<SEMSAPIError::AllSignInStrategiesFailed>(&service->kind) : nullptr;
+    QStringList lines;
+    for (const QString& family : failed ? failed->lines : QStringList()) {
+        for (const QString& answer : family.split(QStringLiteral(" | "))) { // the portal was asked at several addresses
+            lines += firstCharacters(answer, longestAnswer);
+        }
+    }
+    return lines.join(QLatin1Char('\n'));
 }
 
 } // namespace Varnel::AppErrorMapper

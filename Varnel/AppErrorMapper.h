@@ -13,6 +13,9 @@ enum class AppErrorContext { signIn, polling };
 /// 400.
 namespace AppErrorMapper {
 QString userFacingMessage(const Error& error, AppErrorContext context);
-}
+
+/// What each address has answered to a sign-in that failed, a line each; empty for any other error.
+QString answers(const Error& error);
+} // namespace AppErrorMapper
 
 } // namespace Varnel

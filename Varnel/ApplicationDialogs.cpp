@@ -1,5 +1,7 @@
 #include <Varnel/ApplicationDialogs.h>
 
+#include <QApplication>
+#include <QCoreApplication>
 #include <QImageReader>
 #include <QMessageBox>
 #include <QPixmap>
@@ -27,6 +29,12 @@ QMessageBox& openBox(QPointer<QMessageBox>& slot, const QString& title) {
         slot = new QMessageBox(QMessageBox::NoIcon, title, QString(), QMessageBox::Ok);
         slot->setAttribute(Qt::WA_DeleteOnClose);
         slot->setModal(false);
+        // The window from which the box was opened is active again behind it: left alone, some desktops activate none.
+        QObject::connect(slot, &QDialog::finished, slot, [before = QPointer<QWidget>(QApplication::activeWindow())] {
+            if (before) {
+                before->activateWindow();
+            }
+        });
     }
     return *slot;
 }
@@ -39,13 +47,15 @@ void bringToFront(QMessageBox& box) {
 }
 } // namespace
 
-void showAboutPanel(const QString& version, const QString& iconPath) {
+void showAboutPanel(const BundleInfo& bundle, const Appearance& appearance) {
     static QPointer<QMessageBox> open;
-    QMessageBox& box = openBox(open, QStringLiteral("About Varnel"));
+    QMessageBox& box = openBox(open, QCoreApplication::translate("ApplicationDialogs", "About Varnel"));
     // All in one text: an informative text of its own would be wrapped at the width of the text above it.
-    box.setText(QStringLiteral("<h2>Varnel</h2><p>Version %1</p>"
-                               "<p>Watches your home solar installation<br>from the status area.</p>")
-                    .arg(version.toHtmlEscaped()));
+    box.setText(QCoreApplication::translate("ApplicationDialogs",
+                                            "<h2>Varnel</h2><p>Version %1</p>"
+                                            "<p>Watches your home solar installation<br>from the status area.</p>")
+                    .arg(bundle.version.toHtmlEscaped()));
+    const QString iconPath = bundle.iconPath(IconAppearanceMode::automatic, appearance.isDark());
     box.setIconPixmap(aboutIcon(iconPath, box.devicePixelRatioF()));
     bringToFront(box);
 }
@@ -54,8 +64,9 @@ void showNoUpdatesAlert() {
     static QPointer<QMessageBox> open;
     QMessageBox& box = openBox(open, QStringLiteral("Varnel"));
     box.setIcon(QMessageBox::Information);
-    box.setText(QStringLiteral("Check for Updates"));
-    box.setInformativeText(QStringLiteral("Automatic updates are not configured for this build yet."));
+    box.setText(QCoreApplication::translate("ApplicationDialogs", "Check for Updates"));
+    box.setInformativeText(
+        QCoreApplication::translate("ApplicationDialogs", "Automatic updates are not configured for this build yet."));
     bringToFront(box);
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QString>
+#include <Varnel/PlatformServices.h>
 
 namespace Varnel {
 
@@ -8,8 +8,8 @@ namespace Varnel {
 /// front.
 namespace ApplicationDialogs {
 
-/// Name, version and icon of the application. `iconPath` names an image file and may be empty.
-void showAboutPanel(const QString& version, const QString& iconPath);
+/// Name, version and icon of the application; the icon follows the appearance of this moment.
+void showAboutPanel(const BundleInfo& bundle, const Appearance& appearance);
 
 /// Says that this build has no update mechanism.
 void showNoUpdatesAlert();

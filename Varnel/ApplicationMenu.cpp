@@ -1,6 +1,7 @@
 #include <Varnel/ApplicationMenu.h>
 
 #include <QAction>
+#include <QCoreApplication>
 #include <QMenu>
 
 namespace Varnel {
@@ -19,21 +20,25 @@ ApplicationMenuEntry entry(ApplicationCommand command, const QString& title, con
 
 std::vector<ApplicationMenuEntry> applicationMenuEntries() {
     return {
-        entry(ApplicationCommand::about, QStringLiteral("About Varnel")),
+        entry(ApplicationCommand::about, QCoreApplication::translate("ApplicationMenu", "About Varnel")),
         separator(),
-        entry(ApplicationCommand::settings, QStringLiteral("Settings"), QKeyCombination(Qt::CTRL, Qt::Key_Comma)),
-        entry(ApplicationCommand::checkForUpdates, QStringLiteral("Check for Updates...")),
+        entry(ApplicationCommand::settings, QCoreApplication::translate("ApplicationMenu", "Settings"),
+              QKeyCombination(Qt::CTRL, Qt::Key_Comma)),
+        entry(ApplicationCommand::checkForUpdates,
+              QCoreApplication::translate("ApplicationMenu", "Check for Updates...")),
         separator(),
-        entry(ApplicationCommand::hide, QStringLiteral("Hide Varnel"), QKeyCombination(Qt::CTRL, Qt::Key_H)),
-        entry(ApplicationCommand::hideOthers, QStringLiteral("Hide Others"),
+        entry(ApplicationCommand::hide, QCoreApplication::translate("ApplicationMenu", "Hide Varnel"),
+              QKeyCombination(Qt::CTRL, Qt::Key_H)),
+        entry(ApplicationCommand::hideOthers, QCoreApplication::translate("ApplicationMenu", "Hide Others"),
               QKeyCombination(Qt::CTRL | Qt::ALT, Qt::Key_H)),
-        entry(ApplicationCommand::showAll, QStringLiteral("Show all")),
-        entry(ApplicationCommand::quit, QStringLiteral("Quit Varnel"), QKeyCombination(Qt::CTRL, Qt::Key_Q)),
+        entry(ApplicationCommand::showAll, QCoreApplication::translate("ApplicationMenu", "Show all")),
+        entry(ApplicationCommand::quit, QCoreApplication::translate("ApplicationMenu", "Quit Varnel"),
+              QKeyCombination(Qt::CTRL, Qt::Key_Q)),
     };
 }
 
 std::unique_ptr<QMenu> makeApplicationMenu(const ApplicationCommandActions& actions) {
-    auto menu = std::make_unique<QMenu>(QStringLiteral("&Varnel"));
+    auto menu = std::make_unique<QMenu>(QCoreApplication::translate("ApplicationMenu", "&Varnel"));
     for (const ApplicationMenuEntry& entry : applicationMenuEntries()) {
         if (entry.isSeparator) {
             menu->addSeparator();

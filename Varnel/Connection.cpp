@@ -3,6 +3,8 @@
 #include <VarnelShared/Logging.h>
 #include <VarnelShared/URLError.h>
 
+#include <QCoreApplication>
+
 #include <utility>
 
 namespace Varnel {
@@ -37,11 +39,28 @@ Connection::Attempt Connection::begin(Initiator initiator) {
     m_isRepeatWanted = false;
     m_initiator = initiator;
     if (initiator == Initiator::user) {
+        m_isCancelled = false;
         m_unjudgedFailures = 0;
         m_unjudgedPassword.reset();
     }
     m_attempt = Attempt{static_cast<int>(m_attempt) + 1};
     return m_attempt;
+}
+
+void Connection::cancel() {
+    if (!std::exchange(m_isUnderWay, false)) {
+        return;
+    }
+    if (m_madeBy == m_attempt) {
+        drop(); // its station has not been settled
+    }
+    // The attempt may not have come to its sign-in: then this is the client of the connection that goes on.
+    const Client signingIn = m_signingIn.lock();
+    if (signingIn && !isCurrent(signingIn)) {
+        signingIn->stop();
+    }
+    m_unjudgedPassword.reset();
+    m_isCancelled = true;
 }
 
 void Connection::end(Attempt attempt) {
@@ -71,6 +90,7 @@ Connection::Repetition Connection::fail(Attempt attempt, const Error& error) {
 QCoro::Task<Result<void>> Connection::signIn(Attempt attempt, QUrl baseURL, QString account, QString password) {
     m_unjudgedPassword = password;
     const auto client = std::make_shared<SEMSAPIClient>(baseURL, m_http, m_clock, m_endpoints);
+    m_signingIn = client;
     Result<SEMSSession> session = co_await client->signIn(account, password);
     if (!session) {
         co_return failure(session.error());
@@ -89,13 +109,15 @@ QCoro::Task<Result<void>> Connection::signIn(Attempt attempt, QUrl baseURL, QStr
 
 QCoro::Task<Result<PowerReading>> Connection::fetchPowerReading(std::optional<QString> preferredStationID) {
     if (!m_client) {
-        return failedReading(SEMSAPIError::invalidConfiguration(QStringLiteral("API client is not initialized.")));
+        return failedReading(SEMSAPIError::invalidConfiguration(
+            QCoreApplication::translate("AppDelegate", "API client is not initialized.")));
     }
     if (m_password.isEmpty()) {
         return failedReading(SEMSAPIError::authenticationFailed());
     }
     if (m_account.isEmpty()) {
-        return failedReading(SEMSAPIError::invalidConfiguration(QStringLiteral("SEMS account is empty.")));
+        return failedReading(
+            SEMSAPIError::invalidConfiguration(QCoreApplication::translate("AppDelegate", "SEMS account is empty.")));
     }
     return fetch(m_client, m_session.value(), std::move(preferredStationID));
 }

@@ -48,6 +48,18 @@ public:
     /// Whether an attempt goes on.
     bool isUnderWay() const { return m_isUnderWay; }
 
+    /// Who wants the attempt that goes on.
+    std::optional<Initiator> initiatorUnderWay() const {
+        return m_isUnderWay ? std::optional(m_initiator) : std::nullopt;
+    }
+
+    /// The user wants no end of the attempt that goes on, whoever has begun it: it is over, sends nothing more, and
+    /// what it has made is dropped. A connection that was there before goes on.
+    void cancel();
+
+    /// Whether the user has cancelled the last attempt: until the user wants a connection, none is made.
+    bool isCancelled() const { return m_isCancelled; }
+
     /// The attempt is over without a word of the service. Does nothing for one that is not current.
     void end(Attempt attempt);
 
@@ -74,6 +86,9 @@ public:
     const std::optional<SEMSSession>& session() const { return m_session; }
     const Client& client() const { return m_client; }
 
+    /// That of the connection; empty without one.
+    const QString& password() const { return m_password; }
+
     /// Signs in; the session takes the place of the one before, unless the attempt is no longer current by then. What
     /// then comes back does not count.
     QCoro::Task<Result<void>> signIn(Attempt attempt, QUrl baseURL, QString account, QString password);
@@ -91,7 +106,7 @@ public:
     /// Drops client and session, which come and go together. An attempt that has not signed in yet goes on.
     void drop();
 
-    /// `drop`, and forgets the password and what the service has left in the HTTP session.
+    /// `drop`, and forgets the password.
     void forget();
 
     /// `forget`, and ends what the program has begun by itself.
@@ -124,6 +139,8 @@ private:
     Attempt m_madeBy{0};                        ///< the one that has made the connection
     bool m_isUnderWay = false;                  ///< the newest attempt goes on
     Initiator m_initiator = Initiator::program; ///< of the newest attempt
+    std::weak_ptr<SEMSAPIClient> m_signingIn;   ///< of the newest attempt that has come so far
+    bool m_isCancelled = false;
     bool m_isRepeatWanted = false;
     std::optional<QString> m_unjudgedPassword;
     int m_unjudgedFailures = 0;

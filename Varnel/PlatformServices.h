@@ -91,6 +91,17 @@ public:
     virtual void setResumeHandler(std::function<void()> handler) = 0;
 };
 
+/// What is told to other programs of the session. Nothing in it is secret.
+struct PublishedOutput {
+    std::optional<double> powerKW;
+    std::optional<double> todayOutputKWh;
+    QString stationID; ///< empty: none yet
+    std::optional<Timestamp> lastUpdatedAt;
+    QString title;        ///< the text in the panel
+    QString errorMessage; ///< the menu's line for problems; empty: none
+    bool isConnected = false;
+};
+
 /// What the program knows of its own installation. Gathered once by the composition root.
 struct BundleInfo {
     std::optional<QString> identifier; ///< none when the program does not run from an installed tree
@@ -123,6 +134,8 @@ struct PlatformServices {
     std::unique_ptr<StatusItem> statusItem;
     BundleInfo bundle;
     QString applicationSupportFolder;
+    /// Called with the values of each update of the status item; empty: nobody is told.
+    std::function<void(const PublishedOutput&)> publish = {};
 };
 
 } // namespace Varnel

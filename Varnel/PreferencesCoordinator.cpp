@@ -7,6 +7,16 @@
 
 namespace Varnel {
 
+namespace {
+ConnectionState::Connecting connectingOf(std::optional<Connection::Initiator> initiator) {
+    if (!initiator) {
+        return ConnectionState::Connecting::no;
+    }
+    return *initiator == Connection::Initiator::user ? ConnectionState::Connecting::forUser
+                                                     : ConnectionState::Connecting::inBackground;
+}
+} // namespace
+
 PreferencesCoordinator::PreferencesCoordinator(AppSettings& settings, AppSettingsStore& store,
                                                const PlatformServices& platform)
     : m_settings(settings)
@@ -58,7 +68,14 @@ void PreferencesCoordinator::open(std::unique_ptr<PreferencesWindowController> w
     close();
     m_window = std::move(window);
     m_window->showAccountNotices(m_notices);
+    m_window->setDockIconRefused(m_isDockIconRefused);
     m_window->showWindowAndFocus();
+}
+
+void PreferencesCoordinator::showPermission(NotificationPermission permission) {
+    if (m_window) {
+        m_window->setNotificationPermission(permission);
+    }
 }
 
 void PreferencesCoordinator::close() {
@@ -67,10 +84,22 @@ void PreferencesCoordinator::close() {
     }
 }
 
-void PreferencesCoordinator::updateConnectionState(bool isConnected, const std::optional<QString>& errorMessage) {
-    if (m_window) {
-        m_window->updateConnectionState(isConnected, errorMessage.has_value(), errorMessage.value_or(QString()));
+void PreferencesCoordinator::updateConnectionState(const Connection& connection,
+                                                   const std::optional<QString>& errorMessage) {
+    if (!m_window) {
+        return;
     }
+    ConnectionState state;
+    state.connecting = connectingOf(connection.initiatorUnderWay());
+    state.isConnected = connection.isConnected();
+    state.hasError = errorMessage.has_value();
+    state.errorMessage = errorMessage.value_or(QString());
+    if (state.hasError && m_explanation.errorMessage == state.errorMessage) {
+        state.wanted = m_explanation.wanted;
+        state.wasTried = m_explanation.wasTried;
+        state.details = m_explanation.details;
+    }
+    m_window->updateConnectionState(state);
 }
 
 void PreferencesCoordinator::storeSettings() {
@@ -98,17 +127,23 @@ void PreferencesCoordinator::setNotice(AccountNotice notice, bool isShown) {
 
 void PreferencesCoordinator::applyDockIconPreference() {
     const ActivationPolicy policy = m_settings.showDockIcon ? ActivationPolicy::regular : ActivationPolicy::accessory;
-    if (m_platform.shell.activationPolicy() == policy) {
-        return;
-    }
-    if (!m_platform.shell.setActivationPolicy(policy)) {
+    const bool isChange = m_platform.shell.activationPolicy() != policy;
+    setDockIconRefused(isChange && !m_platform.shell.setActivationPolicy(policy));
+    if (m_isDockIconRefused) {
         qCWarning(lcApp, "Failed to set activation policy to %s",
                   policy == ActivationPolicy::regular ? "regular" : "accessory");
-        return;
+    } else if (isChange) {
+        applyApplicationIconIfAvailable();
+        if (m_window) {
+            m_window->showWindowAndFocus();
+        }
     }
-    applyApplicationIconIfAvailable();
+}
+
+void PreferencesCoordinator::setDockIconRefused(bool isRefused) {
+    m_isDockIconRefused = isRefused;
     if (m_window) {
-        m_window->showWindowAndFocus();
+        m_window->setDockIconRefused(isRefused);
     }
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <Varnel/Connection.h>
 #include <Varnel/PlatformServices.h>
 
 #include <VarnelPreferences/PreferencesWindowController.h>
@@ -43,10 +44,22 @@ public:
     /// Shows the window in front with focus; the one held before is closed and dropped.
     void open(std::unique_ptr<PreferencesWindowController> window);
 
+    /// Tells an open window whether notifications will come; does nothing otherwise.
+    void showPermission(NotificationPermission permission);
+
     void close();
 
     /// Tells an open window of the connection; does nothing otherwise.
-    void updateConnectionState(bool isConnected, const std::optional<QString>& errorMessage);
+    void updateConnectionState(const Connection& connection, const std::optional<QString>& errorMessage);
+
+    /// What is to be said of an error beyond its line, for as long as that line is shown.
+    struct Explanation {
+        QString errorMessage;
+        ConnectionState::WantedField wanted = ConnectionState::WantedField::none;
+        bool wasTried = true; ///< false: no connection was
+        QString details = {}; ///< what each address has answered, a line each
+    };
+    void explainError(const Explanation& explanation) { m_explanation = explanation; }
 
     /// Stores the settings. A failure is said in the Account pane and in the log.
     void storeSettings();
@@ -65,12 +78,16 @@ public:
     void applyLaunchAtLoginPreference(LaunchAtLoginRequest request);
 
 private:
+    void setDockIconRefused(bool isRefused);
+
     AppSettings& m_settings;
     AppSettingsStore& m_store;
     const PlatformServices& m_platform;
     LaunchAtLoginManager m_launchAtLoginManager;
     std::unique_ptr<PreferencesWindowController> m_window;
     AccountNotices m_notices;
+    Explanation m_explanation;
+    bool m_isDockIconRefused = false;
 };
 
 } // namespace Varnel

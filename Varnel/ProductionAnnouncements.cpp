@@ -53,6 +53,27 @@ QCoro::Task<void> ProductionAnnouncements::synchronizeNotificationAuthorizationI
     }
 }
 
+void ProductionAnnouncements::checkPermission() {
+    startTask("notification permission", ifAlive(weak_from_this(), &ProductionAnnouncements::tellPermission));
+}
+
+void ProductionAnnouncements::requestPermission() {
+    startTask("notification permission",
+              ifAlive(weak_from_this(), &ProductionAnnouncements::requestAndCheckPermission));
+}
+
+QCoro::Task<void> ProductionAnnouncements::requestAndCheckPermission() {
+    const auto self = shared_from_this();
+    co_await synchronizeNotificationAuthorizationIfNeeded(true);
+    co_await tellPermission();
+}
+
+QCoro::Task<void> ProductionAnnouncements::tellPermission() {
+    const auto self = shared_from_this();
+    const NotificationPermission known = co_await permission();
+    onPermission(known);
+}
+
 QCoro::Task<NotificationPermission> ProductionAnnouncements::permission() {
     const auto self = shared_from_this();
     switch (co_await m_service.authorizationStatus()) {

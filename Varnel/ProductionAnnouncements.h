@@ -5,12 +5,17 @@
 #include <VarnelPreferences/PreferencesHandlers.h>
 #include <VarnelShared/AppSettings.h>
 
+#include <functional>
+
 namespace Varnel {
 
 /// Announces the production events that successive readings bring, each only where its own switch is on. Held by a
 /// `std::shared_ptr`: its tasks keep it alive.
 class ProductionAnnouncements final : public std::enable_shared_from_this<ProductionAnnouncements> {
 public:
+    /// Told what stands between the switches and a notification, whenever it was asked for.
+    std::function<void(NotificationPermission)> onPermission = [](NotificationPermission) {};
+
     /// `settings` are those of the moment of each call and must outlive the last one, but not its task. `isBundled`
     /// tells whether the program has a name to notify under.
     ProductionAnnouncements(const AppSettings& settings, LocalNotificationService::CenterLookup center, bool isBundled);
@@ -24,10 +29,16 @@ public:
     /// Asks for the permission to notify where a switch is on; resets the evaluator where none is.
     QCoro::Task<void> synchronizeNotificationAuthorizationIfNeeded(bool requestAuthorization);
 
-    /// What stands between the switches and a notification.
-    QCoro::Task<NotificationPermission> permission();
+    /// Asks what stands between the switches and a notification, and hands it to `onPermission`.
+    void checkPermission();
+
+    /// Asks for the permission to notify first.
+    void requestPermission();
 
 private:
+    QCoro::Task<void> requestAndCheckPermission();
+    QCoro::Task<void> tellPermission();
+    QCoro::Task<NotificationPermission> permission();
     bool isSwitchedOn(ProductionNotificationEvent event) const;
     QCoro::Task<void> deliver(std::vector<ProductionNotificationEvent> events, double kilowatts);
 

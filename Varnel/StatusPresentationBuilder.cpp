@@ -3,7 +3,7 @@
 #include <VarnelShared/Calendar.h>
 #include <VarnelShared/Text.h>
 
-#include <QRegularExpression>
+#include <QCoreApplication>
 
 #include <algorithm>
 #include <cmath>
@@ -15,12 +15,6 @@ constexpr double smallestShownInKilowatts = 0.1;
 constexpr double wattsPerKilowatt = 1000.0;
 constexpr double smallestAxisKW = 0.1;
 constexpr double headroom = 1.15;
-
-/// The short format without seconds, which only the C locale has in it.
-QString hoursAndMinutesFormat(const QLocale& locale) {
-    static const QRegularExpression seconds(QStringLiteral("[:.]s{1,2}"));
-    return locale.timeFormat(QLocale::ShortFormat).remove(seconds);
-}
 
 std::vector<double> chartValues(const std::vector<OutputSample>& samples) {
     std::vector<double> values(samples.size());
@@ -55,7 +49,7 @@ StatusPresentation StatusPresentationBuilder::build(const StatusValues& values,
     presentation.outputChartValues = chartValues(samples);
     if (presentation.showOutputChart) {
         presentation.outputChartXAxisLabels = chartXAxisLabels(samples, now);
-        presentation.outputChartPointLabels = chartPointLabels(samples);
+        presentation.outputChartPointLabels = updatedPointLabels(samples);
         presentation.outputChartYAxisMaxKW =
             outputChartYAxisMaxKW(presentation.outputChartValues, values.systemSizeKW, settings.chartScaleMode);
     }
@@ -97,10 +91,10 @@ std::optional<Timestamp> StatusPresentationBuilder::nextChange(const StatusValue
 QString StatusPresentationBuilder::outdatedText(Timestamp lastUpdatedAt, Timestamp now) const {
     const QString time = formatTime(lastUpdatedAt);
     if (Calendar::isSameDay(lastUpdatedAt, now)) {
-        return QStringLiteral("Last reading at %1").arg(time);
+        return QCoreApplication::translate("StatusPresentation", "Last reading at %1").arg(time);
     }
     const QString date = m_locale.toString(lastUpdatedAt.toDateTime().date(), QLocale::ShortFormat);
-    return QStringLiteral("Last reading on %1 at %2").arg(date, time);
+    return QCoreApplication::translate("StatusPresentation", "Last reading on %1 at %2").arg(date, time);
 }
 
 QString StatusPresentationBuilder::formatPowerDisplay(double kilowatts) const {
@@ -112,7 +106,7 @@ QString StatusPresentationBuilder::formatPowerDisplay(double kilowatts) const {
 }
 
 QString StatusPresentationBuilder::formatEnergyDisplay(double kilowattHours) const {
-    return m_locale.toString(kilowattHours, 'f', 2) + QLatin1String(" kWh");
+    return kilowattHoursText(kilowattHours, m_locale);
 }
 
 QString StatusPresentationBuilder::formatTime(Timestamp instant) const {
@@ -136,6 +130,34 @@ QStringList StatusPresentationBuilder::chartPointLabels(const std::vector<Output
     for (const OutputSample& sample : visibleSamples) {
         labels << formatTime(sample.timestamp);
     }
+    return labels;
+}
+
+/// The system's zone may have become another one since.
+bool StatusPresentationBuilder::areStillRight(const KnownLabels& known) const {
+    return known.samples.empty() || (known.labels.front() == formatTime(known.samples.front().timestamp) &&
+                                     known.labels.back() == formatTime(known.samples.back().timestamp));
+}
+
+/// As `chartPointLabels`, but makes only those that it has not made for the samples before.
+QStringList StatusPresentationBuilder::updatedPointLabels(const std::vector<OutputSample>& visibleSamples) const {
+    if (visibleSamples.empty() || !areStillRight(m_known)) {
+        m_known = {};
+    }
+    const auto isSameTime = [](const OutputSample& one, const OutputSample& other) {
+        return one.timestamp == other.timestamp;
+    };
+    auto& [samples, labels] = m_known;
+    const auto first = std::find_if(samples.begin(), samples.end(), [&](const OutputSample& sample) {
+        return isSameTime(sample, visibleSamples.front());
+    });
+    labels.remove(0, first - samples.begin());
+    const auto common = std::mismatch(first, samples.end(), visibleSamples.begin(), visibleSamples.end(), isSameTime);
+    labels.resize(common.second - visibleSamples.begin());
+    for (auto sample = common.second; sample != visibleSamples.end(); ++sample) {
+        labels << formatTime(sample->timestamp);
+    }
+    samples = visibleSamples;
     return labels;
 }
 

@@ -57,11 +57,20 @@ public:
                                         ChartScaleMode mode);
 
 private:
+    /// The labels that were made last. A day grows by one sample at a time, and each label asks for the system's zone.
+    struct KnownLabels {
+        std::vector<OutputSample> samples;
+        QStringList labels; ///< one for each of them
+    };
+
     void addTexts(StatusPresentation& presentation, const StatusValues& values) const;
     QString outdatedText(Timestamp lastUpdatedAt, Timestamp now) const;
+    bool areStillRight(const KnownLabels& known) const;
+    QStringList updatedPointLabels(const std::vector<OutputSample>& visibleSamples) const;
 
     QLocale m_locale;
     QString m_timeFormat;
+    mutable KnownLabels m_known;
 };
 
 } // namespace Varnel

@@ -1,5 +1,7 @@
 #include <Varnel/StoredPassword.h>
 
+#include <VarnelShared/Logging.h>
+#include <VarnelShared/Task.h>
 #include <VarnelShared/Text.h>
 
 namespace Varnel {
@@ -22,25 +24,70 @@ std::optional<QString> StoredPassword::read(const QString& account) {
     return password.isEmpty() ? std::nullopt : std::optional(password);
 }
 
-Result<void> StoredPassword::save(const QString& account, const QString& password) {
-    if (m_leftEntry == entryName(account)) {
-        m_leftEntry.clear();
-    }
-    return read(account) == password ? Result<void>() : m_keychain.saveSecret(password, entryName(account));
+QCoro::Task<std::optional<QString>> StoredPassword::readPatiently(QString account) {
+    const auto self = shared_from_this();
+    std::optional<QString> password;
+    const std::function<void()> reading = [this, &account, &password] { password = read(account); };
+    co_await m_keychain.runPatiently(reading);
+    co_return password;
 }
 
-Result<void> StoredPassword::remove(const QString& account) {
+QCoro::Task<void> StoredPassword::save(QString account, QString password) {
+    const auto self = shared_from_this();
+    const QString entry = entryName(account);
+    m_leftEntries.erase(entry);
+    m_removedEntries.erase(entry);
+    Result<void> saved;
+    const std::function<void()> saving = [&] {
+        if (read(account) != password) {
+            saved = m_keychain.saveSecret(password, entry);
+        }
+    };
+    co_await m_keychain.runPatiently(saving);
+    if (m_removedEntries.contains(entry)) {
+        forget(account);
+        co_return;
+    }
+    if (!saved) {
+        qCWarning(lcApp, "The password could not be stored: %s", qUtf8Printable(saved.error().localizedDescription()));
+    }
+    onNotice(AccountNotice::passwordNotStored, !saved);
+    onNotice(AccountNotice::passwordNotDeleted, !m_leftEntries.empty());
+}
+
+bool StoredPassword::remove(const QString& account) {
     if (trimmed(account).isEmpty()) {
-        return {};
+        return true;
     }
     const QString entry = entryName(account);
+    m_removedEntries.insert(entry);
     const Result<void> removed = m_keychain.deleteSecret(entry);
     if (!removed) {
-        m_leftEntry = entry;
-    } else if (m_leftEntry == entry) {
-        m_leftEntry.clear();
+        qCWarning(lcApp, "The password could not be deleted: %s",
+                  qUtf8Printable(removed.error().localizedDescription()));
+        m_leftEntries.insert(entry);
+    } else {
+        m_leftEntries.erase(entry);
     }
-    return removed;
+    onNotice(AccountNotice::passwordNotDeleted, !m_leftEntries.empty());
+    return removed.has_value();
+}
+
+void StoredPassword::forget(const QString& account) {
+    onNotice(AccountNotice::passwordNotStored, false);
+    if (!remove(account)) {
+        startTask("deletion of the password",
+                  ifAlive(weak_from_this(), &StoredPassword::removeAfterUnlocking, account));
+    }
+}
+
+QCoro::Task<void> StoredPassword::removeAfterUnlocking(QString account) {
+    const auto self = shared_from_this();
+    co_await unlock(account, KeychainAccess::deleting);
+    // Else the user has connected meanwhile, with a password that is to stay.
+    if (m_leftEntries.contains(entryName(account))) {
+        remove(account);
+    }
 }
 
 QCoro::Task<bool> StoredPassword::unlock(QString account, KeychainAccess access) {

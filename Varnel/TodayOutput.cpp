@@ -1,10 +1,12 @@
 #include <Varnel/TodayOutput.h>
 
 #include <VarnelShared/Calendar.h>
+#include <VarnelShared/PowerReading.h>
 #include <VarnelShared/Text.h>
 
 #include <algorithm>
 #include <chrono>
+#include <cmath>
 #include <iterator>
 #include <utility>
 
@@ -13,6 +15,16 @@ namespace Varnel {
 TodayOutput::TodayOutput(OutputHistoryStore history, const Clock& clock)
     : m_history(std::move(history))
     , m_clock(clock) {}
+
+std::vector<OutputSample> TodayOutput::stored() const {
+    std::vector<OutputSample> samples;
+    if (!m_account.isEmpty() && !m_stationID.isEmpty()) {
+        for (const OutputHistorySnapshot& day : m_history.loadAllSnapshots(m_account, m_stationID)) {
+            samples.insert(samples.end(), day.samples.begin(), day.samples.end());
+        }
+    }
+    return samples;
+}
 
 std::vector<OutputSample> TodayOutput::visible(Timestamp referenceDate) const {
     const Timestamp dayStart = Calendar::startOfDay(referenceDate);
@@ -38,6 +50,7 @@ void TodayOutput::rollOver(Timestamp instant) {
         return;
     }
     m_dayStart = dayStart;
+    ++m_revision;
     // After midnight none is left; where only the zone has changed, the day's earlier samples are.
     std::erase_if(m_samples,
                   [instant](const OutputSample& sample) { return !Calendar::isSameDay(sample.timestamp, instant); });
@@ -46,6 +59,9 @@ void TodayOutput::rollOver(Timestamp instant) {
     }
     if (auto snapshot = m_history.loadSnapshot(dayStart, m_account, m_stationID)) {
         m_samples = std::move(snapshot->samples);
+        // No reading is above, so a file that says so was not written by this program.
+        std::erase_if(m_samples,
+                      [](const OutputSample& sample) { return std::abs(sample.kilowatts) > largestPowerKW; });
         dropOldest();
     }
 }
@@ -71,6 +87,7 @@ void TodayOutput::persist() {
 }
 
 void TodayOutput::clear() {
+    ++m_revision;
     m_dayStart.reset();
     m_samples.clear();
 }

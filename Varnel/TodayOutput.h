@@ -24,6 +24,12 @@ public:
     const std::optional<Timestamp>& dayStart() const { return m_dayStart; }
     const std::vector<OutputSample>& samples() const { return m_samples; }
 
+    /// Every stored sample of the owner, of any day, in the file's order. Reads the file.
+    std::vector<OutputSample> stored() const;
+
+    /// Another number whenever what is stored may have become others' or another day's: `stored` is worth a new look.
+    int revision() const { return m_revision; }
+
     /// The samples at or after the start of the day of `referenceDate`.
     std::vector<OutputSample> visible(Timestamp referenceDate) const;
 
@@ -61,6 +67,7 @@ private:
     QString m_stationID;
     std::optional<Timestamp> m_dayStart;
     std::vector<OutputSample> m_samples;
+    int m_revision = 0;
 };
 
 } // namespace Varnel

@@ -1,13 +1,16 @@
 #include <VarnelPreferences/AccountPane.h>
 
 #include <VarnelPreferences/PaneWidgets.h>
+#include <VarnelShared/Text.h>
 
 #include <QApplication>
 #include <QHBoxLayout>
 #include <QLineEdit>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QToolButton>
+#include <QUrl>
 #include <QVBoxLayout>
 
 #include <initializer_list>
@@ -44,6 +47,13 @@ QString textOf(AccountNotices notices) {
     }
     return texts.join(QLatin1Char('\n'));
 }
+
+/// Whether what is sent to the address can be read on its way. This machine's own address is on none.
+bool isReadableOnTheWay(const QString& baseURL) {
+    const QUrl url(trimmed(baseURL), QUrl::StrictMode);
+    static const QRegularExpression own(QStringLiteral(R"(^(localhost|.+\.localhost|127(\.\d+){3}|::1)$)"));
+    return url.scheme() == QLatin1String("http") && !own.match(url.host()).hasMatch();
+}
 } // namespace
 
 AccountPane::AccountPane(PreferencesForm& form)
@@ -52,7 +62,7 @@ AccountPane::AccountPane(PreferencesForm& form)
     , m_password(makeField(form.draft().password, {}))
     , m_baseURL(makeField(form.draft().baseURL, AppSettings::defaults().baseURL))
     , m_stationID(makeField(form.draft().stationID, tr("Found automatically")))
-    , m_reveal(new QPushButton(tr("Sho&w")))
+    , m_reveal(new QPushButton)
     , m_advanced(new QToolButton)
     , m_state(new StateLine(paneColumns))
     , m_notices(new StateLine(paneColumns))
@@ -68,7 +78,10 @@ AccountPane::AccountPane(PreferencesForm& form)
     layout->addWidget(m_notices);
     layout->addStretch();
     layout->addLayout(buildButtons());
+    layout->addWidget(makeHint(tr("Signing out deletes the password and the samples that are stored on this computer."),
+                               HintPlace::ofAll));
     connect(m_account, &QLineEdit::textEdited, this, &AccountPane::followAccount);
+    connect(m_baseURL, &QLineEdit::textChanged, this, &AccountPane::showNotices);
     connect(&form, &PreferencesForm::connectionChanged, this, &AccountPane::showConnection);
     connect(&form, &PreferencesForm::accountNoticesChanged, this, &AccountPane::showNotices);
     connect(&form, &PreferencesForm::signedOut, this, &AccountPane::handleSignedOut);
@@ -101,9 +114,8 @@ QFormLayout* AccountPane::buildFields() {
 }
 
 QWidget* AccountPane::buildPasswordRow() {
-    m_reveal->setCheckable(true);
-    m_reveal->setAccessibleName(tr("Show password"));
-    connect(m_reveal, &QPushButton::toggled, this, &AccountPane::setPasswordShown);
+    connect(m_reveal, &QPushButton::clicked, this,
+            [this] { setPasswordShown(m_password->echoMode() == QLineEdit::Password); });
     setPasswordShown(false);
     auto* row = new QWidget;
     auto* layout = new QHBoxLayout(row);
@@ -132,7 +144,7 @@ QLayout* AccountPane::buildButtons() {
     m_save->setDefault(true);
     m_save->setMinimumWidth(m_save->sizeHint().width() + 2 * m_save->fontMetrics().averageCharWidth());
     m_signOut->setAutoDefault(true);
-    connect(m_save, &QPushButton::clicked, this, &AccountPane::handleSave);
+    connect(m_save, &QPushButton::clicked, this, &AccountPane::handleButton);
     connect(m_signOut, &QPushButton::clicked, &m_form, &PreferencesForm::signOut);
     auto* layout = new QHBoxLayout;
     layout->addWidget(m_progress, 1);
@@ -151,6 +163,8 @@ void AccountPane::setAdvancedShown(bool isShown) {
 
 void AccountPane::setPasswordShown(bool isShown) {
     m_password->setEchoMode(isShown ? QLineEdit::Normal : QLineEdit::Password);
+    m_reveal->setText(isShown ? tr("&Hide") : tr("Sho&w"));
+    m_reveal->setAccessibleName(isShown ? tr("Hide password") : tr("Show password"));
     // Shown or not, no input method is to learn it.
     m_password->setInputMethodHints(m_password->inputMethodHints() | Qt::ImhSensitiveData | Qt::ImhNoPredictiveText |
                                     Qt::ImhNoAutoUppercase);
@@ -162,6 +176,14 @@ void AccountPane::followAccount(const QString& account) {
     }
 }
 
+void AccountPane::handleButton() {
+    if (m_form.connection().connecting == ConnectionState::Connecting::no) {
+        handleSave();
+    } else {
+        m_form.cancelSignIn();
+    }
+}
+
 void AccountPane::handleSave() {
     m_form.save({m_baseURL->text(), m_account->text(), m_password->text(), m_stationID->text()});
     m_stationID->setModified(false); // what was typed is this account's station now
@@ -169,38 +191,81 @@ void AccountPane::handleSave() {
 
 void AccountPane::handleSignedOut() {
     m_password->clear();
-    m_reveal->setChecked(false);
+    setPasswordShown(false);
     showConnection();
 }
 
 void AccountPane::showConnection() {
-    const ConnectionState& connection = m_form.connection();
+    const ConnectionState connection = m_form.connection();
+    const bool isConnecting = connection.connecting != ConnectionState::Connecting::no;
     m_state->setState(signOf(connectionKind(connection)), connectionText(connection));
-    setBusy(connection.isConnecting);
+    m_state->setDetails(connection.details);
+    m_progress->setVisible(isConnecting);
+    m_save->setText(isConnecting ? tr("&Cancel") : tr("Save and &Connect"));
+    m_save->setDefault(!isConnecting); // Return belongs to the fields then
+    setResting(m_form.isUserWaiting());
     m_signOut->setEnabled(m_form.canSignOut());
 }
 
 void AccountPane::showNotices() {
-    const AccountNotices notices = m_form.accountNotices();
-    m_notices->setState(StateLine::Sign::warning, textOf(notices));
-    m_notices->setVisible(notices != AccountNotices());
+    QStringList texts(textOf(m_form.accountNotices()));
+    if (isReadableOnTheWay(m_baseURL->text())) {
+        texts += tr("The base URL begins with http: your password can be read on its way there. Prefer https.");
+    }
+    texts.removeAll(QString());
+    m_notices->setState(StateLine::Sign::warning, texts.join(QLatin1Char('\n')));
+    m_notices->setVisible(!texts.isEmpty());
     m_signOut->setEnabled(m_form.canSignOut());
 }
 
-void AccountPane::setBusy(bool isBusy) {
-    // Disabled controls lose the focus; it comes back to where the user left it.
-    if (isBusy && isAncestorOf(QApplication::focusWidget())) {
-        m_focusBeforeBusy = QApplication::focusWidget();
+/// Disabled fields lose the focus: meanwhile the button has it, and then the field that the user needs next.
+void AccountPane::setResting(bool isResting) {
+    if (std::exchange(m_isResting, isResting) == isResting) {
+        return;
     }
-    for (QWidget* control :
-         std::initializer_list<QWidget*>{m_account, m_password, m_reveal, m_baseURL, m_stationID, m_save}) {
-        control->setEnabled(!isBusy);
+    QWidget* focused = window()->focusWidget();
+    if (isResting) {
+        m_focusBefore = focused;
+        m_hasTakenFocus = isAncestorOf(focused);
+        if (m_hasTakenFocus) {
+            m_save->setFocus();
+        }
     }
-    m_progress->setVisible(isBusy);
-    if (!isBusy && m_focusBeforeBusy) {
-        m_focusBeforeBusy->setFocus();
-        m_focusBeforeBusy.clear();
+    for (QWidget* control : std::initializer_list<QWidget*>{m_account, m_password, m_reveal, m_baseURL, m_stationID}) {
+        control->setEnabled(!isResting);
     }
+    if (!isResting && m_hasTakenFocus && focused == m_save) {
+        showWantedField();
+    }
+}
+
+QLineEdit* AccountPane::wantedField() const {
+    switch (m_form.connection().wanted) {
+    case ConnectionState::WantedField::none:
+        break;
+    case ConnectionState::WantedField::account:
+        return m_account;
+    case ConnectionState::WantedField::password:
+        return m_password;
+    case ConnectionState::WantedField::baseURL:
+        return m_baseURL;
+    }
+    return nullptr;
+}
+
+void AccountPane::showWantedField() {
+    QLineEdit* wanted = wantedField();
+    if (!wanted) {
+        if (m_focusBefore) {
+            m_focusBefore->setFocus();
+        }
+        return;
+    }
+    if (wanted == m_baseURL) {
+        setAdvancedShown(true);
+    }
+    wanted->setFocus();
+    wanted->selectAll();
 }
 
 } // namespace Varnel

@@ -16,6 +16,7 @@ namespace Varnel {
 class StateLine;
 
 /// The account, where to find it, and the connection. Saved by its button alone; Return in a field is that button.
+/// While a sign-in goes on the button cancels it.
 class AccountPane final : public QWidget {
     Q_OBJECT
 
@@ -35,11 +36,14 @@ private:
     void setAdvancedShown(bool isShown);
     void setPasswordShown(bool isShown);
     void followAccount(const QString& account);
+    void handleButton();
     void handleSave();
     void handleSignedOut();
     void showConnection();
     void showNotices();
-    void setBusy(bool isBusy);
+    void setResting(bool isResting);
+    QLineEdit* wantedField() const;
+    void showWantedField();
 
     PreferencesForm& m_form;
     QLineEdit* m_account;
@@ -54,7 +58,9 @@ private:
     QPushButton* m_signOut;
     QPushButton* m_save;
     QFormLayout* m_fields;
-    QPointer<QWidget> m_focusBeforeBusy;
+    bool m_isResting = false;
+    bool m_hasTakenFocus = false; ///< the button has, from a field that rests
+    QPointer<QWidget> m_focusBefore;
 };
 
 } // namespace Varnel

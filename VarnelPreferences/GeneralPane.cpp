@@ -2,6 +2,8 @@
 
 #include <VarnelPreferences/PaneWidgets.h>
 
+#include <QHBoxLayout>
+#include <QLabel>
 #include <QSpinBox>
 
 namespace Varnel {
@@ -46,7 +48,21 @@ void GeneralPane::buildInterval(QFormLayout& layout) {
     m_interval->setValue(shownMinutes(m_form.draft().pollIntervalSeconds));
     connect(m_interval, &QSpinBox::valueChanged, &m_form, &PreferencesForm::editPollInterval);
     connect(m_interval, &QSpinBox::editingFinished, &m_form, &PreferencesForm::handOn);
-    addField(layout, tr("&Update every"), m_interval);
+    addField(
+        layout, tr("&Update every"), m_interval,
+        besideInterval(tr("from %1 to %2")
+                           .arg(locale().toString(m_interval->minimum()), locale().toString(m_interval->maximum()))));
+}
+
+/// The range stands beside the field: a value outside of it cannot be typed, and nothing else would say why.
+QWidget* GeneralPane::besideInterval(const QString& range) {
+    auto* row = new QWidget;
+    auto* layout = new QHBoxLayout(row);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(m_interval);
+    layout->addWidget(new QLabel(range));
+    m_interval->setAccessibleDescription(range);
+    return row;
 }
 
 void GeneralPane::buildChart(QFormLayout& layout) {
@@ -61,6 +77,13 @@ void GeneralPane::buildChart(QFormLayout& layout) {
 void GeneralPane::buildIcons(QFormLayout& layout) {
     layout.addRow(QString(), makeSwitch(m_form, &AppSettings::showDockIcon, tr("Show &dock icon")));
     layout.addRow(QString(), makeHint(tr("Keeps Varnel in the taskbar or dock.")));
+    auto* refusal = new StateLine(fieldColumns);
+    refusal->setState(StateLine::Sign::off,
+                      tr("This desktop offers no such entry. The switch takes effect on one that does."));
+    const auto showRefusal = [this, refusal] { refusal->setVisible(m_form.isDockIconRefused()); };
+    connect(&m_form, &PreferencesForm::dockIconRefusedChanged, refusal, showRefusal);
+    layout.addRow(QString(), refusal);
+    showRefusal();
     addField(layout, tr("&Icon appearance"), makePicker(m_form, &AppSettings::iconAppearanceMode));
 }
 

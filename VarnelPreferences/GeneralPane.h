@@ -5,7 +5,6 @@
 #include <QWidget>
 
 class QCheckBox;
-class QComboBox;
 class QFormLayout;
 class QSpinBox;
 
@@ -28,6 +27,7 @@ public:
 
 private:
     void buildInterval(QFormLayout& layout);
+    QWidget* besideInterval(const QString& range);
     void buildChart(QFormLayout& layout);
     void buildIcons(QFormLayout& layout);
     void buildLaunchAtLogin(QFormLayout& layout);

@@ -24,15 +24,17 @@ StateLine::Sign signOf(NotificationPermission permission) {
 QString textOf(NotificationPermission permission) {
     switch (permission) {
     case NotificationPermission::notInstalled:
-        return QStringLiteral("Varnel shows notifications once it is installed.");
+        return NotificationsPane::tr("Varnel shows notifications once it is installed.");
     case NotificationPermission::noService:
-        return QStringLiteral("No notification service is running, so nothing can be shown. Start the notification "
-                              "service of your desktop, or install one.");
+        return NotificationsPane::tr(
+            "No notification service is running, so nothing can be shown. Start the notification "
+            "service of your desktop, or install one.");
     case NotificationPermission::denied:
-        return QStringLiteral("Notifications are blocked. Allow them for Varnel in the notification settings of your "
-                              "desktop.");
+        return NotificationsPane::tr(
+            "Notifications are blocked. Allow them for Varnel in the notification settings of your "
+            "desktop.");
     case NotificationPermission::authorized:
-        return QStringLiteral("Notifications are allowed.");
+        return NotificationsPane::tr("Notifications are allowed.");
     }
     return {};
 }
@@ -44,7 +46,7 @@ NotificationsPane::NotificationsPane(PreferencesForm& form)
     , m_permission(new StateLine(paneColumns)) {
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(paneMargins);
-    layout->addWidget(new QLabel(tr("Show a notification when:")));
+    layout->addWidget(new ParagraphLabel(paneColumns, tr("Show a notification when:")));
     layout->addWidget(m_firstSwitch);
     layout->addWidget(makeSwitch(form, &PreferencesDraft::notifyOnProductionEnd, tr("Production &ends")));
     layout->addWidget(

@@ -12,7 +12,8 @@ ParagraphLabel::ParagraphLabel(int columns, const QString& text)
     , m_columns(columns) {
     setWordWrap(true);
     setTextFormat(Qt::PlainText);
-    setAlignment(Qt::AlignLeading | Qt::AlignTop);
+    // Where the window begins, not where the text would: what is not translated stands there with the rest.
+    setAlignment(QStyle::visualAlignment(layoutDirection(), Qt::AlignLeading) | Qt::AlignTop | Qt::AlignAbsolute);
 }
 
 QSize ParagraphLabel::sizeHint() const {
@@ -96,15 +97,27 @@ void StateLine::setState(Sign sign, const QString& text) {
     m_text->setText(text);
 }
 
-ParagraphLabel* makeHint(const QString& text) {
-    auto* hint = new ParagraphLabel(fieldColumns, text);
+void StateLine::setDetails(const QString& lines) {
+    m_text->setToolTip(lines.isEmpty()
+                           ? QString()
+                           : QStringLiteral("<p>%1</p>")
+                                 .arg(lines.toHtmlEscaped().replace(QLatin1Char('\n'), QStringLiteral("<br>"))));
+    m_text->setAccessibleDescription(lines);
+}
+
+ParagraphLabel* makeHint(const QString& text, HintPlace place) {
+    auto* hint = new ParagraphLabel(place == HintPlace::ofSwitch ? fieldColumns : paneColumns, text);
     QFont small = hint->font();
     small.setPointSizeF(small.pointSizeF() * 0.9);
     hint->setFont(small);
+    if (place == HintPlace::ofAll) {
+        return hint;
+    }
     const QStyle& style = *hint->style();
     const int indent =
         style.pixelMetric(QStyle::PM_IndicatorWidth) + style.pixelMetric(QStyle::PM_CheckBoxLabelSpacing);
-    hint->setContentsMargins(indent, 0, 0, 0);
+    const bool isMirrored = hint->layoutDirection() == Qt::RightToLeft;
+    hint->setContentsMargins(isMirrored ? 0 : indent, 0, isMirrored ? indent : 0, 0);
     return hint;
 }
 
@@ -116,7 +129,7 @@ void addField(QFormLayout& layout, const QString& label, QWidget* control, QWidg
     control->setAccessibleName(QString(label).remove(QLatin1Char('&')));
 }
 
-QCheckBox* makeSwitch(PreferencesForm& form, bool AppSettings::*field, const QString& text) {
+QCheckBox* makeSwitch(PreferencesForm& form, bool AppSettings::* field, const QString& text) {
     auto* toggle = new QCheckBox(text);
     toggle->setChecked(form.draft().*field);
     QObject::connect(toggle, &QCheckBox::toggled, &form, [&form, field](bool isOn) { form.edit(field, isOn); });

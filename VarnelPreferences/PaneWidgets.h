@@ -4,6 +4,7 @@
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QCoreApplication>
 #include <QFormLayout>
 #include <QLabel>
 #include <QMargins>
@@ -45,6 +46,9 @@ public:
 
     void setState(Sign sign, const QString& text);
 
+    /// What is told of the state on demand, a line each: in the tooltip, and to an assistive program.
+    void setDetails(const QString& lines);
+
 private:
     class SignWidget;
 
@@ -52,22 +56,25 @@ private:
     ParagraphLabel* m_text;
 };
 
-/// A paragraph in small type that explains the switch above it, in line with that one's text.
-ParagraphLabel* makeHint(const QString& text);
+/// What a hint explains: the switch above it, in line with that one's text, or the whole pane.
+enum class HintPlace { ofSwitch, ofAll };
+
+/// A paragraph in small type.
+ParagraphLabel* makeHint(const QString& text, HintPlace place = HintPlace::ofSwitch);
 
 /// Adds a row whose label, with its mnemonic, leads to `control` and names it. `row` is what stands beside the label
 /// when that is more than the control.
 void addField(QFormLayout& layout, const QString& label, QWidget* control, QWidget* row = nullptr);
 
 /// A switch that shows `field` and edits it. `form` must outlive it.
-QCheckBox* makeSwitch(PreferencesForm& form, bool AppSettings::*field, const QString& text);
+QCheckBox* makeSwitch(PreferencesForm& form, bool AppSettings::* field, const QString& text);
 
 /// A picker of all cases of an enumeration that shows `field` and edits it. `form` must outlive it.
 template <typename E>
-QComboBox* makePicker(PreferencesForm& form, E AppSettings::*field) {
+QComboBox* makePicker(PreferencesForm& form, E AppSettings::* field) {
     auto* picker = new QComboBox;
     for (const auto& choice : allCases<E>()) {
-        picker->addItem(QString::fromUtf8(choice.displayName));
+        picker->addItem(QCoreApplication::translate("AppSettings", choice.displayName));
         if (choice.value == form.draft().*field) {
             picker->setCurrentIndex(picker->count() - 1);
         }

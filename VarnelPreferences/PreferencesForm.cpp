@@ -33,8 +33,16 @@ void PreferencesForm::handOn() {
     m_handlers.autoSave(PreferencesDraft(m_draft));
 }
 
+ConnectionState PreferencesForm::connection() const {
+    ConnectionState connection = m_told;
+    if (m_isSaving) {
+        connection.connecting = ConnectionState::Connecting::forUser;
+    }
+    return connection;
+}
+
 void PreferencesForm::save(const AccountFields& fields) {
-    if (m_connection.isConnecting || m_isDetached) {
+    if (isUserWaiting() || m_isDetached) {
         return;
     }
     m_pause.reset();
@@ -44,26 +52,39 @@ void PreferencesForm::save(const AccountFields& fields) {
     m_draft.stationID = fields.stationID;
     m_handedOn = m_draft;
     setAccountNotices({});
-    setConnection(
-        {.isConnecting = true, .isConnected = m_connection.isConnected, .hasError = false, .errorMessage = {}});
+    ConnectionState before;
+    before.isConnected = m_told.isConnected;
+    setConnection(before, true);
+    ++m_save;
     const auto task = std::make_shared<QCoro::Task<bool>>(m_handlers.save(m_draft));
-    startTask("savePreferences", [form = QPointer<PreferencesForm>(this), task] { return awaitSave(form, task); });
+    startTask("savePreferences",
+              [form = QPointer<PreferencesForm>(this), save = m_save, task] { return awaitSave(form, save, task); });
 }
 
-QCoro::Task<void> PreferencesForm::awaitSave(QPointer<PreferencesForm> form, std::shared_ptr<QCoro::Task<bool>> save) {
-    const bool isConnected = co_await std::move(*save);
-    if (form) {
+QCoro::Task<void> PreferencesForm::awaitSave(QPointer<PreferencesForm> form, int save,
+                                             std::shared_ptr<QCoro::Task<bool>> task) {
+    const bool isConnected = co_await std::move(*task);
+    if (form && form->m_isSaving && form->m_save == save) {
         form->saveEnded(isConnected);
     }
 }
 
 void PreferencesForm::saveEnded(bool isConnected) {
     // What the owner reported while the save went on is more exact than its outcome.
-    ConnectionState ended = m_connection;
-    ended.isConnecting = false;
+    ConnectionState ended = m_told;
     ended.isConnected = isConnected;
     ended.hasError = ended.hasError || !isConnected;
-    setConnection(ended);
+    setConnection(ended, false);
+}
+
+void PreferencesForm::cancelSignIn() {
+    if (m_isDetached || connection().connecting == ConnectionState::Connecting::no) {
+        return;
+    }
+    ConnectionState cancelled = m_told;
+    cancelled.connecting = ConnectionState::Connecting::no;
+    setConnection(cancelled, false);
+    m_handlers.cancelSignIn();
 }
 
 QString PreferencesForm::stationIDFor(const QString& account) const {
@@ -78,24 +99,27 @@ void PreferencesForm::signOut() {
     m_draft.password.clear();
     m_handedOn.password.clear();
     setAccountNotices({});
-    updateConnection(false, false, {});
+    setConnection({}, m_isSaving);
     Q_EMIT signedOut();
     m_handlers.signOut();
 }
 
 bool PreferencesForm::canSignOut() const {
-    return !m_connection.isConnecting &&
-           (m_connection.isConnected || m_connection.hasError || !m_draft.password.isEmpty() ||
+    const ConnectionState shown = connection();
+    return shown.connecting == ConnectionState::Connecting::no &&
+           (shown.isConnected || shown.hasError || !m_draft.password.isEmpty() ||
             m_accountNotices.testFlag(AccountNotice::passwordNotDeleted));
 }
 
-void PreferencesForm::updateConnection(bool isConnected, bool hasError, const QString& errorMessage) {
-    setConnection({m_connection.isConnecting, isConnected, hasError, hasError ? errorMessage : QString()});
+void PreferencesForm::updateConnection(const ConnectionState& connection) {
+    setConnection(connection, m_isSaving);
 }
 
-void PreferencesForm::setConnection(const ConnectionState& connection) {
-    if (m_connection != connection) {
-        m_connection = connection;
+void PreferencesForm::setConnection(const ConnectionState& told, bool isSaving) {
+    const ConnectionState before = connection();
+    m_told = told;
+    m_isSaving = isSaving;
+    if (connection() != before) {
         Q_EMIT connectionChanged();
     }
 }
@@ -103,6 +127,12 @@ void PreferencesForm::setConnection(const ConnectionState& connection) {
 void PreferencesForm::setNotificationPermission(NotificationPermission permission) {
     m_notificationPermission = permission;
     Q_EMIT notificationPermissionChanged();
+}
+
+void PreferencesForm::setDockIconRefused(bool isRefused) {
+    if (std::exchange(m_isDockIconRefused, isRefused) != isRefused) {
+        Q_EMIT dockIconRefusedChanged();
+    }
 }
 
 void PreferencesForm::setAccountNotices(AccountNotices notices) {

@@ -37,13 +37,16 @@ public:
     PreferencesForm(const PreferencesDraft& draft, PreferencesHandlers handlers, TimerFactory& timers);
 
     const PreferencesDraft& draft() const { return m_draft; }
-    const ConnectionState& connection() const { return m_connection; }
+    /// As the owner has told it, with the save of this form that goes on.
+    ConnectionState connection() const;
+    /// Whether the user waits for a sign-in: the fields rest meanwhile.
+    bool isUserWaiting() const { return connection().connecting == ConnectionState::Connecting::forUser; }
     /// None until the owner has told it.
     std::optional<NotificationPermission> notificationPermission() const { return m_notificationPermission; }
 
     /// Changes one auto-saved field and hands the draft on at once, a pending poll interval with it.
     template <typename T>
-    void edit(T AppSettings::*field, std::type_identity_t<T> value) {
+    void edit(T AppSettings::* field, std::type_identity_t<T> value) {
         m_draft.*field = value;
         handOn();
     }
@@ -54,8 +57,12 @@ public:
     /// Hands on what is still pending.
     void handOn();
 
-    /// Hands everything to the save handler, a pending poll interval with it. Does nothing while a save is going on.
+    /// Hands everything to the save handler, a pending poll interval with it. Does nothing while the user waits for
+    /// one.
     void save(const AccountFields& fields);
+
+    /// Ends the sign-in that goes on. Its outcome does not count any more.
+    void cancelSignIn();
 
     /// The station of the draft for the draft's account; another account has stations of its own, to be found anew.
     QString stationIDFor(const QString& account) const;
@@ -66,8 +73,11 @@ public:
     /// Whether there is a session, a failure or a password to sign out of, also one that could not be deleted.
     bool canSignOut() const;
 
-    void updateConnection(bool isConnected, bool hasError, const QString& errorMessage);
+    void updateConnection(const ConnectionState& connection);
     void setNotificationPermission(NotificationPermission permission);
+
+    bool isDockIconRefused() const { return m_isDockIconRefused; }
+    void setDockIconRefused(bool isRefused);
 
     /// What could not be kept or removed, until the next save or sign-out begins.
     AccountNotices accountNotices() const { return m_accountNotices; }
@@ -85,22 +95,28 @@ public:
 Q_SIGNALS:
     void connectionChanged();
     void notificationPermissionChanged();
+    void dockIconRefusedChanged();
     void accountNoticesChanged();
     void launchAtLoginRefused(const QString& description);
     void signedOut();
 
 private:
-    static QCoro::Task<void> awaitSave(QPointer<PreferencesForm> form, std::shared_ptr<QCoro::Task<bool>> save);
-    void setConnection(const ConnectionState& connection);
+    static QCoro::Task<void> awaitSave(QPointer<PreferencesForm> form, int save,
+                                       std::shared_ptr<QCoro::Task<bool>> task);
     void saveEnded(bool isConnected);
+    /// Changes what was told and whether a save goes on, and says so where that made a difference.
+    void setConnection(const ConnectionState& told, bool isSaving);
 
     PreferencesDraft m_draft;
     PreferencesDraft m_handedOn; ///< as the owner knows it
     const PreferencesHandlers m_handlers;
     TimerFactory& m_timers;
     std::unique_ptr<OneShotTimer> m_pause;
-    ConnectionState m_connection;
+    ConnectionState m_told; ///< by the owner
+    bool m_isSaving = false;
+    int m_save = 0; ///< the number of the last save: one that was cancelled ends without a trace
     std::optional<NotificationPermission> m_notificationPermission;
+    bool m_isDockIconRefused = false;
     AccountNotices m_accountNotices;
     bool m_isDetached = false;
 };

@@ -29,8 +29,8 @@ Q_DECLARE_OPERATORS_FOR_FLAGS(AccountNotices)
 /// controller. `save`, `autoSave` and `signOut` must be set.
 struct PreferencesHandlers {
     /// The explicit save of the Account pane: true when a session exists afterwards. Called on the spot; the window
-    /// stays busy until the task ends and asks for no second save before that. The window may be gone by then.
-    /// A plain function that calls a coroutine, never itself a coroutine when it captures anything.
+    /// stays busy until the task ends or the user cancels, and asks for no second save before that. The window may be
+    /// gone by then. A plain function that calls a coroutine, never itself a coroutine when it captures anything.
     std::function<QCoro::Task<bool>(PreferencesDraft)> save;
 
     /// One edit of the General or Notifications pane. The account fields of the draft are those of the last explicit
@@ -38,6 +38,10 @@ struct PreferencesHandlers {
     std::function<void(const PreferencesDraft&)> autoSave;
 
     std::function<void()> signOut;
+
+    /// The user wants no end of the sign-in that goes on, whoever has begun it. After it another save may come, while
+    /// the task of the one before still runs.
+    std::function<void()> cancelSignIn = [] {};
 
     /// The user has closed the window, and every edit was handed on. Not called for `close()` or destruction.
     std::function<void()> closed = {};

@@ -4,6 +4,7 @@
 #include <VarnelPreferences/GeneralPane.h>
 #include <VarnelPreferences/NotificationsPane.h>
 
+#include <QAccessibleWidget>
 #include <QCloseEvent>
 #include <QMenu>
 #include <QMenuBar>
@@ -48,7 +49,7 @@ QSize PaneTabs::sizeHint() const {
 /// The window with the three panes, always of the size that the selected pane needs. Ctrl+W and Esc close it,
 /// Ctrl+Tab goes to the next pane.
 class PreferencesWindow final : public QWidget {
-    Q_DECLARE_TR_FUNCTIONS(PreferencesWindow)
+    Q_OBJECT
 
 public:
     PreferencesWindow(std::unique_ptr<PreferencesForm> form, PreferencesInitialTab initialTab);
@@ -82,12 +83,30 @@ private:
     bool m_isClosingQuietly = false;
 };
 
+namespace {
+/// The toolkit tells only windows of its own class for them as dialogs.
+QAccessibleInterface* dialogAccess(const QString& className, QObject* object) {
+    if (className != QLatin1String(PreferencesWindow::staticMetaObject.className())) {
+        return nullptr;
+    }
+    return new QAccessibleWidget(static_cast<QWidget*>(object), QAccessible::Dialog);
+}
+
+void makeWindowAccessible() {
+    [[maybe_unused]] static const bool isInstalled = [] {
+        QAccessible::installFactory(dialogAccess);
+        return true;
+    }();
+}
+} // namespace
+
 PreferencesWindow::PreferencesWindow(std::unique_ptr<PreferencesForm> form, PreferencesInitialTab initialTab)
     : m_form(form.release())
     , m_tabs(new PaneTabs)
     , m_general(new GeneralPane(*m_form))
     , m_account(new AccountPane(*m_form))
     , m_notifications(new NotificationsPane(*m_form)) {
+    makeWindowAccessible();
     m_form->setParent(this);
     // The application's display name is added behind it.
     setWindowTitle(tr("Settings"));
@@ -179,7 +198,15 @@ void PreferencesWindowController::close() {
 
 void PreferencesWindowController::updateConnectionState(bool isConnected, bool hasConnectionError,
                                                         const QString& errorMessage) {
-    m_window->form().updateConnection(isConnected, hasConnectionError, errorMessage);
+    ConnectionState connection;
+    connection.isConnected = isConnected;
+    connection.hasError = hasConnectionError;
+    connection.errorMessage = hasConnectionError ? errorMessage : QString();
+    updateConnectionState(connection);
+}
+
+void PreferencesWindowController::updateConnectionState(const ConnectionState& connection) {
+    m_window->form().updateConnection(connection);
 }
 
 void PreferencesWindowController::showAccountNotices(AccountNotices notices) {
@@ -188,6 +215,10 @@ void PreferencesWindowController::showAccountNotices(AccountNotices notices) {
 
 void PreferencesWindowController::setNotificationPermission(NotificationPermission permission) {
     m_window->form().setNotificationPermission(permission);
+}
+
+void PreferencesWindowController::setDockIconRefused(bool isRefused) {
+    m_window->form().setDockIconRefused(isRefused);
 }
 
 void PreferencesWindowController::showLaunchAtLoginError(const QString& description, bool actualState) {
@@ -203,3 +234,5 @@ QWidget* PreferencesWindowController::window() const {
 }
 
 } // namespace Varnel
+
+#include "PreferencesWindowController.moc"

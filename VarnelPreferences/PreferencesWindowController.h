@@ -1,5 +1,6 @@
 #pragma once
 
+#include <VarnelPreferences/ConnectionState.h>
 #include <VarnelPreferences/PreferencesHandlers.h>
 #include <VarnelShared/Clock.h>
 
@@ -36,6 +37,9 @@ public:
     /// `errorMessage` is shown behind "Connection error"; it may be empty.
     void updateConnectionState(bool isConnected, bool hasConnectionError, const QString& errorMessage = {});
 
+    /// The same with all that there is to say.
+    void updateConnectionState(const ConnectionState& connection);
+
     /// Says under the connection what could not be kept or removed, each with the next step, until the user saves or
     /// signs out again; none takes the line away. With a password that could not be deleted the sign-out stays
     /// possible.
@@ -43,6 +47,9 @@ public:
 
     /// The line under the notification switches. Until the first call there is none.
     void setNotificationPermission(NotificationPermission permission);
+
+    /// Says under the dock switch that this desktop offers no such entry, or no longer.
+    void setDockIconRefused(bool isRefused);
 
     /// Shows the description under the launch switch and puts the switch to `actualState`, which is not an edit.
     /// May be called within the auto-save handler. The description goes with the next change of the switch.

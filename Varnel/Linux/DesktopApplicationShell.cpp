@@ -1,7 +1,7 @@
 #include <Varnel/Linux/DesktopApplicationShell.h>
 
 #include <Varnel/Linux/TaskbarPresence.h>
-#include <VarnelStatusMenu/Menu/StatusMenuWindow.h>
+#include <VarnelStatusMenu/Window/OutputWindow.h>
 
 #include <QApplication>
 #include <QEvent>
@@ -28,7 +28,7 @@ QWidgetList visibleWindows() {
 }
 
 bool standsForItem(const QWidget& window) {
-    const auto* statusWindow = qobject_cast<const StatusMenuWindow*>(&window);
+    const auto* statusWindow = qobject_cast<const OutputWindow*>(&window);
     return statusWindow != nullptr && statusWindow->standsForItem();
 }
 } // namespace
@@ -97,10 +97,9 @@ bool DesktopApplicationShell::eventFilter(QObject* watched, QEvent* event) {
 void DesktopApplicationShell::onWindowShown(QWidget& window) {
     loadIcon();
     // The window is mapped after its show event; the message to the window manager must come later than that.
-    QMetaObject::invokeMethod(
-        &window, [this, &window] { applyToWindow(window); }, Qt::QueuedConnection);
-    if (const auto* statusWindow = qobject_cast<StatusMenuWindow*>(&window)) {
-        connect(statusWindow, &StatusMenuWindow::standsForItemChanged, this, &DesktopApplicationShell::applyToWindows,
+    QMetaObject::invokeMethod(&window, [this, &window] { applyToWindow(window); }, Qt::QueuedConnection);
+    if (const auto* statusWindow = qobject_cast<OutputWindow*>(&window)) {
+        connect(statusWindow, &OutputWindow::standsForItemChanged, this, &DesktopApplicationShell::applyToWindows,
                 Qt::UniqueConnection);
     }
 }

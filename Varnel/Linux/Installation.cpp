@@ -13,7 +13,7 @@ BundleInfo findBundle(const QString& executable) {
     const QString share = QDir::cleanPath(QFileInfo(executable).path() + QLatin1String("/../share"));
     const QFileInfo desktopEntry(share + QLatin1String("/applications/") + identifier + QLatin1String(".desktop"));
     if (!desktopEntry.isFile()) {
-        return {std::nullopt, QStringLiteral("Development Build"), {}};
+        return {std::nullopt, QCoreApplication::translate("ApplicationDialogs", "Development Build"), {}};
     }
     return {identifier, QStringLiteral(VARNEL_VERSION), share + QLatin1String("/varnel")};
 }

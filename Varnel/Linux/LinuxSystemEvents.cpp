@@ -6,7 +6,9 @@
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QNetworkInformation>
+#include <QTimer>
 
+#include <chrono>
 #include <utility>
 
 namespace Varnel {
@@ -34,6 +36,12 @@ int currentReach() {
 } // namespace
 
 LinuxSystemEvents::LinuxSystemEvents() {
+    // The plug-ins of the network service, with the libraries that they bring, and the system's bus are a good part of
+    // a start, and nothing that a person waits for.
+    QTimer::singleShot(std::chrono::seconds(1), this, &LinuxSystemEvents::begin);
+}
+
+void LinuxSystemEvents::begin() {
     // Loading fails where no backend for the network service is installed; the network then counts as reachable.
     if (QNetworkInformation::loadBackendByFeatures(QNetworkInformation::Feature::Reachability)) {
         connect(QNetworkInformation::instance(), &QNetworkInformation::reachabilityChanged, this,

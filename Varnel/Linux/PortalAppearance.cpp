@@ -1,5 +1,7 @@
 #include <Varnel/Linux/PortalAppearance.h>
 
+#include <Varnel/Linux/DarkPalette.h>
+
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
@@ -8,6 +10,8 @@
 #include <QEvent>
 #include <QGuiApplication>
 #include <QPalette>
+
+#include <utility>
 
 namespace Varnel {
 
@@ -84,6 +88,9 @@ void PortalAppearance::takeColorScheme(uint scheme) {
     m_portalIsDark.reset();
     if (scheme == preferDark || scheme == preferLight) {
         m_portalIsDark = scheme == preferDark;
+    }
+    if (const bool prefersDark = scheme == preferDark; std::exchange(m_followsDark, prefersDark) != prefersDark) {
+        followDarkPreference(prefersDark);
     }
     announceIfChanged();
 }

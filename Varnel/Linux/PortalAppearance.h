@@ -10,7 +10,8 @@ namespace Varnel {
 
 /// The desktop portal's "color-scheme" setting with its change signal; where the portal says nothing, the lightness of
 /// the application's palette with its changes. Asks the portal without waiting, at the start and after each change:
-/// until the first answer is there the palette decides.
+/// until the first answer is there the palette decides. The colours of the windows follow, too
+/// (`followDarkPreference`).
 class PortalAppearance final : public QObject, public Appearance {
     Q_OBJECT
 public:
@@ -34,6 +35,7 @@ private:
     void announceIfChanged();
 
     std::optional<bool> m_portalIsDark; ///< none when the portal has no preference or is absent
+    bool m_followsDark = false;
     bool m_announcedIsDark = false;
 };
 

@@ -1,5 +1,7 @@
 #include <Varnel/Linux/SingleInstance.h>
 
+#include <VarnelShared/ActivationToken.h>
+
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
@@ -10,7 +12,11 @@ namespace Varnel {
 
 namespace {
 constexpr int askTimeoutMilliseconds = 3000;
-}
+constexpr qsizetype mostPendingActions = 8;
+
+/// A member of the platform data, by the Desktop Entry Specification.
+const QString activationToken = QStringLiteral("activation-token");
+} // namespace
 
 SingleInstance::SingleInstance(const QString& busName)
     : m_busName(busName) {}
@@ -33,16 +39,20 @@ SingleInstance::Role SingleInstance::claim() {
 
 void SingleInstance::setActivationHandler(std::function<void()> handler) {
     m_activate = std::move(handler);
-    if (m_activate && std::exchange(m_activationPending, false)) {
-        m_activate();
+}
+
+void SingleInstance::setActionHandler(std::function<bool(const QString& action)> handler) {
+    m_act = std::move(handler);
+    for (const QString& action : std::exchange(m_pendingActions, {})) {
+        m_act(action);
     }
 }
 
-void SingleInstance::Activate(const QVariantMap& /*platformData*/) {
+void SingleInstance::Activate(const QVariantMap& platformData) {
+    takeActivationToken(platformData.value(activationToken).toString());
+    // Without a handler yet, this is the start itself: the bus has started the program for it, as launchers ask it to.
     if (m_activate) {
         m_activate();
-    } else {
-        m_activationPending = true;
     }
 }
 
@@ -50,9 +60,15 @@ void SingleInstance::Open(const QStringList& /*uris*/, const QVariantMap& platfo
     Activate(platformData);
 }
 
-void SingleInstance::ActivateAction(const QString& /*action*/, const QVariantList& /*parameters*/,
-                                    const QVariantMap& platformData) {
-    Activate(platformData);
+void SingleInstance::ActivateAction(const QString& action, const QVariantList& /*parameters*/,
+                                    const QVariantMap& /*platformData*/) {
+    if (!m_act) {
+        if (!m_pendingActions.contains(action) && m_pendingActions.size() < mostPendingActions) {
+            m_pendingActions << action;
+        }
+    } else if (!m_act(action)) {
+        sendErrorReply(QDBusError::InvalidArgs, QStringLiteral("There is no action \"%1\"").arg(action));
+    }
 }
 
 QString SingleInstance::objectPath() const {
@@ -62,7 +78,7 @@ QString SingleInstance::objectPath() const {
 void SingleInstance::askOtherInstance() const {
     QDBusMessage call = QDBusMessage::createMethodCall(
         m_busName, objectPath(), QStringLiteral("org.freedesktop.Application"), QStringLiteral("Activate"));
-    call << QVariantMap();
+    call << QVariantMap{{activationToken, startActivationToken()}};
     // This process does nothing but this call and ends: waiting for the answer is its work.
     QDBusConnection::sessionBus().call(call, QDBus::Block, askTimeoutMilliseconds);
 }

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <QDBusContext>
 #include <QObject>
+#include <QStringList>
 #include <QVariantMap>
 
 #include <functional>
@@ -9,7 +11,7 @@ namespace Varnel {
 
 /// One instance per session: whoever owns the application's name on the session bus is the instance. Later starts ask
 /// it to show itself through the freedesktop application interface.
-class SingleInstance final : public QObject {
+class SingleInstance final : public QObject, protected QDBusContext {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
 public:
@@ -25,8 +27,12 @@ public:
     /// other instance at most three seconds.
     Role claim();
 
-    /// Called each time a later start asks this instance to show itself.
+    /// Called each time a later start asks this instance to show itself. Whoever asks before that has started it.
     void setActivationHandler(std::function<void()> handler);
+
+    /// Called with the name of each action of the desktop entry that is chosen, also with those chosen before; false
+    /// where there is no such action, which the caller is then told.
+    void setActionHandler(std::function<bool(const QString& action)> handler);
 
 public Q_SLOTS:
     Q_SCRIPTABLE void Activate(const QVariantMap& platformData);
@@ -39,8 +45,9 @@ private:
     void askOtherInstance() const;
 
     QString m_busName;
-    bool m_activationPending = false; ///< asked before there was a handler
     std::function<void()> m_activate;
+    QStringList m_pendingActions; ///< chosen before there was a handler
+    std::function<bool(const QString&)> m_act;
 };
 
 } // namespace Varnel

@@ -1,3 +1,4 @@
+#include "../Support/Files.h"
 #include "ControllerBench.h"
 
 #include <gtest/gtest.h>
@@ -68,16 +69,6 @@ TEST_F(ConnectionTest, WhatCannotBeTriedIsSaidWithoutARequest) {
         EXPECT_EQ(controller->values().errorMessage, QString::fromLatin1(row.line));
         EXPECT_EQ(requestCount(), 0U);
     }
-}
-
-TEST_F(ConnectionTest, AnExpiredSessionIsRenewedWithoutAMessage) {
-    launchConnected();
-    simulator.behaviour().powerScript = {1.5};
-    simulator.expireSessions();
-    time.advance(Seconds(300));
-    EXPECT_TRUE(waitForTitle("1.50 kW"));
-    EXPECT_EQ(controller->values().errorMessage, std::nullopt);
-    EXPECT_EQ(requestsTo("GetToken"), 2);
 }
 
 TEST_F(ConnectionTest, AReadingOfAnotherStationReplacesTheStoredOne) {
@@ -151,10 +142,7 @@ TEST_F(ConnectionTest, ALateDiscoveryLeavesTheStationThatWasSavedMeanwhile) {
 }
 
 TEST_F(ConnectionTest, NoPasswordReachesTheLog) {
-    static QString logged;
-    logged.clear();
-    const auto previous = qInstallMessageHandler(
-        [](QtMsgType, const QMessageLogContext&, const QString& message) { logged += message + QLatin1Char('\n'); });
+    const Testing::RecordedLog log;
     QLoggingCategory::setFilterRules(QStringLiteral("Varnel.*=true"));
     launchConnected();
     simulator.expireSessions();
@@ -162,7 +150,7 @@ TEST_F(ConnectionTest, NoPasswordReachesTheLog) {
     time.advance(Seconds(300));
     EXPECT_TRUE(waitForError("Session expired or credentials changed. Open Settings and reconnect."));
     QLoggingCategory::setFilterRules(QString());
-    qInstallMessageHandler(previous);
+    const QString logged = log.lines.join(QLatin1Char('\n'));
     EXPECT_TRUE(logged.contains(QLatin1String("Endpoint attempt failed for"))) << qPrintable(logged);
     EXPECT_FALSE(logged.contains(QLatin1String("sunshine"))) << qPrintable(logged);
 }

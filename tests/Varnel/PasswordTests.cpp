@@ -5,6 +5,8 @@
 #include <QLabel>
 #include <QLineEdit>
 
+#include <algorithm>
+
 namespace Varnel {
 namespace {
 
@@ -30,7 +32,8 @@ TEST_F(PasswordTest, ADisconnectIsFinalWhateverTheKeyringDoes) {
     keychain.status = keychainInteractionNotAllowed; // and nobody unlocks it
     item->choose(StatusMenuCommand::signOut);
     EXPECT_TRUE(waitUntil([&] { return isSaid(QStringLiteral("could not be deleted")); }));
-    EXPECT_TRUE(keychain.calls.contains(QLatin1String("unlock")));
+    EXPECT_TRUE(waitUntil([&] { return keychain.calls.count(QStringLiteral("deleteMatching")) == 2; }))
+        << "not tried again after the question to unlock";
     keychain.status = keychainSuccess; // the password can be read again
     const std::size_t before = requestCount();
     systemEvents.networkReachable();
@@ -69,6 +72,41 @@ TEST_F(PasswordTest, WhatTheFormerAccountLeftIsSaidAlsoAfterAnotherHasConnected)
     EXPECT_TRUE(await(controller->applyPreferences(draft)));
     controller->showPreferencesWindow(PreferencesInitialTab::account);
     EXPECT_TRUE(isSaid(QStringLiteral("could not be deleted")));
+}
+
+TEST_F(PasswordTest, ASlowKeyringSignsInWhenItAnswersAndNobodyIsAskedMeanwhile) {
+    storeAccount();
+    keychain.isSlow = true;
+    launch();
+    EXPECT_TRUE(waitUntil([this] { return !keychain.slowCalls.empty(); }));
+    settle();
+    EXPECT_EQ(requestCount(), 0U);
+    EXPECT_TRUE(waitUntil([this] {
+        keychain.answerSlowCalls();
+        return title() == QStringLiteral("3.42 kW");
+    }));
+    EXPECT_EQ(controller->preferencesCoordinator().window(), nullptr);
+    keychain.status = keychainServiceNotResponding;
+    controller->showPreferencesWindow(PreferencesInitialTab::account);
+    const auto fields = controller->preferencesCoordinator().window()->window()->findChildren<QLineEdit*>();
+    EXPECT_TRUE(std::any_of(fields.begin(), fields.end(), [](const QLineEdit* field) {
+        return field->text() == QStringLiteral("sunshine");
+    })) << "what is in use needs no keyring";
+}
+
+TEST(StoredPassword, IsNotKeptWhereItWasRemovedWhileAKeyringTookItsTime) {
+    Testing::FakeKeychainServices keychain;
+    const auto stored = std::make_shared<StoredPassword>(keychain);
+    keychain.isSlow = true;
+    auto saving = stored->save(QStringLiteral("me"), QStringLiteral("secret"));
+    EXPECT_TRUE(stored->remove(QStringLiteral("ME ")));
+    keychain.answerSlowCalls();
+    await(std::move(saving));
+    EXPECT_TRUE(keychain.items.isEmpty());
+    auto other = stored->save(QStringLiteral("me"), QStringLiteral("secret"));
+    keychain.answerSlowCalls();
+    await(std::move(other));
+    EXPECT_EQ(keychain.items.size(), 1);
 }
 
 TEST_F(PasswordTest, ASignOutEndsWhatTheStartHadBegun) {

@@ -77,13 +77,16 @@ public:
         }
     }
     void setCommandHandler(std::function<void(StatusMenuCommand)> handler) override { choose = std::move(handler); }
-    void showWindow() override {}
+    void setOutputSource(std::weak_ptr<OutputSource> source) override { outputSource = std::move(source); }
+    void showWindow() override { ++windows; }
 
     std::unique_ptr<StatusItem> shownBy; ///< a real item that is told the same, where one is wished for
     QString title;
     QString toolTip;
     StatusMenu menu;
     std::function<void(StatusMenuCommand)> choose;
+    std::weak_ptr<OutputSource> outputSource;
+    int windows = 0; ///< how often one was asked for
 };
 
 } // namespace Varnel::Testing

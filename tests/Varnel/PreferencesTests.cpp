@@ -2,18 +2,32 @@
 
 #include <gtest/gtest.h>
 
-#include <QMenu>
+#include <QAbstractButton>
+#include <QLabel>
+#include <QMenuBar>
 #include <QSpinBox>
 #include <QTabWidget>
 
 namespace Varnel {
 namespace {
 
+using Simulator::FaultKind;
 using Testing::await;
 using Testing::settle;
 using Testing::waitUntil;
 
-class PreferencesTest : public testing::Test, protected Testing::ControllerBench {};
+class PreferencesTest : public testing::Test, protected Testing::ControllerBench {
+protected:
+    QAbstractButton* buttonNamed(const QString& text) {
+        QWidget* window = controller->preferencesCoordinator().window()->window();
+        for (auto* button : window->findChildren<QAbstractButton*>()) {
+            if (button->text() == text) {
+                return button;
+            }
+        }
+        return nullptr;
+    }
+};
 
 TEST_F(PreferencesTest, AnExplicitSaveConnectsAndStoresTheTrimmedPassword) {
     launch();
@@ -133,6 +147,80 @@ TEST_F(PreferencesTest, ThePermissionIsAskedForWithTheFirstSwitchOnly) {
     EXPECT_EQ(notificationCenter->asked.size(), 1U);
 }
 
+TEST_F(PreferencesTest, ASignInIsToldToEachWindowAndEndsWhenItIsCancelled) {
+    storeAccount();
+    for (const bool isStart : {true, false}) {
+        SCOPED_TRACE(isStart ? "the start" : "a save");
+        failRequests(FaultKind::status, 503);
+        simulator.behaviour().faults.front().delay = std::chrono::milliseconds(100);
+        std::size_t sent = requestCount();
+        std::optional<QCoro::Task<bool>> save;
+        if (isStart) {
+            launch();
+        } else {
+            save = controller->applyPreferences(currentDraft());
+        }
+        ASSERT_TRUE(waitUntil([&] { return requestCount() > sent; }));
+        controller->showPreferencesWindow(PreferencesInitialTab::account); // as one that was closed meanwhile
+        QAbstractButton* button = buttonNamed(QStringLiteral("&Cancel"));
+        ASSERT_TRUE(button);
+        sent = requestCount();
+        button->click();
+        EXPECT_EQ(button->text(), QStringLiteral("Save and &Connect"));
+        EXPECT_EQ(controller->values().errorMessage, std::nullopt);
+        if (save) {
+            EXPECT_FALSE(await(std::move(*save)));
+        }
+        systemEvents.networkReachable();
+        time.advance(Seconds(3600));
+        waitUntil([&] { return requestCount() > sent; }, 300); // the request that was in flight ends meanwhile
+        EXPECT_EQ(requestCount(), sent) << "the password went to another address, or there once more";
+        EXPECT_EQ(controller->values().errorMessage, std::nullopt);
+    }
+}
+
+TEST_F(PreferencesTest, ASaveThatIsCancelledBeforeItsSignInLeavesTheConnectionAtWork) {
+    launchConnected();
+    PreferencesDraft draft = currentDraft();
+    draft.notifyOnProductionStart = true; // the permission is asked for first
+    auto save = controller->applyPreferences(draft);
+    const std::size_t sent = requestCount();
+    controller->showPreferencesWindow(PreferencesInitialTab::account);
+    QAbstractButton* button = buttonNamed(QStringLiteral("&Cancel"));
+    ASSERT_TRUE(button);
+    button->click();
+    EXPECT_TRUE(await(std::move(save)));
+    EXPECT_EQ(requestCount(), sent);
+    simulator.behaviour().powerScript = {1.5};
+    time.advance(Seconds(300));
+    EXPECT_TRUE(waitForTitle("1.50 kW"));
+}
+
+TEST_F(PreferencesTest, ThePaneAsksForTheFieldThatIsWantedAndTellsWhatWasAnswered) {
+    storeAccount();
+    launch();
+    controller->showPreferencesWindow(PreferencesInitialTab::account);
+    const auto lineOf = [this](const QString& text) {
+        for (const auto* label : controller->preferencesCoordinator().window()->window()->findChildren<QLabel*>()) {
+            if (label->text() == text) {
+                return label;
+            }
+        }
+        return static_cast<const QLabel*>(nullptr);
+    };
+    PreferencesDraft draft = currentDraft();
+    draft.account.clear();
+    await(controller->applyPreferences(draft));
+    EXPECT_TRUE(lineOf(QStringLiteral("Set your SEMS account to connect."))) << "no connection was tried";
+    draft.account = QStringLiteral("demo@example.com");
+    draft.password = QStringLiteral("wrong");
+    await(controller->applyPreferences(draft));
+    const QLabel* line =
+        lineOf(QStringLiteral("Connection error: Sign-in failed. Check email/password in Profile and reconnect."));
+    ASSERT_TRUE(line);
+    EXPECT_TRUE(line->accessibleDescription().contains(simulator.baseURL().host())) << "what each address answered";
+}
+
 TEST_F(PreferencesTest, AFailedLaunchAtLoginGoesBackToWhatTheSystemReports) {
     loginItem.isRegistered = true;
     launch();
@@ -178,7 +266,9 @@ TEST_F(PreferencesTest, TheMenusOpenTheWindowOnTheirPaneAndQuit) {
     EXPECT_TRUE(window->isVisible()) << "what was typed is gone";
     window->close();
     EXPECT_EQ(controller->preferencesCoordinator().window(), nullptr);
-    for (QAction* action : controller->applicationMenu().actions()) {
+    item->choose(StatusMenuCommand::preferences);
+    const auto* menu = controller->preferencesCoordinator().window()->window()->findChild<QMenuBar*>();
+    for (QAction* action : menu->actions().front()->menu()->actions()) {
         if (action->text() == QLatin1String("Settings") || action->text() == QLatin1String("Quit Varnel")) {
             action->trigger();
         }

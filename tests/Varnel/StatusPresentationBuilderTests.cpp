@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <ctime>
+
 namespace Varnel {
 namespace {
 
@@ -43,6 +45,41 @@ TEST(StatusPresentationBuilder, ShowsWhatIsKnownAndAChartOnlyWhileConnected) {
     settings.showOutputChart = false;
     EXPECT_FALSE(build({.isConnected = true}).showOutputChart);
     EXPECT_TRUE(build({.isConnected = true}).outputChartPointLabels.isEmpty());
+}
+
+// Labels are made once for each sample; what is shown must be as if they were made anew.
+TEST(StatusPresentationBuilder, PointLabelsFollowWhateverBecomesOfTheSamples) {
+    const StatusPresentationBuilder kept{QLocale(QLocale::English, QLocale::UnitedKingdom)};
+    std::vector<OutputSample> samples;
+    const auto expectRightLabels = [&](const char* what) {
+        const Timestamp now = june(1, 12, 0);
+        EXPECT_EQ(kept.build({.isConnected = true}, samples, {}, now).outputChartPointLabels,
+                  english.chartPointLabels(samples))
+            << what;
+    };
+    expectRightLabels("none");
+    for (int minute = 0; minute < 30; minute += 7) {
+        samples.push_back({june(1, 9, minute), 1.0});
+        expectRightLabels("one more");
+    }
+    samples.back() = {june(1, 9, 45), 2.0};
+    expectRightLabels("the last one replaced");
+    samples.erase(samples.begin(), samples.begin() + 2);
+    samples.push_back({june(1, 9, 50), 1.0});
+    expectRightLabels("the oldest dropped");
+    samples.insert(samples.begin() + 1, {june(1, 9, 16), 1.0});
+    expectRightLabels("one put between");
+    samples = {{june(1, 5, 0), 1.0}, {june(1, 9, 50), 1.0}};
+    expectRightLabels("others");
+    const QByteArray zone = qgetenv("TZ");
+    qputenv("TZ", "Asia/Tokyo");
+    ::tzset();
+    expectRightLabels("another zone");
+    qputenv("TZ", zone);
+    ::tzset();
+    expectRightLabels("the first zone again");
+    samples.clear();
+    expectRightLabels("none again");
 }
 
 TEST(StatusPresentationBuilder, LabelsTheStartTheMiddleAndTheReferenceTime) {

@@ -53,6 +53,15 @@ TEST_F(TodayOutputTest, KeepsTheNewest1440) {
     EXPECT_EQ(today.samples().size(), 1440U);
 }
 
+TEST_F(TodayOutputTest, APowerThatNoHouseHasIsNotTakenFromTheFile) {
+    history.saveSnapshot(
+        {june(1, 0, 0), QStringLiteral("me"), QStringLiteral("s"), {{june(1, 9, 0), 1e308}, {june(1, 9, 5), 2.0}}},
+        clock.now());
+    today.setOwner(QStringLiteral("me"), QStringLiteral("s"));
+    today.restore();
+    EXPECT_EQ(kilowatts(today), std::vector<double>{2.0});
+}
+
 TEST_F(TodayOutputTest, AChangeOfTheZoneKeepsWhatIsStillToday) {
     today.record(1.0, june(1, 0, 30));
     today.record(2.0, june(1, 9, 0));

@@ -67,6 +67,32 @@ TEST_F(AccountPaneTest, WhatCouldNotBeKeptOrRemovedIsSaidUntilTheNextTry) {
     EXPECT_EQ(notice(), QString());
 }
 
+TEST_F(AccountPaneTest, AnAddressThatShowsThePasswordOnItsWayIsWarnedOf) {
+    open(PreferencesInitialTab::account);
+    button("Advanced")->click();
+    const auto isWarned = [this] {
+        const auto labels = tabs()->currentWidget()->findChildren<QLabel*>();
+        return std::any_of(labels.begin(), labels.end(), [](const QLabel* label) {
+            return label->isVisible() && label->text().contains(QStringLiteral("can be read on its way"));
+        });
+    };
+    const std::pair<const char*, bool> rows[] = {
+        {"http://solar.example/api/", true},
+        {"https://solar.example/api/", false},
+        {" HTTP://10.0.0.2", true},
+        {"http://127.0.0.1:8080/api", false},
+        {"http://localhost/", false},
+        {"http://[::1]:1/", false},
+        {"http://127.0.0.1.example/", true},
+        {"http", false},
+        {"", false},
+    };
+    for (const auto& [address, expected] : rows) {
+        field("Base URL")->setText(QString::fromLatin1(address));
+        EXPECT_EQ(isWarned(), expected) << address;
+    }
+}
+
 TEST_F(AccountPaneTest, ReturnInAFieldSavesAndTheFieldsRestWhileSigningIn) {
     PreferencesDraft draft;
     draft.account = QStringLiteral("old@example.com");
@@ -81,11 +107,53 @@ TEST_F(AccountPaneTest, ReturnInAFieldSavesAndTheFieldsRestWhileSigningIn) {
     EXPECT_EQ(owner.saved.front().account, QStringLiteral("new@example.com"));
     EXPECT_EQ(owner.saved.front().password, QStringLiteral("secret"));
     Testing::settle();
-    EXPECT_FALSE(field("Password")->isEnabled() || button("Save and Connect")->isEnabled());
-    owner.endSave(false);
-    Testing::settle();
+    EXPECT_FALSE(field("Password")->isEnabled());
+    EXPECT_EQ(QApplication::focusWidget(), button("Cancel"));
+    button("Cancel")->click();
+    EXPECT_EQ(owner.cancellations, 1);
     EXPECT_TRUE(field("Password")->isEnabled());
     EXPECT_EQ(QApplication::focusWidget(), field("Password"));
+    EXPECT_TRUE(button("Save and Connect")->isEnabled());
+}
+
+TEST_F(AccountPaneTest, WhatTheUserNeedsNextHasTheFocusWhenASignInEnds) {
+    const struct {
+        const char* before;
+        ConnectionState::WantedField wanted;
+        const char* after;
+    } rows[] = {
+        {"Account", ConnectionState::WantedField::password, "Password"},
+        {"Password", ConnectionState::WantedField::account, "Account"},
+        {"Password", ConnectionState::WantedField::baseURL, "Base URL"},
+        {"Station ID", ConnectionState::WantedField::none, "Station ID"},
+    };
+    open(PreferencesInitialTab::account);
+    button("Advanced")->click();
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.before);
+        field(row.before)->setFocus();
+        QTest::keyClick(field(row.before), Qt::Key_Return);
+        controller->updateConnectionState(true, false); // a change while it goes on, as of a poll
+        controller->updateConnectionState({.hasError = true, .wanted = row.wanted, .details = QStringLiteral("a\nb")});
+        owner.endSave(false);
+        Testing::settle();
+        EXPECT_EQ(QApplication::focusWidget(), field(row.after));
+    }
+    const auto* line = named<QLabel>(QStringLiteral("Connection error"));
+    EXPECT_EQ(line->accessibleDescription(), QStringLiteral("a\nb"));
+    EXPECT_TRUE(line->toolTip().contains(QStringLiteral("a<br>b")));
+}
+
+TEST_F(AccountPaneTest, ASignInOfTheProgramLeavesTheUserTyping) {
+    open(PreferencesInitialTab::account);
+    QTest::keyClicks(field("Account"), QStringLiteral("m"));
+    controller->updateConnectionState({.connecting = ConnectionState::Connecting::inBackground});
+    QTest::keyClicks(QApplication::focusWidget(), QStringLiteral("e"));
+    EXPECT_EQ(field("Account")->text(), QStringLiteral("me"));
+    button("Cancel")->click();
+    EXPECT_EQ(owner.cancellations, 1);
+    controller->updateConnectionState(false, false);
+    EXPECT_TRUE(button("Save and Connect")->isVisible());
 }
 
 TEST_F(AccountPaneTest, ThePasswordIsHiddenUntilRevealedAndGoesWithTheSignOut) {
@@ -96,6 +164,9 @@ TEST_F(AccountPaneTest, ThePasswordIsHiddenUntilRevealedAndGoesWithTheSignOut) {
     EXPECT_EQ(password->echoMode(), QLineEdit::Password);
     button("Show password")->click();
     EXPECT_EQ(password->echoMode(), QLineEdit::Normal);
+    button("Hide password")->click();
+    EXPECT_EQ(password->echoMode(), QLineEdit::Password);
+    button("Show password")->click();
     button("Sign Out")->click();
     EXPECT_EQ(owner.signOuts, 1);
     EXPECT_EQ(password->text(), QString());

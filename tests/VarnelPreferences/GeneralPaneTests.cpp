@@ -76,5 +76,15 @@ TEST_F(GeneralPaneTest, ARefusedLaunchAtLoginPutsTheSwitchBackAndSaysWhyUntilThe
     EXPECT_FALSE(line->isVisible());
 }
 
+TEST_F(GeneralPaneTest, ARefusedDockIconIsSaidForAsLongAsItIsRefused) {
+    open(PreferencesInitialTab::general);
+    const QString why = QStringLiteral("This desktop offers no such entry. The switch takes effect on one that does.");
+    owner.onAutoSave = [&] { controller->setDockIconRefused(button("Show dock icon")->isChecked()); };
+    for (const bool isRefused : {true, false}) {
+        button("Show dock icon")->click();
+        EXPECT_EQ(named<QLabel>(why)->isVisible(), isRefused);
+    }
+}
+
 } // namespace
 } // namespace Varnel

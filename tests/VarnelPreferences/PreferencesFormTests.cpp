@@ -67,7 +67,9 @@ TEST_F(PreferencesFormTest, NothingIsHandedOnAfterDetaching) {
 }
 
 TEST_F(PreferencesFormTest, ASaveIsOneAtATimeAndItsOutcomeIsTheConnection) {
-    const ConnectionState noRoute{false, true, true, QStringLiteral("No route.")};
+    const ConnectionState noRoute{.isConnected = true, .hasError = true, .errorMessage = QStringLiteral("No route.")};
+    const ConnectionState noPassword{
+        .hasError = true, .errorMessage = QStringLiteral("A password is needed."), .wasTried = false};
     const struct {
         const char* name;
         bool outcome;
@@ -78,18 +80,19 @@ TEST_F(PreferencesFormTest, ASaveIsOneAtATimeAndItsOutcomeIsTheConnection) {
         {"connects", true, {}, ConnectionState::Kind::connected, "Connected"},
         {"fails without a reason", false, {}, ConnectionState::Kind::error, "Connection error"},
         {"fails with a reason", false, noRoute, ConnectionState::Kind::error, "Connection error: No route."},
+        {"has nothing to try", false, noPassword, ConnectionState::Kind::error, "A password is needed."},
         {"connects, first poll fails", true, noRoute, ConnectionState::Kind::error, "Connection error: No route."},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
         owner.saved.clear();
-        form.updateConnection(true, true, QStringLiteral("An old error."));
+        form.updateConnection({.isConnected = true, .hasError = true, .errorMessage = QStringLiteral("An old error.")});
         form.save(newAccount);
         form.save(newAccount);
         ASSERT_EQ(owner.saved.size(), 1U);
         EXPECT_EQ(owner.saved.front().account, newAccount.account);
         if (row.reported) {
-            form.updateConnection(row.reported->isConnected, row.reported->hasError, row.reported->errorMessage);
+            form.updateConnection(*row.reported);
         }
         Testing::settle();
         EXPECT_EQ(connectionKind(form.connection()), ConnectionState::Kind::connecting);
@@ -100,6 +103,34 @@ TEST_F(PreferencesFormTest, ASaveIsOneAtATimeAndItsOutcomeIsTheConnection) {
         EXPECT_EQ(connectionText(form.connection()), QString::fromLatin1(row.text));
         EXPECT_EQ(form.connection().isConnected, row.outcome);
     }
+}
+
+TEST_F(PreferencesFormTest, ACancelledSaveEndsAtOnceAndItsOutcomeDoesNotCount) {
+    form.cancelSignIn();
+    EXPECT_EQ(owner.cancellations, 0) << "nothing goes on";
+    form.save(newAccount);
+    form.cancelSignIn();
+    EXPECT_EQ(owner.cancellations, 1);
+    EXPECT_EQ(connectionKind(form.connection()), ConnectionState::Kind::notConnected);
+    owner.endSave(false);
+    Testing::settle();
+    EXPECT_EQ(connectionKind(form.connection()), ConnectionState::Kind::notConnected) << "that is no error";
+    form.save(newAccount);
+    EXPECT_EQ(owner.saved.size(), 2U);
+}
+
+TEST_F(PreferencesFormTest, ASignInOfTheProgramIsToldAndLetsTheUserSaveAllTheSame) {
+    form.updateConnection({.connecting = ConnectionState::Connecting::inBackground});
+    EXPECT_EQ(connectionKind(form.connection()), ConnectionState::Kind::connecting);
+    EXPECT_FALSE(form.isUserWaiting());
+    form.cancelSignIn();
+    EXPECT_EQ(owner.cancellations, 1);
+    form.updateConnection({.connecting = ConnectionState::Connecting::forUser});
+    form.save(newAccount);
+    EXPECT_TRUE(owner.saved.empty()) << "the save of a window that was closed meanwhile goes on";
+    form.updateConnection({.connecting = ConnectionState::Connecting::inBackground});
+    form.save(newAccount);
+    EXPECT_EQ(owner.saved.size(), 1U);
 }
 
 } // namespace

@@ -76,6 +76,7 @@ TEST_F(PreferencesWindowTest, OpensOnTheAskedPaneWithTheFocusOnTheFirstUsefulFie
 
 TEST_F(PreferencesWindowTest, TheWindowFollowsThePaneInHeightAlone) {
     open(PreferencesInitialTab::account);
+    EXPECT_EQ(QAccessible::queryAccessibleInterface(window())->role(), QAccessible::Dialog);
     const QSize account = window()->size();
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab, Qt::ControlModifier);
     Testing::settle();

@@ -46,6 +46,7 @@ public:
                         onAutoSave();
                     },
                 .signOut = [this] { ++signOuts; },
+                .cancelSignIn = [this] { ++cancellations; },
                 .closed =
                     [this] {
                         ++closings;
@@ -64,6 +65,7 @@ public:
     std::function<void()> onAutoSave = [] {};
     std::function<void()> onClosed = [] {};
     int signOuts = 0;
+    int cancellations = 0;
     int closings = 0;
 
 private:
