@@ -12,6 +12,10 @@ target_include_directories(varnel_options INTERFACE ${PROJECT_SOURCE_DIR})
 target_compile_definitions(varnel_options INTERFACE
     QT_NO_KEYWORDS QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_STRICT_ITERATORS
     QT_DISABLE_DEPRECATED_BEFORE=0x060400)
+if(Qt6_VERSION VERSION_GREATER_EQUAL 6.5)
+    # Debian 13 has Qt 6.8: what it deprecates beyond Qt 6.4 has no other name in Debian 12, and is no warning yet.
+    target_compile_definitions(varnel_options INTERFACE QT_WARN_DEPRECATED_UP_TO=0x060400)
+endif()
 target_compile_options(varnel_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor
     -Woverloaded-virtual -Wcast-qual -Wimplicit-fallthrough
     -pthread) # as some libraries ask: units with and without it could not share precompiled headers
@@ -31,8 +35,9 @@ if(VARNEL_FUZZ)
     target_compile_options(varnel_options INTERFACE -fsanitize=fuzzer-no-link)
 endif()
 if(VARNEL_COVERAGE)
-    target_compile_options(varnel_options INTERFACE --coverage)
-    target_link_options(varnel_options INTERFACE --coverage)
+    set(coverage -fprofile-instr-generate -fcoverage-mapping)
+    target_compile_options(varnel_options INTERFACE ${coverage})
+    target_link_options(varnel_options INTERFACE ${coverage})
 endif()
 
 # What nearly every unit of a kind includes is compiled once: parsing Qt, the coroutines, the JSON library and the test
