@@ -1,3 +1,5 @@
+#include "Ratios.h"
+
 #include <VarnelShared/JSON.h>
 
 #include <benchmark/benchmark.h>
@@ -44,4 +46,11 @@ BENCHMARK(parse)
 } // namespace
 } // namespace Varnel
 
-BENCHMARK_MAIN();
+int main(int argc, char** argv) {
+    std::vector<Varnel::Bench::Ratio> ratios;
+    for (std::size_t shape = 0; shape < Varnel::shapes.size(); ++shape) {
+        const std::string name = "parse/" + std::to_string(shape) + '/';
+        ratios.emplace_back(name + std::to_string(8 * Varnel::mebibyte), name + std::to_string(Varnel::mebibyte));
+    }
+    return Varnel::Bench::runAndTellRatios(argc, argv, ratios);
+}

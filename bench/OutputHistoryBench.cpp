@@ -1,3 +1,5 @@
+#include "Ratios.h"
+
 #include <VarnelAppSupport/OutputHistoryStore.h>
 
 #include <VarnelShared/Calendar.h>
@@ -65,4 +67,6 @@ BENCHMARK(save)->Unit(benchmark::kMillisecond)->UseRealTime();
 } // namespace
 } // namespace Varnel
 
-BENCHMARK_MAIN();
+int main(int argc, char** argv) {
+    return Varnel::Bench::runAndTellRatios(argc, argv, {{"save", "parseAndDump"}});
+}
