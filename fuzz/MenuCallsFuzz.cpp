@@ -91,7 +91,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     FuzzedDataProvider input(data, size);
     QObject item;
     int choices = 0;
-    StatusItemHandlers handlers{[&choices](auto) { ++choices; }, [&choices](auto) { ++choices; }};
+    const StatusItemHandlers handlers{.openMenu = [&choices](auto) { ++choices; },
+                                      .choose = [&choices](auto) { ++choices; },
+                                      .showWindow = [&choices] { ++choices; }};
     auto* menu = new DBusMenuExporter(&item, QDBusConnection(QStringLiteral("none")), handlers);
     int calls = 0;
     for (; input.remaining_bytes() > 0 && calls < 50; ++calls) {

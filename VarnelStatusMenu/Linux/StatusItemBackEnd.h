@@ -14,7 +14,7 @@ struct StatusItemHandlers {
     /// A click, or "Show Chart": open our own menu. `item` is where on the desktop the click was, if the panel tells.
     std::function<void(std::optional<QPoint> item)> openMenu;
     std::function<void(StatusMenuCommand)> choose;
-    std::function<void()> showWindow = {}; ///< "Show Chart in a Window"
+    std::function<void()> showWindow; ///< "Show Chart in a Window"
 };
 
 /// One way of showing the item in a panel. Nothing is shown before `setShown(true)`.
