@@ -108,7 +108,7 @@ struct ItemProtocolStatusItemTest : testing::Test {
                                      ++menusOpened;
                                      clickedAt = at;
                                  },
-                                 [](StatusMenuCommand) {}}};
+                                 [](StatusMenuCommand) {}, [] {}}};
 };
 
 } // namespace
