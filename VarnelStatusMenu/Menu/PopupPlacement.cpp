@@ -77,6 +77,14 @@ QPoint movedInside(const QRect& area, QPoint point, QSize size) {
     return {std::max(area.x(), std::min(point.x(), last.x())), std::max(area.y(), std::min(point.y(), last.y()))};
 }
 
+QPoint cornerInMaximized(const QRect& screen, QSize window, QPoint item, QSize size) {
+    const QPoint middle = screen.center();
+    const QSize left = screen.size() - window;
+    const QPoint origin =
+        screen.topLeft() + QPoint(item.x() < middle.x() ? left.width() : 0, item.y() < middle.y() ? left.height() : 0);
+    return movedInside(QRect(origin, window), item, size) - origin;
+}
+
 QPoint cornerAtPanel(const QRect& screen, const QRect& freeArea, QSize size, Qt::Corner usual) {
     const struct {
         int thickness;

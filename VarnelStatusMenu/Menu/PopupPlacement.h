@@ -52,6 +52,10 @@ QPoint inCorner(const QRect& area, QSize size, Qt::Corner corner);
 /// The upper left corner of what stands at `point` and has been moved as far as it takes to be inside the area.
 QPoint movedInside(const QRect& area, QPoint point, QSize size);
 
+/// The same in a maximised window's own coordinates, for a window that cannot know where it stands: what it leaves of
+/// the screen is taken for the panel with the item, so it lies on the item's side.
+QPoint cornerInMaximized(const QRect& screen, QSize window, QPoint item, QSize size);
+
 /// The upper left corner of what stands in the free corner at the panel, which is where the free area ends before the
 /// screen does; at the `usual` corner where no edge tells.
 QPoint cornerAtPanel(const QRect& screen, const QRect& freeArea, QSize size, Qt::Corner usual);

@@ -43,7 +43,7 @@ void StatusMenuPresenter::openPopup(std::optional<QPoint> item) {
         openPlacedWindow(session, item);
         break;
     case PopupWay::maximizedCover:
-        newPopupWindow()->showMaximizedOver(session.trayCorner);
+        openMaximizedCover(session.trayCorner, item);
         break;
     case PopupWay::floatingWindow:
         newPopupWindow()->showMenu(std::nullopt);
@@ -58,6 +58,15 @@ void StatusMenuPresenter::openPopupMenu() {
     // Left to itself, a menu covers the panel on some desktops.
     opened->ensurePolished();
     opened->popup(movedInside(m_freeArea(QCursor::pos()), QCursor::pos(), opened->sizeHint()));
+}
+
+void StatusMenuPresenter::openMaximizedCover(Qt::Corner trayCorner, std::optional<QPoint> item) {
+    StatusPopupWindow* opened = newPopupWindow();
+    const QScreen* screen = item ? QGuiApplication::screenAt(*item) : nullptr;
+    const QRect bounds = (screen != nullptr ? screen : QGuiApplication::primaryScreen())->geometry();
+    const QPoint at = screen != nullptr ? *item : inCorner(bounds, QSize(1, 1), trayCorner);
+    opened->showMaximizedOver(
+        [bounds, at, size = opened->menuSize()](QSize window) { return cornerInMaximized(bounds, window, at, size); });
 }
 
 void StatusMenuPresenter::openPlacedWindow(const PopupSession& session, std::optional<QPoint> item) {

@@ -58,6 +58,7 @@ public:
 private:
     void openPopup(std::optional<QPoint> item);
     void openPopupMenu();
+    void openMaximizedCover(Qt::Corner trayCorner, std::optional<QPoint> item);
     void openPlacedWindow(const PopupSession& session, std::optional<QPoint> item);
     StatusPopupWindow* newPopupWindow();
     template <typename Popup>

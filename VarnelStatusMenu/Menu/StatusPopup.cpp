@@ -2,7 +2,6 @@
 
 #include <VarnelStatusMenu/Menu/CommandIcon.h>
 #include <VarnelStatusMenu/Menu/MenuEntryView.h>
-#include <VarnelStatusMenu/Menu/PopupPlacement.h>
 #include <VarnelStatusMenu/Menu/StatusMenuPanel.h>
 
 #include <QCloseEvent>
@@ -52,9 +51,8 @@ StatusPopupMenu::StatusPopupMenu(StatusMenu menu)
     : m_menu(std::move(menu)) {
     // The separators are part of the menu's order, also where two would meet or one stands last.
     setSeparatorsCollapsible(false);
-    const int missingPadding =
-        std::max(0, smallestPadding - style()->pixelMetric(QStyle::PM_MenuVMargin, nullptr, this));
-    setContentsMargins(0, missingPadding, 0, missingPadding);
+    const int padding = std::max(0, smallestPadding - style()->pixelMetric(QStyle::PM_MenuVMargin, nullptr, this));
+    setContentsMargins(0, padding, 0, padding);
     for (const StatusMenuEntry& entry : m_menu) {
         addEntry(entry);
     }
@@ -186,8 +184,8 @@ void StatusPopupWindow::showOver(const QRect& area, QPoint corner) {
     show();
 }
 
-void StatusPopupWindow::showMaximizedOver(Qt::Corner corner) {
-    beTransparent([this, corner] { return inCorner(rect(), menuSize(), corner); });
+void StatusPopupWindow::showMaximizedOver(std::function<QPoint(QSize window)> menuCorner) {
+    beTransparent([this, inWindow = std::move(menuCorner)] { return inWindow(size()); });
     showMaximized();
 }
 

@@ -62,8 +62,9 @@ public:
     /// As large as the area, and transparent beside the menu at that corner: a click beside it lands in the window.
     void showOver(const QRect& area, QPoint corner);
 
-    /// The same, as large as the display server maximises it, with the menu in that corner of it.
-    void showMaximizedOver(Qt::Corner corner);
+    /// The same, as large as the display server maximises it, with the menu's corner where `menuCorner` puts it in a
+    /// window of that size.
+    void showMaximizedOver(std::function<QPoint(QSize window)> menuCorner);
 
 Q_SIGNALS:
     /// Once, after the window has closed.

@@ -94,6 +94,24 @@ TEST(PopupPlacement, FindsTheFreeCornerAtThePanel) {
     }
 }
 
+TEST(PopupPlacement, StandsAtTheItemInAMaximizedWindowThatLeavesThePanelFree) {
+    const struct {
+        const char* panel;
+        QSize window;
+        QPoint item;
+        QPoint corner;
+    } rows[] = {
+        {"top", {1280, 756}, {1200, 22}, {1030, 0}},     {"bottom", {1280, 756}, {600, 778}, {600, 496}},
+        {"left", {1236, 800}, {22, 400}, {0, 400}},      {"right", {1236, 800}, {1258, 780}, {986, 540}},
+        {"none", {1280, 800}, {1279, 799}, {1030, 540}},
+    };
+    for (const auto& [panel, window, item, corner] : rows) {
+        EXPECT_EQ(cornerInMaximized(screen, window, item, menuSize), corner) << panel;
+    }
+    EXPECT_EQ(cornerInMaximized(screen.translated(1280, 0), {1280, 756}, {1880, 22}, menuSize), QPoint(600, 0))
+        << "on the right of two screens";
+}
+
 TEST(PanelFreeArea, LeavesOutAPanelThatReservesNoRoom) {
     const struct {
         const char* name;

@@ -318,9 +318,11 @@ TEST(StatusPopupWindow, CoversTheAreaAndClosesByAClickBesideTheMenu) {
     EXPECT_EQ(dismissals, 1);
 }
 
-TEST(StatusPopupWindow, MaximizedHasTheMenuInTheCornerOfTheTray) {
+TEST(StatusPopupWindow, MaximizedHasTheMenuWhereItIsPutInItsSize) {
     StatusPopupWindow popup(connected().menu);
-    popup.showMaximizedOver(Qt::BottomRightCorner);
+    const QSize size = popup.menuSize();
+    popup.showMaximizedOver(
+        [size](QSize window) { return QPoint(window.width() - size.width(), window.height() - size.height()); });
     settle();
     EXPECT_TRUE(popup.isMaximized());
     EXPECT_EQ(popup.childrenRect().bottomRight(), popup.rect().bottomRight());
