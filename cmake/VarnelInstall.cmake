@@ -15,13 +15,15 @@ function(varnel_install_compressed file name folder)
     set(compressed ${PROJECT_BINARY_DIR}/${name}.gz)
     add_custom_command(OUTPUT ${compressed} DEPENDS ${PROJECT_SOURCE_DIR}/${file} VERBATIM
         COMMAND sh -c "gzip -9nc '${PROJECT_SOURCE_DIR}/${file}' >'${compressed}'")
-    add_custom_target(${name}-compressed ALL DEPENDS ${compressed})
+    add_custom_target(${name}-compressed DEPENDS ${compressed})
+    add_dependencies(varnel ${name}-compressed)
     install(FILES ${compressed} DESTINATION ${folder})
 endfunction()
 
 find_package(Qt6 REQUIRED COMPONENTS LinguistTools)
 qt_add_translation(catalogues translations/varnel_de.ts)
-add_custom_target(varnel_catalogues ALL DEPENDS ${catalogues})
+add_custom_target(varnel_catalogues DEPENDS ${catalogues})
+add_dependencies(varnel varnel_catalogues)
 install(FILES ${catalogues} DESTINATION ${CMAKE_INSTALL_DATADIR}/varnel/translations)
 
 configure_file(packaging/${VARNEL_ID}.service.in ${VARNEL_ID}.service @ONLY)

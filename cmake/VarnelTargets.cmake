@@ -50,7 +50,6 @@ function(varnel_precompile name)
     cmake_parse_arguments(arg "" "" "HEADERS;LINK" ${ARGN})
     file(GENERATE OUTPUT ${PROJECT_BINARY_DIR}/${name}.cpp CONTENT "")
     add_library(${name} OBJECT ${PROJECT_BINARY_DIR}/${name}.cpp)
-    set_target_properties(${name} PROPERTIES AUTOMOC OFF)
     target_link_libraries(${name} PRIVATE varnel_options Qt6::Core QCoro6::Core nlohmann_json::nlohmann_json tl::expected
         ${arg_LINK})
     target_precompile_headers(${name} PRIVATE ${varnel_core_headers} ${arg_HEADERS})
@@ -65,11 +64,12 @@ if(VARNEL_TESTS)
         LINK Qt6::Widgets GTest::gtest GTest::gmock)
 endif()
 
-# varnel_module(<name> [GUI] SOURCES <files> [LINK <targets>]): one folder, one static library. What is linked here
-# is all the module may include: the arrows of docs/architecture.md are these lines.
+# varnel_module(<name> [GUI] [MOC] SOURCES <files> [LINK <targets>]): one folder, one static library. What is linked here
+# is all the module may include: the arrows of docs/architecture.md are these lines. MOC where a class has Q_OBJECT.
 function(varnel_module name)
-    cmake_parse_arguments(arg "GUI" "" "SOURCES;LINK" ${ARGN})
+    cmake_parse_arguments(arg "GUI;MOC" "" "SOURCES;LINK" ${ARGN})
     add_library(${name} STATIC ${arg_SOURCES})
+    set_target_properties(${name} PROPERTIES AUTOMOC ${arg_MOC})
     set(kind "")
     if(arg_GUI)
         set(kind "_gui")
@@ -78,11 +78,12 @@ function(varnel_module name)
     target_link_libraries(${name} PUBLIC varnel_options ${arg_LINK})
 endfunction()
 
-# varnel_test(<name> [GUI] SOURCES <files> [LINK <targets>] [LABELS <labels>]): one GoogleTest binary, run without a
-# display; GUI gives it a QApplication. Its results do not hang on the machine's language or zone.
+# varnel_test(<name> [GUI] [MOC] SOURCES <files> [LINK <targets>] [LABELS <labels>]): one GoogleTest binary, run without
+# a display; GUI gives it a QApplication. Its results do not hang on the machine's language or zone.
 function(varnel_test name)
-    cmake_parse_arguments(arg "GUI" "" "SOURCES;LINK;LABELS" ${ARGN})
+    cmake_parse_arguments(arg "GUI;MOC" "" "SOURCES;LINK;LABELS" ${ARGN})
     add_executable(${name} ${arg_SOURCES})
+    set_target_properties(${name} PROPERTIES AUTOMOC ${arg_MOC})
     set(kind "")
     if(arg_GUI)
         set(kind "_gui")

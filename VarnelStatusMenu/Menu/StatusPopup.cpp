@@ -51,8 +51,9 @@ StatusPopupMenu::StatusPopupMenu(StatusMenu menu)
     : m_menu(std::move(menu)) {
     // The separators are part of the menu's order, also where two would meet or one stands last.
     setSeparatorsCollapsible(false);
-    const int padding = std::max(0, smallestPadding - style()->pixelMetric(QStyle::PM_MenuVMargin, nullptr, this));
-    setContentsMargins(0, padding, 0, padding);
+    const int missingPadding =
+        std::max(0, smallestPadding - style()->pixelMetric(QStyle::PM_MenuVMargin, nullptr, this));
+    setContentsMargins(0, missingPadding, 0, missingPadding);
     for (const StatusMenuEntry& entry : m_menu) {
         addEntry(entry);
     }

@@ -206,12 +206,12 @@ void DayPane::write(const QString& path, const QString& text) {
     if (file.open(QIODevice::WriteOnly) && file.write(text.toUtf8()) >= 0 && file.commit()) {
         return;
     }
-    auto* box = new QMessageBox(
+    auto* message = new QMessageBox(
         QMessageBox::Warning, paneText(QT_TRANSLATE_NOOP("OutputWindow", "Save as CSV")),
         paneText(QT_TRANSLATE_NOOP("OutputWindow", "The file could not be saved: %1")).arg(file.errorString()),
         QMessageBox::Ok, this);
-    box->setAttribute(Qt::WA_DeleteOnClose);
-    box->open();
+    message->setAttribute(Qt::WA_DeleteOnClose);
+    message->open();
 }
 
 } // namespace Varnel
