@@ -45,6 +45,10 @@ private:
     int m_width;
 };
 
+bool canBeChosen(const QAction* action) {
+    return action != nullptr && action->isEnabled() && !action->isSeparator();
+}
+
 } // namespace
 
 StatusPopupMenu::StatusPopupMenu(StatusMenu menu)
@@ -120,7 +124,6 @@ void StatusPopupMenu::keyPressEvent(QKeyEvent* event) {
 /// A menu of the toolkit goes round by the arrow keys alone.
 void StatusPopupMenu::activateEndCommand(int key) {
     const QList<QAction*> all = actions();
-    const auto canBeChosen = [](const QAction* action) { return action->isEnabled() && !action->isSeparator(); };
     if (key == Qt::Key_Home) {
         const auto first = std::find_if(all.begin(), all.end(), canBeChosen);
         setActiveAction(first != all.end() ? *first : nullptr);
@@ -132,17 +135,22 @@ void StatusPopupMenu::activateEndCommand(int key) {
 
 void StatusPopupMenu::mousePressEvent(QMouseEvent* event) {
     m_hasBeenPressed = true;
-    const bool isOutside = !rect().contains(event->position().toPoint());
-    QMenu::mousePressEvent(event);
-    if (isOutside) {
-        Q_EMIT dismissed();
+    // What is inside is not left to the toolkit: while the pointer has been in no window of the program, Qt 6.8 takes a
+    // tap, or a click after few movements, for the end of the opening one, closes the menu and chooses nothing.
+    if (rect().contains(event->position().toPoint())) {
+        setActiveAction(actionAt(event->position().toPoint()));
+        return;
     }
+    QMenu::mousePressEvent(event);
+    Q_EMIT dismissed();
 }
 
 void StatusPopupMenu::mouseReleaseEvent(QMouseEvent* event) {
     // Some panels open the menu on the press; the release that follows lands in the menu and chooses nothing.
-    if (m_hasBeenPressed) {
-        QMenu::mouseReleaseEvent(event);
+    QAction* action = actionAt(event->position().toPoint());
+    if (m_hasBeenPressed && canBeChosen(action)) {
+        close();
+        action->trigger();
     }
 }
 

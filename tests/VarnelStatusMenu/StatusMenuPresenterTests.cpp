@@ -203,7 +203,19 @@ TEST_F(StatusMenuPresenterTest, ReleaseOfTheOpeningClickChoosesNothing) {
     mouse(popup, QEvent::MouseButtonRelease, command);
     settle();
     EXPECT_TRUE(presenter.isMenuOpen());
+    EXPECT_TRUE(chosen.empty());
+}
+
+TEST_F(StatusMenuPresenterTest, ClickChoosesAlsoWithoutAMovementBefore) {
+    StatusPopupMenu* popup = openPopup();
+    const QPoint chart = popup->actionGeometry(popup->actions().first()).center();
+    mouse(popup, QEvent::MouseButtonPress, chart);
+    mouse(popup, QEvent::MouseButtonRelease, chart);
+    EXPECT_TRUE(presenter.isMenuOpen()) << "what cannot be chosen";
+    const QPoint command = popup->actionGeometry(popup->actions().last()).center();
     mouse(popup, QEvent::MouseButtonPress, command);
+    EXPECT_TRUE(presenter.isMenuOpen());
+    EXPECT_EQ(popup->activeAction(), popup->actions().last());
     mouse(popup, QEvent::MouseButtonRelease, command);
     settle();
     EXPECT_EQ(chosen, Commands{StatusMenuCommand::signOut});
