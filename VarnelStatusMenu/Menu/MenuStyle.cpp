@@ -10,13 +10,19 @@ namespace {
 constexpr qreal secondaryAlpha = 0.8;
 constexpr qreal tertiaryAlpha = 0.62;
 constexpr qreal darkSeparatorAlpha = 0.5;
+constexpr qreal lightSeparatorAlpha = 0.28; // about as dark as the usual Mid
+constexpr int visibleStep = 20;             // of lightness, between a line and its window
 
-/// Mid is made for light windows: on a dark one it is darker still and would not be seen.
+/// Mid is made for light windows: on a dark one it is darker still and would not be seen. Of a GTK theme Qt 6.8 makes a
+/// palette whose Mid is white.
 QColor separatorColor(const QPalette& palette) {
     const QColor mid = palette.color(QPalette::Active, QPalette::Mid);
     const QColor text = palette.color(QPalette::Active, QPalette::WindowText);
-    const bool isDark = text.lightness() > palette.color(QPalette::Active, QPalette::Window).lightness();
-    return isDark ? withAlpha(text, darkSeparatorAlpha) : mid;
+    const QColor window = palette.color(QPalette::Active, QPalette::Window);
+    if (text.lightness() > window.lightness()) {
+        return withAlpha(text, darkSeparatorAlpha);
+    }
+    return window.lightness() - mid.lightness() >= visibleStep ? mid : withAlpha(text, lightSeparatorAlpha);
 }
 
 QFont menuFont(int pixels) {

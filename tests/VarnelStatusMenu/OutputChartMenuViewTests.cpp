@@ -30,6 +30,14 @@ QPalette darkChart() {
     return palette;
 }
 
+/// As Qt 6.8 makes it of a light GTK theme.
+QPalette lightChartOfGtk() {
+    QPalette palette(QColor(0xfa, 0xf9, 0xf8));
+    palette.setColor(QPalette::Mid, Qt::white);
+    palette.setColor(QPalette::Base, palette.color(QPalette::Window));
+    return palette;
+}
+
 /// The chart on white, without what is behind it.
 QImage painted(OutputChartMenuView& view, qreal scale = 1) {
     view.setPalette(lightChart());
@@ -133,7 +141,7 @@ TEST(OutputChartMenuView, InspectsTheNearestPointWhileTheMouseIsInTheChart) {
 }
 
 TEST(MenuColors, KeepTextReadableAndLinesVisible) {
-    for (const QPalette& palette : {lightChart(), darkChart()}) {
+    for (const QPalette& palette : {lightChart(), lightChartOfGtk(), darkChart()}) {
         const MenuColors colors = MenuColors::of(palette);
         for (const QColor& text : {colors.label, colors.secondaryLabel, colors.tertiaryLabel}) {
             EXPECT_GE(contrast(text, colors.windowBackground), 4.5) << text.alphaF();
