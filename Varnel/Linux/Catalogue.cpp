@@ -37,7 +37,8 @@ void loadCatalogue(const QString& folder) {
         install(QStringLiteral("qtbase_") + language, QLibraryInfo::path(QLibraryInfo::TranslationsPath));
         install(QStringLiteral("varnel_") + language, folder);
     }
-    QGuiApplication::setLayoutDirection(QLocale().textDirection());
+    // Of the texts, not of the locale: English stays as it is in every one.
+    QGuiApplication::setLayoutDirection(language.isEmpty() ? Qt::LeftToRight : QLocale(language).textDirection());
 }
 
 } // namespace Varnel

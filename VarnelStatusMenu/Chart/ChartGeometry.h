@@ -14,7 +14,8 @@
 namespace Varnel {
 
 // Chart coordinates: the origin is the lower left corner of the view and y grows upwards, as values do. The lower edge
-// of a rectangle is thus its y(). One point is one logical pixel.
+// of a rectangle is thus its y(). One point is one logical pixel. Left is where time begins: where the layout runs from
+// right to left, the whole chart is mirrored on its way to the widget.
 
 inline qreal lowerEdge(const QRectF& rect) {
     return rect.y();
@@ -24,8 +25,9 @@ inline qreal upperEdge(const QRectF& rect) {
 }
 
 /// Turns chart coordinates into those of a widget and back: it is its own inverse.
-inline QTransform turnedOver(qreal viewHeight) {
-    return {1, 0, 0, -1, 0, viewHeight};
+inline QTransform turnedOver(QSizeF viewSize, Qt::LayoutDirection direction) {
+    const bool isMirrored = direction == Qt::RightToLeft;
+    return {isMirrored ? -1.0 : 1.0, 0, 0, -1, isMirrored ? viewSize.width() : 0, viewSize.height()};
 }
 
 /// A label of the value axis; `fraction` is its height, 0 at the foot of the chart and 1 at its top.

@@ -34,7 +34,7 @@ void OutputChartMenuView::paintEvent(QPaintEvent* /*event*/) {
         return;
     }
     QPainter painter(this);
-    paintOutputChart(painter, m_chart, *layout, height(), palette(), m_inspectedIndex);
+    paintOutputChart(painter, m_chart, *layout, turnedOver(size(), layoutDirection()), palette(), m_inspectedIndex);
 }
 
 void OutputChartMenuView::enterEvent(QEnterEvent* event) {
@@ -56,7 +56,7 @@ std::optional<ChartLayout> OutputChartMenuView::currentLayout() const {
 
 std::optional<std::size_t> OutputChartMenuView::indexAt(QPointF position) const {
     const auto layout = currentLayout();
-    const QPointF inChart = turnedOver(height()).map(position);
+    const QPointF inChart = turnedOver(size(), layoutDirection()).map(position);
     if (!layout || !layout->chartRect.contains(inChart)) {
         return std::nullopt;
     }

@@ -51,15 +51,16 @@ ChartFonts ChartFonts::ofMenu() {
     return {MenuFonts::axisLabel(), MenuFonts::emptyChart(), MenuFonts::inspector()};
 }
 
-OutputChartPainter::OutputChartPainter(QPainter& painter, const ChartLayout& layout, qreal viewHeight,
+OutputChartPainter::OutputChartPainter(QPainter& painter, const ChartLayout& layout, const QTransform& fromChart,
                                        const QPalette& palette, ChartFonts fonts)
     : m_painter(painter)
     , m_layout(layout)
-    , m_fromChart(turnedOver(viewHeight))
+    , m_fromChart(fromChart)
     , m_colors(MenuColors::of(palette))
     , m_fonts(std::move(fonts))
     , m_crisp(painter) {
     m_painter.setRenderHint(QPainter::Antialiasing);
+    m_painter.setLayoutDirection(Qt::LayoutDirectionAuto); // "3.42 kW" reads the same in a mirrored layout
 }
 
 void OutputChartPainter::paintFrame(std::initializer_list<double> gridFractions) {
@@ -165,10 +166,10 @@ void OutputChartPainter::strokeLine(QPointF from, QPointF to, const QPen& pen) {
                        m_crisp.position(m_fromChart.map(to), pen.widthF()));
 }
 
-void paintOutputChart(QPainter& painter, const StatusMenuChart& chart, const ChartLayout& layout, qreal viewHeight,
-                      const QPalette& palette, std::optional<std::size_t> inspectedIndex) {
+void paintOutputChart(QPainter& painter, const StatusMenuChart& chart, const ChartLayout& layout,
+                      const QTransform& fromChart, const QPalette& palette, std::optional<std::size_t> inspectedIndex) {
     const ChartFonts fonts = ChartFonts::ofMenu();
-    OutputChartPainter chartPainter(painter, layout, viewHeight, palette, fonts);
+    OutputChartPainter chartPainter(painter, layout, fromChart, palette, fonts);
     chartPainter.paintFrame({0.0, 0.5, 1.0});
     if (chart.values.empty()) {
         chartPainter.paintEmptyText();

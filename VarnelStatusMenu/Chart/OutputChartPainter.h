@@ -30,9 +30,9 @@ struct ChartFonts {
 /// in chart coordinates.
 class OutputChartPainter {
 public:
-    /// Keeps references to `painter` and `layout`.
-    OutputChartPainter(QPainter& painter, const ChartLayout& layout, qreal viewHeight, const QPalette& palette,
-                       ChartFonts fonts);
+    /// Keeps references to `painter` and `layout`. `fromChart` leads to the coordinates of the painter.
+    OutputChartPainter(QPainter& painter, const ChartLayout& layout, const QTransform& fromChart,
+                       const QPalette& palette, ChartFonts fonts);
 
     /// The background, a line of the grid at each fraction of the height, and the labels of the value axis.
     void paintFrame(std::initializer_list<double> gridFractions);
@@ -65,9 +65,8 @@ private:
     CrispLines m_crisp;
 };
 
-/// Paints the menu's chart into a view of that height, in the colours of the palette; the inspector stands at its
-/// index.
-void paintOutputChart(QPainter& painter, const StatusMenuChart& chart, const ChartLayout& layout, qreal viewHeight,
-                      const QPalette& palette, std::optional<std::size_t> inspectedIndex);
+/// Paints the menu's chart in the colours of the palette; the inspector stands at its index.
+void paintOutputChart(QPainter& painter, const StatusMenuChart& chart, const ChartLayout& layout,
+                      const QTransform& fromChart, const QPalette& palette, std::optional<std::size_t> inspectedIndex);
 
 } // namespace Varnel

@@ -5,6 +5,7 @@
 
 #include <QHelpEvent>
 #include <QPainter>
+#include <QStyle>
 #include <QToolTip>
 
 #include <algorithm>
@@ -72,9 +73,14 @@ bool MenuRowView::event(QEvent* event) {
 void MenuRowView::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
     painter.setPen(MenuColors::of(palette()).secondaryLabel);
+    painter.setLayoutDirection(Qt::LayoutDirectionAuto); // "3.42 kW" reads the same in a mirrored layout
     const Texts drawn = drawnTexts();
-    painter.drawText(textRect(), Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, drawn.label);
-    painter.drawText(textRect(), Qt::AlignRight | Qt::AlignVCenter | Qt::TextSingleLine, drawn.value);
+    const auto draw = [&](Qt::Alignment side, const QString& text) {
+        const Qt::Alignment seen = QStyle::visualAlignment(layoutDirection(), side) | Qt::AlignAbsolute;
+        painter.drawText(textRect(), static_cast<int>(seen | Qt::AlignVCenter) | Qt::TextSingleLine, text);
+    };
+    draw(Qt::AlignLeading, drawn.label);
+    draw(Qt::AlignTrailing, drawn.value);
 }
 
 MenuRowView::Texts MenuRowView::drawnTexts() const {

@@ -92,7 +92,7 @@ void DayChartView::paintEvent(QPaintEvent* /*event*/) {
     }
     QPainter painter(this);
     const ChartFonts used = fonts();
-    OutputChartPainter chart(painter, *layout, height(), palette(), used);
+    OutputChartPainter chart(painter, *layout, turnedOver(size(), layoutDirection()), palette(), used);
     chart.paintFrame({0.0, 0.25, 0.5, 0.75, 1.0});
     if (!m_chart.axis) {
         chart.paintEmptyText();
@@ -128,7 +128,8 @@ void DayChartView::leaveEvent(QEvent* /*event*/) {
 
 std::optional<DayChartView::Inspected> DayChartView::pointAt(QPointF position) const {
     const std::optional<ChartLayout> layout = currentLayout();
-    if (!layout || !m_chart.axis || !layout->chartRect.contains(turnedOver(height()).map(position))) {
+    const QPointF inChart = turnedOver(size(), layoutDirection()).map(position);
+    if (!layout || !m_chart.axis || !layout->chartRect.contains(inChart)) {
         return std::nullopt;
     }
     std::optional<Inspected> nearest;
@@ -136,7 +137,7 @@ std::optional<DayChartView::Inspected> DayChartView::pointAt(QPointF position) c
     const auto consider = [&](const std::vector<OutputCurve>& curves, bool isOfService) {
         for (const OutputCurve& curve : curves) {
             for (const OutputPoint& point : curve) {
-                const qreal away = std::abs(placeOnAxis(point.at, *m_chart.axis, layout->chartRect) - position.x());
+                const qreal away = std::abs(placeOnAxis(point.at, *m_chart.axis, layout->chartRect) - inChart.x());
                 if (away < least) {
                     least = away;
                     nearest = Inspected{point, isOfService};

@@ -140,6 +140,18 @@ TEST(OutputChartMenuView, InspectsTheNearestPointWhileTheMouseIsInTheChart) {
     EXPECT_FALSE(empty.inspectedIndex());
 }
 
+TEST(OutputChartMenuView, RunsFromRightToLeftInAMirroredLayout) {
+    OutputChartMenuView view({{0, 5}, {}, {}, {}});
+    view.setLayoutDirection(Qt::RightToLeft);
+    const QImage image = painted(view);
+    EXPECT_LT(image.pixelColor(95, 60).red(), 255) << "below the curve at the later point";
+    EXPECT_EQ(image.pixelColor(155, 60).red(), 255) << "above it at the earlier one";
+    moveMouse(view, {229, 50});
+    EXPECT_EQ(view.inspectedIndex(), 0U);
+    moveMouse(view, {21, 50});
+    EXPECT_EQ(view.inspectedIndex(), 1U);
+}
+
 TEST(MenuColors, KeepTextReadableAndLinesVisible) {
     for (const QPalette& palette : {lightChart(), lightChartOfGtk(), darkChart()}) {
         const MenuColors colors = MenuColors::of(palette);

@@ -96,6 +96,21 @@ struct OutputWindowTest : testing::Test {
         });
     }
 
+    /// What the inspector says of one point after another while the mouse goes over the chart.
+    QStringList inspectedFromLeftToRight() {
+        auto* chart = window->findChild<DayChartView*>();
+        QStringList said;
+        for (int x = 0; x < chart->width(); ++x) {
+            const QPointF position(x, chart->height() * 0.5);
+            QMouseEvent event(QEvent::MouseMove, position, position, Qt::NoButton, Qt::NoButton, Qt::NoModifier);
+            QApplication::sendEvent(chart, &event);
+            if (said.isEmpty() || said.last() != chart->inspectorText()) {
+                said << chart->inspectorText();
+            }
+        }
+        return said;
+    }
+
     std::shared_ptr<FakeOutputSource> source = std::make_shared<FakeOutputSource>();
     StatusMenuPresenter presenter;
     StatusItemContent content;
@@ -156,21 +171,24 @@ TEST_F(OutputWindowTest, AsksForTheServicesCurveOncePerOpeningAndMarksIt) {
 
 TEST_F(OutputWindowTest, InspectsThePointUnderTheMouseAndNamesItsSource) {
     source->facts.ofService = {{clockTime(0, 7), 0.5}, {clockTime(0, 7, 5), 1}};
-    auto* chart = open()->findChild<DayChartView*>();
-    QStringList said;
-    for (int x = 0; x < chart->width(); ++x) {
-        const QPointF position(x, chart->height() * 0.5);
-        QMouseEvent event(QEvent::MouseMove, position, position, Qt::NoButton, Qt::NoButton, Qt::NoModifier);
-        QApplication::sendEvent(chart, &event);
-        if (said.isEmpty() || said.last() != chart->inspectorText()) {
-            said << chart->inspectorText();
-        }
-    }
-    EXPECT_EQ(said.join(u'\n').toStdString(), "\n0.50 kW  07:00 (from the service)\n1.00 kW  07:05 (from the service)\n"
-                                              "2.00 kW  13:00\n3.00 kW  13:05\n");
+    const auto* chart = open()->findChild<DayChartView*>();
+    EXPECT_EQ(inspectedFromLeftToRight().join(u'\n').toStdString(),
+              "\n0.50 kW  07:00 (from the service)\n1.00 kW  07:05 (from the service)\n"
+              "2.00 kW  13:00\n3.00 kW  13:05\n");
     EXPECT_FALSE(chart->accessibleName().isEmpty());
     EXPECT_EQ(chart->accessibleDescription().toStdString(),
               "Peak: 3.00 kW at 13:05. Energy under the curve: 0.27 kWh. Readings: 2");
+}
+
+TEST_F(OutputWindowTest, IsMirroredWholeWithItsChartAndItsArrowKeys) {
+    QApplication::setLayoutDirection(Qt::RightToLeft);
+    open();
+    EXPECT_EQ(inspectedFromLeftToRight().join(u'\n').toStdString(), "\n3.00 kW  13:05\n2.00 kW  13:00\n");
+    press(Qt::Key_Right);
+    EXPECT_TRUE(isSaying("Saturday, 20 June 2026")) << "the earlier day, to which the arrow points";
+    press(Qt::Key_Left);
+    EXPECT_TRUE(isSaying("Today, Sunday, 21 June 2026"));
+    QApplication::setLayoutDirection(Qt::LeftToRight);
 }
 
 TEST_F(OutputWindowTest, GivesTheShownDayAway) {
