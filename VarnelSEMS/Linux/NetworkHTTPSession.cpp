@@ -4,11 +4,11 @@
 #include <VarnelShared/URLError.h>
 
 #include <QCoreApplication>
-#include <QCoroSignal>
 #include <QTimer>
 
 #include <algorithm>
 #include <chrono>
+#include <coroutine>
 #include <utility>
 
 namespace Varnel {
@@ -60,6 +60,29 @@ void redirect(HTTPRequest& request, const QUrl& target, int status) {
 struct DeleteLater {
     void operator()(QObject* object) const { object->deleteLater(); }
 };
+
+/// Wakes the coroutine after the signal, by an event to the object itself, which the session can so deliver at once
+/// when it ends. Whom QCoro's own wait for a signal tells differs between its versions.
+template <typename Object, typename Signal>
+class Signalled {
+public:
+    Signalled(Object* object, Signal signal)
+        : m_object(object)
+        , m_signal(signal) {}
+
+    bool await_ready() const noexcept { return false; }
+    void await_suspend(std::coroutine_handle<> waiting) const {
+        constexpr int onceFromTheLoop = Qt::QueuedConnection | Qt::SingleShotConnection;
+        QObject::connect(
+            m_object, m_signal, m_object, [waiting] { waiting.resume(); },
+            static_cast<Qt::ConnectionType>(onceFromTheLoop));
+    }
+    void await_resume() const noexcept {}
+
+private:
+    Object* m_object;
+    Signal m_signal;
+};
 } // namespace
 
 NetworkHTTPSession::NetworkHTTPSession() = default;
@@ -108,7 +131,8 @@ QCoro::Task<Result<HTTPResponse>> NetworkHTTPSession::exchange(HTTPRequest reque
     const std::unique_ptr<CurlTransfer, DeleteLater> transfer(
         new CurlTransfer(request, m_proxies.known(request.url), std::chrono::milliseconds(deadline.remainingTime())));
     m_transfers.push_back(transfer.get());
-    co_await qCoro(transfer.get(), &CurlTransfer::finished);
+    const Signalled finished(transfer.get(), &CurlTransfer::finished);
+    co_await finished;
     std::erase(m_transfers, transfer.get());
     co_return transfer->outcome();
 }
@@ -127,7 +151,8 @@ QCoro::Task<void> NetworkHTTPSession::settleProxies(QUrl url, QDeadlineTimer dea
         QTimer::singleShot(std::chrono::milliseconds(deadline.remainingTime()), Qt::PreciseTimer, watcher.get(),
                            &QFutureWatcherBase::finished);
         m_lookups.push_back(watcher.get());
-        co_await qCoro(static_cast<QFutureWatcherBase*>(watcher.get()), &QFutureWatcherBase::finished);
+        const Signalled finished(static_cast<QFutureWatcherBase*>(watcher.get()), &QFutureWatcherBase::finished);
+        co_await finished;
         std::erase(m_lookups, watcher.get());
     }
 }
