@@ -32,6 +32,7 @@ constexpr struct {
     {56, Code::networkConnectionLost},  // receiving failed
     {60, Code::secureConnectionFailed}, // the certificate
     {77, Code::secureConnectionFailed}, // the certificates of the system
+    {100, Code::dataTooLarge},          // a head, since curl 8.6
 };
 
 Code codeOf(const CurlReport& report) {
