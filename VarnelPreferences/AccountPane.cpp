@@ -126,10 +126,9 @@ QWidget* AccountPane::buildPasswordRow() {
 }
 
 void AccountPane::buildAdvanced(QFormLayout& fields) {
-    m_advanced->setText(tr("A&dvanced"));
+    m_advanced->setAccessibleName(tr("A&dvanced").remove(QLatin1Char('&')));
     m_advanced->setAutoRaise(true);
     m_advanced->setFocusPolicy(Qt::StrongFocus);
-    m_advanced->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     connect(m_advanced, &QToolButton::clicked, this, [this] { setAdvancedShown(!m_fields->isRowVisible(m_baseURL)); });
     fields.addRow(m_advanced);
     addField(fields, tr("&Base URL"), m_baseURL);
@@ -155,7 +154,13 @@ QLayout* AccountPane::buildButtons() {
 }
 
 void AccountPane::setAdvancedShown(bool isShown) {
-    m_advanced->setArrowType(isShown ? Qt::DownArrow : Qt::RightArrow);
+    if (layoutDirection() == Qt::RightToLeft) { // in which the toolkit leaves a button's arrow where it was
+        m_advanced->setText((isShown ? QStringLiteral("\u25be ") : QStringLiteral("\u25c2 ")) + tr("A&dvanced"));
+    } else {
+        m_advanced->setText(tr("A&dvanced"));
+        m_advanced->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+        m_advanced->setArrowType(isShown ? Qt::DownArrow : Qt::RightArrow);
+    }
     m_advanced->setAccessibleDescription(isShown ? tr("Hides the advanced fields") : tr("Shows the advanced fields"));
     m_fields->setRowVisible(m_baseURL, isShown);
     m_fields->setRowVisible(m_stationID, isShown);

@@ -4,6 +4,7 @@
 
 #include <QCoreApplication>
 #include <QDateTime>
+#include <QGuiApplication>
 #include <QLocale>
 
 namespace Varnel {
@@ -12,6 +13,13 @@ namespace {
 
 QString translated(const char* sentence) {
     return QCoreApplication::translate("OutputWindow", sentence);
+}
+
+/// Reads from left to right also in the middle of a sentence that does not: "3.42 kW".
+QString isolated(const QString& quantity) {
+    constexpr QChar leftToRightIsolate(0x2066);
+    constexpr QChar popIsolate(0x2069);
+    return QGuiApplication::isRightToLeft() ? leftToRightIsolate + quantity + popIsolate : quantity;
 }
 
 std::size_t countOf(const std::vector<OutputCurve>& curves) {
@@ -36,17 +44,18 @@ QString peakText(const DrawnDay& day) {
     }
     const QLocale locale;
     return translated(QT_TRANSLATE_NOOP("OutputWindow", "Peak: %1 at %2"))
-        .arg(kilowattsText(peak->kilowatts, locale),
+        .arg(isolated(kilowattsText(peak->kilowatts, locale)),
              locale.toString(peak->at.toDateTime().time(), hoursAndMinutesFormat(locale)));
 }
 
 QString energyText(const DrawnDay& day, std::optional<double> countedKWh) {
     const QLocale locale;
     if (countedKWh) {
-        return translated(QT_TRANSLATE_NOOP("OutputWindow", "Energy: %1")).arg(kilowattHoursText(*countedKWh, locale));
+        return translated(QT_TRANSLATE_NOOP("OutputWindow", "Energy: %1"))
+            .arg(isolated(kilowattHoursText(*countedKWh, locale)));
     }
     return translated(QT_TRANSLATE_NOOP("OutputWindow", "Energy under the curve: %1"))
-        .arg(kilowattHoursText(energyKWh(day.measured) + energyKWh(day.filled), locale));
+        .arg(isolated(kilowattHoursText(energyKWh(day.measured) + energyKWh(day.filled), locale)));
 }
 
 QString dayDescription(const DrawnDay& day, std::optional<double> countedKWh) {
