@@ -1,8 +1,9 @@
 // Calls every object of the program that has Varnel's name on the session bus with junk, a thousand times a second:
 // methods that do not exist, arguments that do not fit, properties that cannot be set, rows that the menu does not
-// have. None of it is a command as a caller who means it would send it.
+// have. None of it is a command as a caller who means it would send it. With the ID of a row of the exported menu, the
+// calls are clicks on that row instead.
 //
-// bus-flood SECONDS: prints how many calls were made and how many errors came back.
+// bus-flood-calls SECONDS [ID]: prints how many calls were made and how many errors came back.
 
 #include <QCoreApplication>
 #include <QDBusConnection>
@@ -76,23 +77,34 @@ QVariantList junk(const Call& call) {
     return candidates[static_cast<std::size_t>(number(static_cast<int>(candidates.size())))];
 }
 
+QDBusMessage callTo(const Call& call, const QVariantList& arguments) {
+    QDBusMessage message =
+        QDBusMessage::createMethodCall(QStringLiteral("com.varnel.menubar"), QString::fromLatin1(call.path),
+                                       QString::fromLatin1(call.interface), QString::fromLatin1(call.method));
+    message.setArguments(arguments);
+    return message;
+}
+
+QDBusMessage click(int row) {
+    return callTo({"/MenuBar", "com.canonical.dbusmenu", "Event"},
+                  {row, QStringLiteral("clicked"), QVariant::fromValue(QDBusVariant(0)), 0U});
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
     QCoreApplication application(argc, argv);
     const double seconds = QCoreApplication::arguments().value(1).toDouble();
+    const int row = QCoreApplication::arguments().value(2).toInt();
     QDBusConnection bus = QDBusConnection::sessionBus();
     int made = 0;
     int answered = 0;
     int errors = 0;
     const auto send = [&] {
         const Call& call = calls[number(std::size(calls))];
-        QDBusMessage message =
-            QDBusMessage::createMethodCall(QStringLiteral("com.varnel.menubar"), QString::fromLatin1(call.path),
-                                           QString::fromLatin1(call.interface), QString::fromLatin1(call.method));
-        message.setArguments(junk(call));
         ++made;
-        auto* watcher = new QDBusPendingCallWatcher(bus.asyncCall(message), &application);
+        auto* watcher =
+            new QDBusPendingCallWatcher(bus.asyncCall(row > 0 ? click(row) : callTo(call, junk(call))), &application);
         QObject::connect(watcher, &QDBusPendingCallWatcher::finished, &application, [&, watcher] {
             ++answered;
             errors += watcher->isError() ? 1 : 0;
