@@ -7,12 +7,16 @@
 #include <QEvent>
 #include <QImageReader>
 #include <QPixmap>
+#include <QTimer>
 #include <QWidget>
 #include <QWindow>
 
+#include <chrono>
 #include <utility>
 
 namespace Varnel {
+
+using namespace std::chrono_literals;
 
 namespace {
 /// A window that the window manager has; the icon in a legacy tray is none.
@@ -90,6 +94,9 @@ bool DesktopApplicationShell::eventFilter(QObject* watched, QEvent* event) {
     } else if (event->type() == QEvent::Show && watched->isWidgetType() &&
                isOrdinaryWindow(*static_cast<QWidget*>(watched))) {
         onWindowShown(static_cast<QWidget&>(*watched));
+    } else if (event->type() == QEvent::ZOrderChange && watched->isWidgetType() &&
+               isOrdinaryWindow(*static_cast<QWidget*>(watched))) {
+        onWindowRaised(static_cast<QWidget&>(*watched));
     }
     return QObject::eventFilter(watched, event);
 }
@@ -101,6 +108,20 @@ void DesktopApplicationShell::onWindowShown(QWidget& window) {
     if (const auto* statusWindow = qobject_cast<OutputWindow*>(&window)) {
         connect(statusWindow, &OutputWindow::standsForItemChanged, this, &DesktopApplicationShell::applyToWindows,
                 Qt::UniqueConnection);
+    }
+}
+
+void DesktopApplicationShell::onWindowRaised(QWidget& window) {
+    const auto bringRaisedToFront = [&window] {
+        if (window.isVisible() && window.windowHandle()) {
+            bringToFront(*window.windowHandle());
+        }
+    };
+    // First after what Qt asks for by itself, for of two wishes the later one counts. And once more: GNOME's overview,
+    // if the program was started there, gives the front back to the window before when it closes, and Qt does not
+    // notice.
+    for (const auto delay : {0ms, 600ms}) {
+        QTimer::singleShot(delay, &window, bringRaisedToFront);
     }
 }
 

@@ -27,11 +27,12 @@ public:
     void terminate() override;
 
 protected:
-    /// Watches the application's windows appear, and the taskbar window being activated.
+    /// Watches the application's windows appear and be raised, and the taskbar window being activated.
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     void onWindowShown(QWidget& window);
+    void onWindowRaised(QWidget& window);
     void applyToWindows();
     void showTaskbarWindow();
     void onTaskbarWindowStateChanged();

@@ -1,3 +1,4 @@
+#include <Varnel/Linux/DesktopApplicationShell.h>
 #include <Varnel/Linux/LinuxSystemEvents.h>
 #include <Varnel/Linux/PortalAppearance.h>
 #include <Varnel/Linux/TaskbarPresence.h>
@@ -11,6 +12,7 @@
 #include <QDBusVariant>
 #include <QNetworkInformation>
 #include <QThread>
+#include <QWidget>
 #include <QWindow>
 
 #include <gtest/gtest.h>
@@ -146,10 +148,10 @@ public:
     FakeWindowManager(const FakeWindowManager&) = delete;
     FakeWindowManager& operator=(const FakeWindowManager&) = delete;
 
-    /// The next message about that window's state: what to do with which two states.
-    std::vector<std::uint32_t> nextStateChange(const QWindow& window) {
+    /// The first three numbers of the next message of that type about the window.
+    std::vector<std::uint32_t> nextMessage(const QWindow& window, std::string_view type) {
         std::vector<std::uint32_t> found;
-        const std::uint32_t wanted = X11::atom(m_connection, "_NET_WM_STATE");
+        const std::uint32_t wanted = X11::atom(m_connection, type);
         waitUntil([&] {
             while (xcb_generic_event_t* event = xcb_poll_for_event(m_connection)) {
                 xcb_client_message_event_t message;
@@ -242,8 +244,20 @@ TEST(TaskbarPresence, AsksTheWindowManagerToLeaveAWindowOutAndToTakeItIn) {
     const std::uint32_t pager = manager.atom("_NET_WM_STATE_SKIP_PAGER");
     for (const std::uint32_t action : {1U, 0U}) { // to add the states, and to remove them
         setSkipsTaskbar(window, action == 1);
-        EXPECT_EQ(manager.nextStateChange(window), (std::vector<std::uint32_t>{action, taskbar, pager}));
+        EXPECT_EQ(manager.nextMessage(window, "_NET_WM_STATE"), (std::vector<std::uint32_t>{action, taskbar, pager}));
     }
+}
+
+TEST(DesktopApplicationShell, AsksTheWindowManagerForARaisedWindowAsThePersonWould) {
+    FakeWindowManager manager;
+    const DesktopApplicationShell shell;
+    QWidget window;
+    window.show();
+    window.raise();
+    constexpr std::uint32_t sourceIsTool = 2; // and no time of the last input
+    ASSERT_NE(window.windowHandle(), nullptr);
+    EXPECT_EQ(manager.nextMessage(*window.windowHandle(), "_NET_ACTIVE_WINDOW"),
+              (std::vector<std::uint32_t>{sourceIsTool, XCB_CURRENT_TIME, 0}));
 }
 
 int main(int argc, char** argv) {
