@@ -91,6 +91,6 @@ function(varnel_test name)
     target_link_libraries(${name} PRIVATE varnel_options varnel${kind}_test_main ${arg_LINK})
     target_precompile_headers(${name} REUSE_FROM varnel_precompiled${kind}_test)
     add_test(NAME ${name} COMMAND ${name})
-    set_tests_properties(${name} PROPERTIES TIMEOUT 300 LABELS "unit;${arg_LABELS}"
+    set_tests_properties(${name} PROPERTIES TIMEOUT 900 LABELS "unit;${arg_LABELS}"
         ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;TZ=Europe/Berlin;QT_LOGGING_RULES=")
 endfunction()
