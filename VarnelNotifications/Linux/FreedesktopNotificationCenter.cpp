@@ -33,6 +33,16 @@ QCoro::Task<QDBusMessage> send(QDBusMessage call) {
     co_return reply;
 }
 
+/// The bus's own name of the server; empty where there is none. Of a reply Qt 6.8 does not tell who sent it.
+QCoro::Task<QString> serverOnBus() {
+    const QString bus = QStringLiteral("org.freedesktop.DBus");
+    QDBusMessage question = QDBusMessage::createMethodCall(bus, QStringLiteral("/org/freedesktop/DBus"), bus,
+                                                           QStringLiteral("GetNameOwner"));
+    question << serverName;
+    const QDBusMessage owner = co_await send(question);
+    co_return owner.type() == QDBusMessage::ReplyMessage ? owner.arguments().value(0).toString() : QString();
+}
+
 QCoro::Task<bool> isServerThere() {
     QDBusConnectionInterface* const bus = QDBusConnection::sessionBus().interface();
     if (!bus) {
@@ -98,7 +108,8 @@ QCoro::Task<Result<void>> FreedesktopNotificationCenter::add(NotificationRequest
     if (reply.type() != QDBusMessage::ReplyMessage || reply.signature() != QStringLiteral("u")) {
         co_return failure(NotificationServerError{reply.errorMessage()});
     }
-    noteShown(reply);
+    const QString server = co_await serverOnBus();
+    noteShown(server, reply.arguments().constFirst().toUInt());
     co_return Result<void>();
 }
 
@@ -106,13 +117,13 @@ void FreedesktopNotificationCenter::setActivationHandler(std::function<void()> a
     m_activated = std::move(activated);
 }
 
-/// A later click on the notification in the reply is ours.
-void FreedesktopNotificationCenter::noteShown(const QDBusMessage& reply) {
-    if (m_server != reply.service()) {
-        m_server = reply.service();
+/// A later click on this notification of that server is ours.
+void FreedesktopNotificationCenter::noteShown(const QString& server, uint notification) {
+    if (m_server != server) {
+        m_server = server;
         m_shown.clear();
     }
-    m_shown.insert(reply.arguments().constFirst().toUInt());
+    m_shown.insert(notification);
 }
 
 void FreedesktopNotificationCenter::onActionInvoked(const QDBusMessage& signal) {

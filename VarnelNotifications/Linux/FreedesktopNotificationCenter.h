@@ -52,7 +52,7 @@ private Q_SLOTS:
     void onNotificationClosed(const QDBusMessage& signal);
 
 private:
-    void noteShown(const QDBusMessage& reply);
+    void noteShown(const QString& server, uint notification);
     bool isOurs(const QDBusMessage& signal) const;
 
     NotificationSender m_sender;
