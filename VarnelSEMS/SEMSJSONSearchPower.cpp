@@ -120,7 +120,7 @@ private:
     /// Empty when there is none.
     QString resolvedPowerUnit(const JSON& context) {
         const std::string ownUnitKey = std::string(m_key) + "unit";
-        const QString unit = unitText(context, {ownUnitKey, "powerunit", "unit"});
+        QString unit = unitText(context, {ownUnitKey, "powerunit", "unit"});
         if (!unit.isEmpty()) {
             return unit;
         }
