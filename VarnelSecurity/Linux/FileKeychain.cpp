@@ -116,8 +116,12 @@ KeychainStatus FileKeychain::load(KeychainItems& items) const {
         return keychainSuccess;
     }
     std::optional<KeychainItems> decoded = decodeKeychainItems(**content);
-    items = std::move(decoded).value_or(KeychainItems());
-    return decoded ? keychainSuccess : keychainDecodeError;
+    if (!decoded) {
+        items.clear();
+        return keychainDecodeError;
+    }
+    items = std::move(*decoded);
+    return keychainSuccess;
 }
 
 KeychainStatus FileKeychain::write(const KeychainItems& items) const {
