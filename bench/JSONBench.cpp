@@ -31,7 +31,7 @@ QByteArray textOfShape(std::string_view shape, qsizetype size) {
 void parse(benchmark::State& state) {
     const std::string_view shape = shapes.at(static_cast<std::size_t>(state.range(0)));
     const QByteArray text = textOfShape(shape, state.range(1));
-    for (auto iteration : state) {
+    for ([[maybe_unused]] auto iteration : state) {
         benchmark::DoNotOptimize(parseJSON(text).value());
     }
     state.SetLabel(std::string(shape));

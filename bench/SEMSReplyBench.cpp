@@ -24,7 +24,7 @@ QByteArray monitorDetail() {
 
 void parsingAlone(benchmark::State& state) {
     const QByteArray body = monitorDetail();
-    for (auto iteration : state) {
+    for ([[maybe_unused]] auto iteration : state) {
         benchmark::DoNotOptimize(parseJSON(body));
     }
     state.SetBytesProcessed(state.iterations() * body.size());
@@ -32,7 +32,7 @@ void parsingAlone(benchmark::State& state) {
 BENCHMARK(parsingAlone);
 
 void fromBodyToReading(benchmark::State& state, const QByteArray& body) {
-    for (auto iteration : state) {
+    for ([[maybe_unused]] auto iteration : state) {
         const JSON reply = parseJSON(body).value();
         benchmark::DoNotOptimize(SEMSJSONSearch::extractTodayOutputKWh(reply));
         benchmark::DoNotOptimize(SEMSJSONSearch::extractInstantPowerKW(reply));
@@ -48,7 +48,7 @@ void searchingInVain(benchmark::State& state) {
     QByteArray body = monitorDetail();
     body.replace("pac", "pxc").replace("output_power", "output").replace("day", "dxy").replace("daily", "dxily");
     const JSON reply = parseJSON(body).value();
-    for (auto iteration : state) {
+    for ([[maybe_unused]] auto iteration : state) {
         benchmark::DoNotOptimize(SEMSJSONSearch::extractTodayOutputKWh(reply));
         benchmark::DoNotOptimize(SEMSJSONSearch::extractInstantPowerKW(reply));
     }
