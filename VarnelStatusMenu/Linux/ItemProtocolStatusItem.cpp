@@ -30,8 +30,7 @@ ItemProtocolStatusItem::ItemProtocolStatusItem(const QDBusConnection& connection
 ItemProtocolStatusItem::~ItemProtocolStatusItem() = default;
 
 StatusItemBackEnd::Availability ItemProtocolStatusItem::availability() const {
-    const bool isRefused = !m_refusedBy.isEmpty() && m_refusedBy == m_watcher.owner();
-    return isRefused ? Availability::unavailable : m_watcher.availability();
+    return m_isRefused ? Availability::unavailable : m_watcher.availability();
 }
 
 void ItemProtocolStatusItem::setAvailabilityHandler(std::function<void()> changed) {
@@ -48,6 +47,12 @@ void ItemProtocolStatusItem::setShown(bool isShown) {
 }
 
 void ItemProtocolStatusItem::onWatcherChanged() {
+    if (m_watcher.owner() != m_registeredWith) {
+        // Also where the same process is the watcher again later: GNOME's is away while the screen is locked.
+        m_registeredWith.clear();
+        m_isRefused = false;
+        m_listingTimer.reset();
+    }
     registerWithWatcher();
     if (m_availabilityChanged) {
         m_availabilityChanged();
@@ -70,14 +75,16 @@ void ItemProtocolStatusItem::sendRegistration() {
     connect(pending, &QDBusPendingCallWatcher::finished, this,
             [this, owner = m_watcher.owner()](QDBusPendingCallWatcher* finished) {
                 finished->deleteLater();
-                onRegistered(owner, finished->error());
+                if (owner == m_watcher.owner()) {
+                    onRegistered(finished->error());
+                }
             });
 }
 
-void ItemProtocolStatusItem::onRegistered(const QString& owner, const QDBusError& error) {
+void ItemProtocolStatusItem::onRegistered(const QDBusError& error) {
     if (error.isValid() && error.type() != QDBusError::NoReply) {
         qCWarning(lcApp, "The panel refused the status item: %s", qPrintable(error.message()));
-        takeForNone(owner);
+        takeForNone();
         return;
     }
     if (!error.isValid()) {
@@ -98,7 +105,7 @@ void ItemProtocolStatusItem::checkListed() {
 }
 
 void ItemProtocolStatusItem::onLost() {
-    if (m_registeredWith != m_watcher.owner() || m_refusedBy == m_watcher.owner()) {
+    if (m_registeredWith != m_watcher.owner() || m_isRefused) {
         return;
     }
     if (m_losses++ < mostLosses) {
@@ -106,14 +113,14 @@ void ItemProtocolStatusItem::onLost() {
         sendRegistration();
     } else {
         qCWarning(lcApp, "The panel does not keep the status item");
-        takeForNone(m_watcher.owner());
+        takeForNone();
     }
 }
 
-void ItemProtocolStatusItem::takeForNone(const QString& owner) {
+void ItemProtocolStatusItem::takeForNone() {
     m_listingTimer.reset();
-    m_refusedBy = owner;
-    if (owner == m_watcher.owner() && m_availabilityChanged) {
+    m_isRefused = true;
+    if (m_availabilityChanged) {
         m_availabilityChanged();
     }
 }

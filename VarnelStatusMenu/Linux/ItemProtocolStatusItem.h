@@ -7,9 +7,9 @@
 namespace Varnel {
 
 /// The item in panels of today: org.kde.StatusNotifierItem at /StatusNotifierItem, its text menu at /MenuBar. Registers
-/// anew with each panel that comes, in the form which that panel can show, and once more with a panel that lets the
-/// item go or does not list it three seconds later; a panel that does so again is taken for none. Every call on the bus
-/// is asynchronous.
+/// anew with each panel that comes or comes back, in the form which that panel can show, and once more with a panel
+/// that lets the item go or does not list it three seconds later; a panel that does so again is taken for none. Every
+/// call on the bus is asynchronous.
 class ItemProtocolStatusItem final : public QObject, public StatusItemBackEnd {
 public:
     /// `identifier` is the bundle identifier. One item per connection. `timers` must outlive this object.
@@ -28,19 +28,19 @@ private:
     void onWatcherChanged();
     void registerWithWatcher();
     void sendRegistration();
-    void onRegistered(const QString& owner, const QDBusError& error);
+    void onRegistered(const QDBusError& error);
     void checkListed();
     void onLost();
-    void takeForNone(const QString& owner);
+    void takeForNone();
 
     TimerFactory& m_timers;
     ItemWatcher m_watcher;
     ExportedStatusItem m_exported;
     std::function<void()> m_availabilityChanged;
     bool m_isShown = false;
-    QString m_registeredWith;
-    QString m_refusedBy;
-    int m_losses = 0; ///< with the present watcher, since the item was last listed
+    QString m_registeredWith; ///< the unique name of the watcher; empty: none
+    bool m_isRefused = false; ///< by that watcher
+    int m_losses = 0;         ///< with the present watcher, since the item was last listed
     std::unique_ptr<OneShotTimer> m_listingTimer;
 };
 

@@ -25,8 +25,7 @@ public:
     explicit FakeItemWatcher(PrivateBus& bus, bool withHost = true)
         : hasHost(withHost)
         , m_bus(bus) {
-        m_connection.registerObject(QStringLiteral("/StatusNotifierWatcher"), this, QDBusConnection::ExportAllContents);
-        m_connection.registerService(QStringLiteral("org.kde.StatusNotifierWatcher"));
+        come();
     }
     ~FakeItemWatcher() override { m_bus.disconnect(m_connection); }
 
@@ -39,6 +38,17 @@ public:
     bool isListing = true; ///< whether what registers from now on is kept
     QStringList registered;
     QStringList listed;
+
+    /// Is the watcher no longer, and again, all the while as the same process.
+    void leave() {
+        m_connection.unregisterService(QStringLiteral("org.kde.StatusNotifierWatcher"));
+        m_connection.unregisterObject(QStringLiteral("/StatusNotifierWatcher"));
+        registered.clear();
+    }
+    void come() {
+        m_connection.registerObject(QStringLiteral("/StatusNotifierWatcher"), this, QDBusConnection::ExportAllContents);
+        m_connection.registerService(QStringLiteral("org.kde.StatusNotifierWatcher"));
+    }
 
     /// Lets the item go that another program would have on the connection with this name.
     void letGo(const QString& service) {
@@ -153,6 +163,23 @@ TEST_F(ItemProtocolStatusItemTest, IsNotAvailableWhereItWasRefused) {
     item.setShown(true);
     EXPECT_TRUE(becomes(Availability::unavailable));
     EXPECT_EQ(changes, 1);
+}
+
+TEST_F(ItemProtocolStatusItemTest, ComesBackWithTheSameWatcherEachTimeTheScreenWasLocked) {
+    FakeItemWatcher watcher(bus);
+    item.setShown(true);
+    for (int lock = 1; lock <= 3; ++lock) {
+        ASSERT_TRUE(watcher.waitForItem()) << lock;
+        exchange();
+        watcher.letGo(program.baseService()); // the item registers again, and nobody is there any more
+        watcher.leave();
+        EXPECT_TRUE(becomes(Availability::unavailable)) << lock;
+        exchange();
+        watcher.come();
+        EXPECT_TRUE(becomes(Availability::available)) << lock;
+    }
+    EXPECT_TRUE(watcher.waitForItem());
+    EXPECT_EQ(play(watcher, QStringLiteral("3s 3s")).toStdString(), "1");
 }
 
 TEST_F(ItemProtocolStatusItemTest, RegistersOnceMoreWithAPanelThatDoesNotKeepItAndThenGivesUp) {
