@@ -38,6 +38,9 @@ public:
     /// Takes the new face and tells the panel what changed, and nothing else.
     virtual void setFace(const ItemFace& face);
 
+    /// Tells once more what a panel may have missed while it made the item its own.
+    virtual void repeat() {}
+
     QString category() const { return QStringLiteral("SystemServices"); }
     QString id() const { return m_identifier; }
     QString status() const { return QStringLiteral("Active"); }
@@ -132,6 +135,7 @@ public:
     using StatusNotifierItemAdaptor::StatusNotifierItemAdaptor;
 
     void setFace(const ItemFace& face) override;
+    void repeat() override;
 
     QString label() const { return face().label; }
     /// The widest usual text, for panels that keep its room.
@@ -147,6 +151,13 @@ void LabelledItemAdaptor::setFace(const ItemFace& face) {
     if (label() != oldLabel) {
         Q_EMIT XAyatanaNewLabel(label(), labelGuide());
     }
+}
+
+void LabelledItemAdaptor::repeat() {
+    // GNOME's extension leaves a label out that changes while it reads the item, and takes the same one again for no
+    // change.
+    Q_EMIT XAyatanaNewLabel({}, labelGuide());
+    Q_EMIT XAyatanaNewLabel(label(), labelGuide());
 }
 
 namespace {
@@ -193,6 +204,12 @@ void ExportedStatusItem::setContent(const StatusItemContent& content) {
     if (content.title != old.title || content.toolTip != old.toolTip || content.outdatedLine != old.outdatedLine) {
         m_face = faceOf(content, *m_panel);
         m_item->setFace(m_face);
+    }
+}
+
+void ExportedStatusItem::repeat() {
+    if (m_item) {
+        m_item->repeat();
     }
 }
 

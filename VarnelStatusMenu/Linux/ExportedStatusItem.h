@@ -28,6 +28,9 @@ public:
     /// Tells the panel what changed, and nothing else.
     void setContent(const StatusItemContent& content);
 
+    /// Tells the panel once more what it may have missed while it made the item its own: the label.
+    void repeat();
+
 private:
     QDBusConnection m_connection;
     QString m_identifier;

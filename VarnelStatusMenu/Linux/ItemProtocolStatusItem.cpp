@@ -98,6 +98,7 @@ void ItemProtocolStatusItem::checkListed() {
     m_watcher.askWhetherListed([this](bool isListed) {
         if (isListed) {
             m_losses = 0;
+            m_exported.repeat();
         } else {
             onLost();
         }

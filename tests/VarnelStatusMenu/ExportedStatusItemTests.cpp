@@ -166,6 +166,19 @@ TEST_F(ExportedStatusItemTest, HasTheProtocolsPropertiesAndALabelOnlyInTheFormOf
     EXPECT_EQ(itemSpy.members(), "NewTitle NewToolTip XAyatanaNewLabel");
 }
 
+TEST_F(ExportedStatusItemTest, RepeatsTheLabelAsAChangeForPanelsThatMissedIt) {
+    item.repeat();
+    item.setPanel({TitleForm::square, KeyNames::xServer});
+    item.repeat(); // nothing, as it has no label
+    item.setPanel({TitleForm::label, KeyNames::xServer});
+    item.setContent(content(QStringLiteral("2.00 kW")));
+    item.repeat();
+    ASSERT_TRUE(waitUntil([this] { return itemSpy.messages.size() >= 5; }));
+    EXPECT_EQ(itemSpy.members(), "NewTitle NewToolTip XAyatanaNewLabel XAyatanaNewLabel XAyatanaNewLabel");
+    EXPECT_EQ(itemSpy.messages[3].arguments().value(0), QString());
+    EXPECT_EQ(itemSpy.messages[4].arguments().value(0), QStringLiteral("2.00 kW"));
+}
+
 TEST_F(ExportedStatusItemTest, TellsOnlyWhatChanged) {
     item.setContent(content(QStringLiteral("1.00 kW")));
     item.setPanel({TitleForm::square, KeyNames::xServer});
