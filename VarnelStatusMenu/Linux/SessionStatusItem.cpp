@@ -3,6 +3,7 @@
 #include <VarnelShared/Logging.h>
 #include <VarnelStatusMenu/Linux/ItemProtocolStatusItem.h>
 #include <VarnelStatusMenu/Linux/PanelFreeArea.h>
+#include <VarnelStatusMenu/Linux/ScreenLock.h>
 #include <VarnelStatusMenu/Linux/XEmbedStatusItem.h>
 
 #include <utility>
@@ -13,6 +14,9 @@ namespace {
 
 /// How long the session may be without a panel before the window opens.
 constexpr Seconds patience{10};
+
+/// While the screen is locked nobody misses a panel.
+constexpr Seconds lockedPatience{60};
 
 /// Many panels are of both kinds, and a starting one brings up its legacy tray first.
 constexpr Seconds settlingTime{1};
@@ -30,11 +34,16 @@ SessionStatusItem::BackEnds sessionBackEnds(const QString& identifier, TimerFact
 
 SessionStatusItem::SessionStatusItem(const QString& identifier, TimerFactory& timers)
     : SessionStatusItem(
-          [&](const StatusItemHandlers& handlers) { return sessionBackEnds(identifier, timers, handlers); }, timers) {}
+          [&](const StatusItemHandlers& handlers) { return sessionBackEnds(identifier, timers, handlers); },
+          [lock = std::make_shared<ScreenLock>(QDBusConnection::sessionBus())](auto handle) {
+              lock->ask(std::move(handle));
+          },
+          timers) {}
 
 SessionStatusItem::SessionStatusItem(const std::function<BackEnds(const StatusItemHandlers&)>& makeBackEnds,
-                                     TimerFactory& timers)
+                                     AskWhetherLocked askWhetherLocked, TimerFactory& timers)
     : m_timers(timers)
+    , m_askWhetherLocked(std::move(askWhetherLocked))
     , m_presenter(panelFreeArea)
     , m_backEnds(makeBackEnds(handlers())) {
     m_presenter.setCommandHandler(handlers().choose);
@@ -134,7 +143,20 @@ void SessionStatusItem::moveTo(StatusItemBackEnd& backEnd) {
 
 void SessionStatusItem::awaitPanel() {
     m_presenter.setWindowStandsForItem(true);
-    m_windowTimer = m_timers.schedule(patience, [this] { showFallbackWindow(); });
+    m_windowTimer = m_timers.schedule(patience, [this] { showFallbackWindowUnlessLocked(); });
+}
+
+void SessionStatusItem::showFallbackWindowUnlessLocked() {
+    m_askWhetherLocked([this](bool isLocked) {
+        if (m_current) {
+            return; // a panel has come meanwhile
+        }
+        if (isLocked) {
+            m_windowTimer = m_timers.schedule(lockedPatience, [this] { showFallbackWindowUnlessLocked(); });
+        } else {
+            showFallbackWindow();
+        }
+    });
 }
 
 void SessionStatusItem::showFallbackWindow() {

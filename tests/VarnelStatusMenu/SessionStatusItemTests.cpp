@@ -1,6 +1,8 @@
 #include "../Support/EventLoop.h"
 #include "../Support/HandTurnedTime.h"
+#include "../Support/PrivateBus.h"
 
+#include <VarnelStatusMenu/Linux/ScreenLock.h>
 #include <VarnelStatusMenu/Linux/SessionStatusItem.h>
 #include <VarnelStatusMenu/Window/OutputWindow.h>
 
@@ -41,6 +43,18 @@ private:
     std::function<void()> m_changed;
 };
 
+/// GNOME's service that tells of the lock.
+class FakeScreenSaver final : public QObject {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.gnome.ScreenSaver")
+
+public:
+    bool isActive = false;
+
+public Q_SLOTS:
+    bool GetActive() const { return isActive; }
+};
+
 struct SessionStatusItemTest : testing::Test {
     void start(Availability ofProtocol, Availability ofLegacy) {
         item = std::make_unique<SessionStatusItem>(
@@ -53,7 +67,7 @@ struct SessionStatusItemTest : testing::Test {
                 legacy = static_cast<FakeBackEnd*>(backEnds[1].get());
                 return backEnds;
             },
-            time);
+            [this](const auto& handle) { handle(isLocked); }, time);
         item->show({QStringLiteral("1.00 kW"), {}, {}, {}});
     }
 
@@ -74,14 +88,16 @@ struct SessionStatusItemTest : testing::Test {
                QString(isToStay ? u'W' : u'w').repeated(window() != nullptr) + u']';
     }
 
-    /// "p+" the panel of the protocol comes, "l-" the legacy tray goes, "show" the window is asked for, a number of
-    /// seconds passes; brackets are what `whereShown` must give then.
+    /// "p+" the panel of the protocol comes, "l-" the legacy tray goes, "show" the window is asked for, "lock" and
+    /// "unlock" the screen is, a number of seconds passes; brackets are what `whereShown` must give then.
     void play(const QString& script) {
         for (const QString& step : script.split(u' ')) {
             if (step.startsWith(u'[')) {
                 EXPECT_EQ(whereShown(), step);
             } else if (step == QLatin1String("show")) {
                 item->showWindow();
+            } else if (step.endsWith(QLatin1String("lock"))) {
+                isLocked = step == QLatin1String("lock");
             } else if (step.endsWith(u'+') || step.endsWith(u'-')) {
                 FakeBackEnd* changing = step.startsWith(u'p') ? protocol : legacy;
                 changing->become(step.endsWith(u'+') ? Availability::available : Availability::unavailable);
@@ -95,6 +111,7 @@ struct SessionStatusItemTest : testing::Test {
     StatusItemHandlers handlers;
     FakeBackEnd* protocol = nullptr;
     FakeBackEnd* legacy = nullptr;
+    bool isLocked = false;
     std::unique_ptr<SessionStatusItem> item;
 };
 
@@ -117,6 +134,8 @@ TEST_F(SessionStatusItemTest, IsShownInTheBestPanelThatIsThereElseInAWindow) {
          "p- 8 p+ [p] p- 8 p+ [p] p- 8 p+ 60 [p]"},
         {"window that was asked for", Availability::unavailable, Availability::unavailable,
          "show 20 [W] p+ [pw] p- [W]"},
+        {"no window behind a locked screen", Availability::available, Availability::unavailable,
+         "lock p- 600 [] unlock p+ [p] 600 [p] lock p- 600 [] unlock 61 [W]"},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
@@ -150,3 +169,30 @@ TEST_F(SessionStatusItemTest, EveryPanelHasTheContentAndTheHandlerOfTheMoment) {
     handlers.choose(StatusMenuCommand::signOut);
     EXPECT_EQ(chosen, std::vector{StatusMenuCommand::signOut});
 }
+
+TEST(ScreenLock, IsWhatGnomeTellsAndOpenWhereNobodyDoes) {
+    PrivateBus bus;
+    ScreenLock lock(bus.connect());
+    const auto isLocked = [&lock] {
+        std::optional<bool> answer;
+        lock.ask([&answer](bool given) { answer = given; });
+        EXPECT_FALSE(answer) << "the answer comes later";
+        EXPECT_TRUE(waitUntil([&answer] { return answer.has_value(); }));
+        return answer.value_or(false);
+    };
+    EXPECT_FALSE(isLocked());
+    FakeScreenSaver screenSaver;
+    QDBusConnection shell = bus.connect();
+    shell.registerObject(QStringLiteral("/org/gnome/ScreenSaver"), &screenSaver, QDBusConnection::ExportAllSlots);
+    shell.registerService(QStringLiteral("org.gnome.ScreenSaver"));
+    EXPECT_FALSE(isLocked());
+    screenSaver.isActive = true;
+    EXPECT_TRUE(isLocked());
+    {
+        ScreenLock gone(bus.connect());
+        gone.ask([](bool) { ADD_FAILURE() << "answered after its end"; });
+    }
+    settle();
+}
+
+#include "SessionStatusItemTests.moc"
