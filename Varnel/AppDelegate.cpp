@@ -124,8 +124,9 @@ void AppDelegate::rollOver(Timestamp instant) {
         return;
     }
     m_values.todayOutputKWh.reset();
+    // Each day has its own start and rise, also after one whose evening nobody has seen.
+    m_announcements->reset();
     if (m_values.powerKW && *m_values.powerKW <= 0) {
-        m_announcements->reset();
         m_announcements->handleProductionNotifications(*m_values.powerKW);
     }
 }

@@ -44,6 +44,11 @@ QCoro::Task<void> AppDelegate::bootstrap(BootstrapMode mode) {
         co_return;
     }
     m_connection.end(attempt);
+    if (!isSignedOut && !trimmed(m_settings.account).isEmpty()) {
+        // A keyring may come later, or be unlocked for another program.
+        m_retryTimer = m_platform.timers.schedule(Seconds(m_settings.pollInterval()),
+                                                  ifAlive(weak_from_this(), &AppDelegate::catchUp));
+    }
     updateStatusBar();
     if (!isSilent && !m_preferencesCoordinator.window()) {
         showPreferencesWindow(PreferencesInitialTab::account);
@@ -132,7 +137,9 @@ void AppDelegate::cancelSignIn() {
     m_connection.cancel();
     m_values.errorMessage.reset();
     m_retryTimer.reset();
-    if (m_connection.isConnected() && !m_pollingService) {
+    if (m_pollingService) {
+        m_pollingService->repeatIfFailing(); // its error went with the attempt's
+    } else if (m_connection.isConnected()) {
         startPolling();
     }
     qCInfo(lcApp, "Sign-in cancelled");

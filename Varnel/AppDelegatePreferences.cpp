@@ -16,8 +16,10 @@ void AppDelegate::showPreferencesWindow(PreferencesInitialTab initialTab) {
     m_preferencesCoordinator.close(); // first: what is still pending belongs into the new draft
     std::optional<QString> password;
     if (!m_settingsStore.isSignedOut()) { // else what the sign-out could not delete would be offered again
-        // What is in use needs no keychain, which may be slow.
-        password = m_connection.isConnected() ? m_connection.password() : m_storedPassword->read(m_settings.account);
+        // What is in use needs no keychain, which may be slow; but an attempt that is under way may be with a newer
+        // one.
+        const bool isInUse = m_connection.isConnected() && !m_connection.isUnderWay();
+        password = isInUse ? m_connection.password() : m_storedPassword->read(m_settings.account);
     }
     auto window = std::make_unique<PreferencesWindowController>(
         m_preferencesCoordinator.draft(password.value_or(QString())), m_connection.isConnected(),

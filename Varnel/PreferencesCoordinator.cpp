@@ -42,7 +42,11 @@ PreferencesCoordinator::AccountChange PreferencesCoordinator::save(const Prefere
     applyDockIconPreference();
     applyApplicationIconIfAvailable();
     applyLaunchAtLoginPreference(LaunchAtLoginRequest::save);
-    if (trimmed(before.account).compare(m_settings.account, Qt::CaseInsensitive) != 0) {
+    const QString formerAccount = trimmed(before.account);
+    if (formerAccount.isEmpty() && !m_settings.account.isEmpty()) {
+        return AccountChange::station; // nobody's history is to be removed, and this account's may be there
+    }
+    if (formerAccount.compare(m_settings.account, Qt::CaseInsensitive) != 0) {
         return AccountChange::account;
     }
     return trimmed(before.stationID) == m_settings.stationID ? AccountChange::none : AccountChange::station;

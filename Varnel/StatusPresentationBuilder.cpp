@@ -75,7 +75,8 @@ void StatusPresentationBuilder::addTexts(StatusPresentation& presentation, const
 
 std::optional<Timestamp> StatusPresentationBuilder::outdatedAt(const StatusValues& values,
                                                                const AppSettings& settings) {
-    if (!values.errorMessage || !values.powerKW || !values.lastUpdatedAt) {
+    const bool isKeptUpToDate = values.isConnected && !values.errorMessage;
+    if (isKeptUpToDate || !values.powerKW || !values.lastUpdatedAt) {
         return std::nullopt;
     }
     return *values.lastUpdatedAt + Seconds(2.0 * static_cast<double>(settings.clampedPollInterval()));

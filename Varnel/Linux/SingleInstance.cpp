@@ -33,8 +33,11 @@ SingleInstance::Role SingleInstance::claim() {
     if (bus.registerService(m_busName) || !bus.interface()->isServiceRegistered(m_busName)) {
         return Role::first;
     }
-    askOtherInstance();
-    return Role::later;
+    if (askOtherInstance()) {
+        return Role::later;
+    }
+    // It was about to end, or does not answer.
+    return bus.registerService(m_busName) ? Role::first : Role::later;
 }
 
 void SingleInstance::setActivationHandler(std::function<void()> handler) {
@@ -75,12 +78,13 @@ QString SingleInstance::objectPath() const {
     return QLatin1Char('/') + QString(m_busName).replace(QLatin1Char('.'), QLatin1Char('/'));
 }
 
-void SingleInstance::askOtherInstance() const {
+bool SingleInstance::askOtherInstance() const {
     QDBusMessage call = QDBusMessage::createMethodCall(
         m_busName, objectPath(), QStringLiteral("org.freedesktop.Application"), QStringLiteral("Activate"));
     call << QVariantMap{{activationToken, startActivationToken()}};
     // This process does nothing but this call and ends: waiting for the answer is its work.
-    QDBusConnection::sessionBus().call(call, QDBus::Block, askTimeoutMilliseconds);
+    const QDBusMessage reply = QDBusConnection::sessionBus().call(call, QDBus::Block, askTimeoutMilliseconds);
+    return reply.type() == QDBusMessage::ReplyMessage;
 }
 
 } // namespace Varnel

@@ -16,7 +16,7 @@ class SingleInstance final : public QObject, protected QDBusContext {
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
 public:
     enum class Role {
-        first, ///< this process is the instance; also where there is no session bus
+        first, ///< this process is the instance; also where there is no session bus, or the former one has just ended
         later, ///< another one is, and was asked to show itself
     };
 
@@ -42,7 +42,7 @@ public Q_SLOTS:
 
 private:
     QString objectPath() const;
-    void askOtherInstance() const;
+    bool askOtherInstance() const; ///< whether it has answered
 
     QString m_busName;
     std::function<void()> m_activate;

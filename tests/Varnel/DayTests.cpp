@@ -68,7 +68,7 @@ TEST_F(DayTest, ProductionIsAnnouncedByItsOwnSwitchAlone) {
     EXPECT_EQ(notificationCenter->added.back().title, QStringLiteral("Production Ended"));
 }
 
-TEST_F(DayTest, EachMorningStartsAndRisesAnewAfterANightOfZeroWatts) {
+TEST_F(DayTest, EachMorningStartsAndRisesAnewAfterANightOfZeroWattsOrOneThatNobodySaw) {
     storeAccount();
     AppSettings settings = storedSettings();
     settings.notifyOnProductionStart = true;
@@ -82,7 +82,8 @@ TEST_F(DayTest, EachMorningStartsAndRisesAnewAfterANightOfZeroWatts) {
     const Timestamp firstDay = Calendar::startOfDay(time.now());
     for (int day = 1; day <= 3; ++day) {
         const Timestamp morning = firstDay + Seconds(day * 86400.0 + 6 * 3600);
-        for (const auto& [hours, kilowatts] : {std::pair(-10, 0.0), {0, 0.0}, {1, 0.4}, {3, 1.2}, {4, 0.9}, {5, 1.3}}) {
+        for (const auto& [hours, kilowatts] :
+             {std::pair(-10, day == 2 ? 1.5 : 0.0), {0, 0.0}, {1, 0.4}, {3, 1.2}, {4, 0.9}, {5, 1.3}}) {
             time.advance(morning + Seconds(hours * 3600.0) - time.now());
             controller->handlePollResult(PowerReading{kilowatts, 5.0, station, time.now()});
         }

@@ -74,6 +74,21 @@ TEST_F(PasswordTest, WhatTheFormerAccountLeftIsSaidAlsoAfterAnotherHasConnected)
     EXPECT_TRUE(isSaid(QStringLiteral("could not be deleted")));
 }
 
+TEST_F(PasswordTest, AKeyringThatIsUnlockedLaterIsFoundWithoutAnybodysHelp) {
+    storeAccount();
+    keychain.status = keychainInteractionNotAllowed;
+    launch();
+    EXPECT_TRUE(waitUntil([this] { return controller->preferencesCoordinator().window() != nullptr; }));
+    for (int tries = 1; tries <= 2; ++tries) {
+        time.advance(Seconds(300));
+        settle();
+        EXPECT_EQ(requestCount(), 0U);
+    }
+    keychain.status = keychainSuccess;
+    time.advance(Seconds(300));
+    EXPECT_TRUE(waitForTitle("3.42 kW"));
+}
+
 TEST_F(PasswordTest, ASlowKeyringSignsInWhenItAnswersAndNobodyIsAskedMeanwhile) {
     storeAccount();
     keychain.isSlow = true;

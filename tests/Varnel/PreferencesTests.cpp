@@ -79,6 +79,21 @@ TEST_F(PreferencesTest, AnotherAccountShowsNothingOfTheFormerOne) {
     EXPECT_FALSE(QFile::exists(dataFolder.filePath(QStringLiteral("com.varnel.menubar/output-history.json"))));
 }
 
+TEST_F(PreferencesTest, AnAccountThatIsTypedAgainAfterItsSettingsWereLostFindsItsHistory) {
+    launchConnected();
+    ASSERT_EQ(controller->todayOutput().samples().size(), 1U);
+    const AppSettings lost = storedSettings();
+    AppSettingsStore(userDefaults).save(AppSettings::defaults());
+    time.advance(Seconds(60));
+    launch();
+    PreferencesDraft draft = currentDraft();
+    draft.baseURL = lost.baseURL;
+    draft.account = lost.account;
+    draft.password = QStringLiteral("sunshine");
+    EXPECT_TRUE(await(controller->applyPreferences(draft)));
+    EXPECT_TRUE(waitUntil([&] { return controller->todayOutput().samples().size() >= 2; }));
+}
+
 TEST_F(PreferencesTest, APollInFlightDoesNotBringTheFormerStationBack) {
     launchConnected();
     const std::size_t before = requestCount();
@@ -194,6 +209,23 @@ TEST_F(PreferencesTest, ASaveThatIsCancelledBeforeItsSignInLeavesTheConnectionAt
     simulator.behaviour().powerScript = {1.5};
     time.advance(Seconds(300));
     EXPECT_TRUE(waitForTitle("1.50 kW"));
+}
+
+TEST_F(PreferencesTest, ACancelledSignInHidesNoFailure) {
+    launchConnected();
+    simulator.behaviour().faults = {Simulator::Fault()};
+    controller->refresh();
+    const QString failure = QStringLiteral("SEMS service is temporarily unavailable. Try again shortly.");
+    ASSERT_TRUE(waitUntil([&] { return controller->presentation().errorLine == failure; }));
+    PreferencesDraft draft = currentDraft();
+    draft.notifyOnProductionStart = true; // the permission is asked for first
+    auto save = controller->applyPreferences(draft);
+    controller->showPreferencesWindow(PreferencesInitialTab::account);
+    QAbstractButton* button = buttonNamed(QStringLiteral("&Cancel"));
+    ASSERT_TRUE(button);
+    button->click();
+    EXPECT_TRUE(await(std::move(save)));
+    EXPECT_TRUE(waitUntil([&] { return controller->presentation().errorLine == failure; }));
 }
 
 TEST_F(PreferencesTest, ThePaneAsksForTheFieldThatIsWantedAndTellsWhatWasAnswered) {

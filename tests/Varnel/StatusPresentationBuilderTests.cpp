@@ -42,6 +42,7 @@ TEST(StatusPresentationBuilder, ShowsWhatIsKnownAndAChartOnlyWhileConnected) {
     EXPECT_EQ(shown.outputChartValues, std::vector<double>{2.0});
     EXPECT_EQ(shown.outputChartPointLabels, QStringList{QStringLiteral("09:00")});
     EXPECT_EQ(shown.outputChartYAxisMaxKW, 2.1);
+    EXPECT_TRUE(build({.powerKW = 0.05, .lastUpdatedAt = june(1, 8, 0)}).outdatedLine) << "nobody renews it any more";
     settings.showOutputChart = false;
     EXPECT_FALSE(build({.isConnected = true}).showOutputChart);
     EXPECT_TRUE(build({.isConnected = true}).outputChartPointLabels.isEmpty());
