@@ -6,11 +6,13 @@
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
+#include <QDBusServiceWatcher>
 #include <QDBusVariant>
 #include <QEvent>
 #include <QGuiApplication>
 #include <QPalette>
 
+#include <limits>
 #include <utility>
 
 namespace Varnel {
@@ -24,7 +26,8 @@ const auto appearanceGroup = QStringLiteral("org.freedesktop.appearance");
 const auto colorSchemeKey = QStringLiteral("color-scheme");
 constexpr uint preferDark = 1;
 constexpr uint preferLight = 2;
-constexpr int portalTimeoutMilliseconds = 5000;
+/// None: the bus starts the portal for the question, which takes its time at a login, and nothing waits for the answer.
+constexpr int noTimeout = std::numeric_limits<int>::max();
 
 class ConnectedObservation final : public Appearance::Observation {
 public:
@@ -45,6 +48,9 @@ PortalAppearance::PortalAppearance() {
         // Any sender: naming one would have QtDBus ask the bus for it and wait. The signal only makes us ask again.
         bus.connect({}, portalPath, portalInterface, QStringLiteral("SettingChanged"),
                     {appearanceGroup, colorSchemeKey}, {}, this, SLOT(askPortal()));
+        // One that is started anew has told nobody of what changed meanwhile.
+        auto* portal = new QDBusServiceWatcher(portalService, bus, QDBusServiceWatcher::WatchForRegistration, this);
+        connect(portal, &QDBusServiceWatcher::serviceRegistered, this, &PortalAppearance::askPortal);
         askPortal();
     }
 }
@@ -72,8 +78,7 @@ void PortalAppearance::askPortal() {
     QDBusMessage call =
         QDBusMessage::createMethodCall(portalService, portalPath, portalInterface, QStringLiteral("Read"));
     call << appearanceGroup << colorSchemeKey;
-    auto* watcher =
-        new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(call, portalTimeoutMilliseconds), this);
+    auto* watcher = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(call, noTimeout), this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher] {
         watcher->deleteLater();
         const QDBusPendingReply<QDBusVariant> reply = *watcher;

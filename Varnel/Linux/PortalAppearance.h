@@ -9,8 +9,8 @@
 namespace Varnel {
 
 /// The desktop portal's "color-scheme" setting with its change signal; where the portal says nothing, the lightness of
-/// the application's palette with its changes. Asks the portal without waiting, at the start and after each change:
-/// until the first answer is there the palette decides. The colours of the windows follow, too
+/// the application's palette with its changes. Asks the portal without waiting, at the start, after each change and
+/// when it comes anew: until the first answer is there the palette decides. The colours of the windows follow, too
 /// (`followDarkPreference`).
 class PortalAppearance final : public QObject, public Appearance {
     Q_OBJECT

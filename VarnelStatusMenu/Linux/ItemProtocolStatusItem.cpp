@@ -16,6 +16,9 @@ constexpr Seconds listingTime{3};
 
 constexpr int mostLosses = 1;
 
+/// A panel that is busy with a login or an unlock does not tell at once whether it lists the item.
+constexpr int mostListingChecks = 5;
+
 } // namespace
 
 ItemProtocolStatusItem::ItemProtocolStatusItem(const QDBusConnection& connection, const QString& identifier,
@@ -91,17 +94,21 @@ void ItemProtocolStatusItem::onRegistered(const QDBusError& error) {
         qCInfo(lcApp, "Status item registered with the panel");
     }
     // A busy panel reads the registration later; one that died is replaced by the next.
-    m_listingTimer = m_timers.schedule(listingTime, [this] { checkListed(); });
+    checkListedLater(mostListingChecks);
 }
 
-void ItemProtocolStatusItem::checkListed() {
-    m_watcher.askWhetherListed([this](bool isListed) {
-        if (isListed) {
-            m_losses = 0;
-            m_exported.repeat();
-        } else {
-            onLost();
-        }
+void ItemProtocolStatusItem::checkListedLater(int mostChecks) {
+    m_listingTimer = m_timers.schedule(listingTime, [this, mostChecks] {
+        m_watcher.askWhetherListed([this, mostChecks](std::optional<bool> isListed) {
+            if (isListed.value_or(false)) {
+                m_losses = 0;
+                m_exported.repeat();
+            } else if (isListed) {
+                onLost();
+            } else if (mostChecks > 1) {
+                checkListedLater(mostChecks - 1);
+            }
+        });
     });
 }
 

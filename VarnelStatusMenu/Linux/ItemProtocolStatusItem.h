@@ -29,7 +29,7 @@ private:
     void registerWithWatcher();
     void sendRegistration();
     void onRegistered(const QDBusError& error);
-    void checkListed();
+    void checkListedLater(int mostChecks);
     void onLost();
     void takeForNone();
 

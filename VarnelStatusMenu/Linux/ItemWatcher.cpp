@@ -132,13 +132,15 @@ void ItemWatcher::askForHost() {
     });
 }
 
-void ItemWatcher::askWhetherListed(std::function<void(bool isListed)> handle) {
+void ItemWatcher::askWhetherListed(std::function<void(std::optional<bool> isListed)> handle) {
     askForProperty(QStringLiteral("RegisteredStatusNotifierItems"), [this, handle = std::move(handle)](
                                                                         const QDBusMessage& reply) {
+        std::optional<bool> isListed;
         if (isReply(reply)) {
             const QStringList items = valueOf(reply).toStringList();
-            handle(std::any_of(items.begin(), items.end(), [this](const QString& item) { return isOwnItem(item); }));
+            isListed = std::any_of(items.begin(), items.end(), [this](const QString& item) { return isOwnItem(item); });
         }
+        handle(isListed);
     });
 }
 

@@ -9,6 +9,7 @@
 #include <QObject>
 
 #include <functional>
+#include <optional>
 
 namespace Varnel {
 
@@ -35,8 +36,9 @@ public:
     /// fires.
     QDBusPendingCall registerItem() const;
 
-    /// Calls `handle` with whether the watcher lists the item; not at all when the watcher changes or does not tell.
-    void askWhetherListed(std::function<void(bool isListed)> handle);
+    /// Calls `handle` with whether the watcher lists the item; with none where it does not tell in three seconds, and
+    /// not at all when the watcher changes meanwhile.
+    void askWhetherListed(std::function<void(std::optional<bool> isListed)> handle);
 
 Q_SIGNALS:
     /// The availability or the owner changed.

@@ -45,6 +45,9 @@ void addItem(QMenu& menu, const ExportedMenuItem& item, const StatusItemHandlers
         QObject::connect(
             action, &QAction::triggered, action, [open = handlers.openMenu] { open(std::nullopt); },
             Qt::QueuedConnection);
+    } else if (item.kind == ExportedMenuItem::Kind::showWindow) {
+        QObject::connect(
+            action, &QAction::triggered, action, [show = handlers.showWindow] { show(); }, Qt::QueuedConnection);
     } else if (item.command) {
         QObject::connect(action, &QAction::triggered, action,
                          [choose = handlers.choose, command = *item.command] { choose(command); });

@@ -29,12 +29,15 @@ class Portal final : public QObject {
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.Settings")
 
 public:
-    Portal() {
+    explicit Portal(uint scheme)
+        : m_scheme(scheme) {
         qRegisterMetaType<QDBusVariant>(); // of the signal
         m_connection.registerObject(QStringLiteral("/org/freedesktop/portal/desktop"), this,
                                     QDBusConnection::ExportScriptableSlots | QDBusConnection::ExportScriptableSignals);
         m_connection.registerService(QStringLiteral("org.freedesktop.portal.Desktop"));
     }
+
+    ~Portal() override { sessionBus().disconnect(m_connection); }
 
     void setColorScheme(uint scheme) {
         m_scheme = scheme;
@@ -53,11 +56,11 @@ private:
     const QString group = QStringLiteral("org.freedesktop.appearance");
     const QString key = QStringLiteral("color-scheme");
     QDBusConnection m_connection = sessionBus().connect();
-    uint m_scheme = 0;
+    uint m_scheme;
 };
 
 TEST(PortalAppearance, OpenWindowsFollowTheDarkPreferenceAndComeBack) {
-    Portal portal;
+    Portal portal(0);
     PortalAppearance appearance;
     int changes = 0;
     const auto observation = appearance.observe([&changes] { ++changes; });
@@ -74,6 +77,14 @@ TEST(PortalAppearance, OpenWindowsFollowTheDarkPreferenceAndComeBack) {
         EXPECT_EQ(palette.color(QPalette::Window).lightness() < palette.color(QPalette::WindowText).lightness(),
                   scheme == dark);
         EXPECT_TRUE(scheme == dark || palette.color(QPalette::Window) == usual);
+    }
+}
+
+TEST(PortalAppearance, APortalThatComesLateOrAnewIsAsked) {
+    PortalAppearance appearance;
+    for (const uint scheme : {1U, 2U, 1U}) {
+        const Portal portal(scheme);
+        EXPECT_TRUE(waitUntil([&] { return appearance.isDark() == (scheme == 1); })) << scheme;
     }
 }
 

@@ -42,12 +42,21 @@ public:
     /// Is the watcher no longer, and again, all the while as the same process.
     void leave() {
         m_connection.unregisterService(QStringLiteral("org.kde.StatusNotifierWatcher"));
-        m_connection.unregisterObject(QStringLiteral("/StatusNotifierWatcher"));
+        setAnswering(false);
         registered.clear();
     }
     void come() {
-        m_connection.registerObject(QStringLiteral("/StatusNotifierWatcher"), this, QDBusConnection::ExportAllContents);
+        setAnswering(true);
         m_connection.registerService(QStringLiteral("org.kde.StatusNotifierWatcher"));
+    }
+
+    void setAnswering(bool isAnswering) {
+        if (isAnswering) {
+            m_connection.registerObject(QStringLiteral("/StatusNotifierWatcher"), this,
+                                        QDBusConnection::ExportAllContents);
+        } else {
+            m_connection.unregisterObject(QStringLiteral("/StatusNotifierWatcher"));
+        }
     }
 
     /// Lets the item go that another program would have on the connection with this name.
@@ -91,6 +100,8 @@ struct ItemProtocolStatusItemTest : testing::Test {
                 watcher.letGo(program.baseService());
             } else if (step == QStringLiteral("other")) {
                 watcher.letGo(program.baseService() + QLatin1Char('0'));
+            } else if (step == QStringLiteral("busy") || step == QStringLiteral("ready")) {
+                watcher.setAnswering(step == QStringLiteral("ready"));
             } else if (step == QStringLiteral("3s")) {
                 time.advance(Seconds(3));
             } else {
@@ -185,16 +196,19 @@ TEST_F(ItemProtocolStatusItemTest, ComesBackWithTheSameWatcherEachTimeTheScreenW
 TEST_F(ItemProtocolStatusItemTest, RegistersOnceMoreWithAPanelThatDoesNotKeepItAndThenGivesUp) {
     item.setShown(true);
     // "drop" the watcher lets the item go, "other" another's whose name begins like ours; "+" and "-" it lists what
-    // registers or not; "3s" that time passes. Expected: how often the item was registered, and "!" when it is given
-    // up.
+    // registers or not; "busy" and "ready" it answers or not; "3s" that time passes. Expected: how often the item was
+    // registered, and "!" when it is given up.
     const std::pair<const char*, const char*> rows[] = {
+        // clang-format off
         {"3s 3s", "1"},
         {"other 3s", "1"},
         {"drop 3s", "2"},
         {"drop drop", "2!"},
         {"drop 3s drop 3s", "3"},
+        {"drop busy 3s ready 3s drop 3s", "3"},
         {"- drop 3s", "2!"},
         {"drop drop drop 3s", "2!"},
+        // clang-format on
     };
     for (const auto& [script, expected] : rows) {
         FakeItemWatcher watcher(bus);
