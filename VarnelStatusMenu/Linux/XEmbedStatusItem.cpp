@@ -31,7 +31,8 @@ QIcon titleIcon(const QString& title, TitleAge age) {
     return icon;
 }
 
-void addItem(QMenu& menu, const ExportedMenuItem& item, const StatusItemHandlers& handlers) {
+/// `owner` outlives the menu, which is gone when what is chosen in it happens.
+void addItem(QMenu& menu, const ExportedMenuItem& item, const StatusItemHandlers& handlers, QObject& owner) {
     if (item.kind == ExportedMenuItem::Kind::separator) {
         menu.addSeparator();
         return;
@@ -43,11 +44,11 @@ void addItem(QMenu& menu, const ExportedMenuItem& item, const StatusItemHandlers
     action->setEnabled(item.isEnabled);
     if (item.kind == ExportedMenuItem::Kind::showChart) {
         QObject::connect(
-            action, &QAction::triggered, action, [open = handlers.openMenu] { open(std::nullopt); },
+            action, &QAction::triggered, &owner, [open = handlers.openMenu] { open(std::nullopt); },
             Qt::QueuedConnection);
     } else if (item.kind == ExportedMenuItem::Kind::showWindow) {
         QObject::connect(
-            action, &QAction::triggered, action, [show = handlers.showWindow] { show(); }, Qt::QueuedConnection);
+            action, &QAction::triggered, &owner, [show = handlers.showWindow] { show(); }, Qt::QueuedConnection);
     } else if (item.command) {
         QObject::connect(action, &QAction::triggered, action,
                          [choose = handlers.choose, command = *item.command] { choose(command); });
@@ -56,11 +57,11 @@ void addItem(QMenu& menu, const ExportedMenuItem& item, const StatusItemHandlers
 
 /// Pops up the text menu at the pointer, as a panel would that draws such menus by itself. It keeps its rows until it
 /// closes, and frees itself then.
-void popUpPlainMenu(const ExportedMenu& rows, const StatusItemHandlers& handlers) {
+void popUpPlainMenu(const ExportedMenu& rows, const StatusItemHandlers& handlers, QObject& owner) {
     auto* menu = new QMenu;
     menu->setAttribute(Qt::WA_DeleteOnClose);
     for (const ExportedMenuItem& item : rows) {
-        addItem(*menu, item, handlers);
+        addItem(*menu, item, handlers, owner);
     }
     menu->ensurePolished();
     menu->popup(movedInside(panelFreeArea(QCursor::pos()), QCursor::pos(), menu->sizeHint()));
@@ -191,7 +192,7 @@ void XEmbedStatusItem::makeIcon() {
     m_icon = std::make_unique<QSystemTrayIcon>();
     connect(m_icon.get(), &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason reason) {
         if (reason == QSystemTrayIcon::Context) {
-            popUpPlainMenu(exportedMenu(m_content.menu), m_handlers);
+            popUpPlainMenu(exportedMenu(m_content.menu), m_handlers, *this);
         } else {
             m_handlers.openMenu(std::nullopt);
         }
