@@ -2,6 +2,7 @@
 
 #include <Varnel/AppErrorMapper.h>
 
+#include <VarnelShared/Calendar.h>
 #include <VarnelShared/Logging.h>
 #include <VarnelShared/Task.h>
 
@@ -51,12 +52,17 @@ void AppDelegate::handlePollResult(Result<PowerReading> result) {
 
 void AppDelegate::takeReading(const PowerReading& reading) {
     rollOver(reading.capturedAt);
+    const bool isFirstOfDay =
+        m_values.lastUpdatedAt && !Calendar::isSameDay(*m_values.lastUpdatedAt, reading.capturedAt);
     m_values.powerKW = reading.kilowatts;
     m_values.todayOutputKWh = reading.todayOutputKWh;
     m_values.lastUpdatedAt = reading.capturedAt;
-    if (reading.stationID != m_settings.preferredStationID().value_or(QString())) {
+    const bool isOfAnotherStation = reading.stationID != m_settings.preferredStationID().value_or(QString());
+    if (isOfAnotherStation) {
         // Before the sample is recorded, so that it goes to the day of the station it was read from.
         adoptStation(reading.stationID);
+    }
+    if (isOfAnotherStation || (isFirstOfDay && !m_values.systemSizeKW)) {
         startTask("refresh of the system size", ifAlive(weak_from_this(), &AppDelegate::refreshSystemSizeIfPossible));
     }
     m_todayOutput.record(reading.kilowatts, reading.capturedAt);

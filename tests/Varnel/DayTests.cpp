@@ -96,6 +96,24 @@ TEST_F(DayTest, EachMorningStartsAndRisesAnewAfterANightOfZeroWattsOrOneThatNobo
     }
 }
 
+TEST_F(DayTest, ASystemSizeThatCouldNotBeHadIsAskedForAgainTheNextDay) {
+    launchConnected(); // and knows its station from now on
+    Simulator::Fault fault;
+    fault.path = QStringLiteral("*User*"); // the lists of stations
+    simulator.behaviour().faults = {fault};
+    launch();
+    ASSERT_TRUE(waitForTitle("3.42 kW"));
+    EXPECT_EQ(controller->values().systemSizeKW, std::nullopt);
+    simulator.behaviour().faults = {};
+    const std::size_t before = requestCount();
+    time.advance(Seconds(300));
+    EXPECT_TRUE(waitForRequests(before + 1));
+    settle();
+    EXPECT_EQ(controller->values().systemSizeKW, std::nullopt) << "not with each reading";
+    time.advance(Calendar::startOfNextDay(time.now()).value() - time.now() + Seconds(300));
+    EXPECT_TRUE(waitUntil([this] { return controller->values().systemSizeKW.has_value(); }));
+}
+
 TEST_F(DayTest, TodaysEnergyIsUnknownUntilAReadingOfTheDayBringsIt) {
     launchConnected();
     simulator.behaviour().faults = {Simulator::Fault()};
