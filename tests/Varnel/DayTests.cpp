@@ -108,7 +108,7 @@ TEST_F(DayTest, ASystemSizeThatCouldNotBeHadIsAskedForAgainTheNextDay) {
     const std::size_t before = requestCount();
     time.advance(Seconds(300));
     EXPECT_TRUE(waitForRequests(before + 1));
-    settle();
+    Testing::settle();
     EXPECT_EQ(controller->values().systemSizeKW, std::nullopt) << "not with each reading";
     time.advance(Calendar::startOfNextDay(time.now()).value() - time.now() + Seconds(300));
     EXPECT_TRUE(waitUntil([this] { return controller->values().systemSizeKW.has_value(); }));

@@ -73,7 +73,7 @@ TEST(PortalAppearance, OpenWindowsFollowTheDarkPreferenceAndComeBack) {
         portal.setColorScheme(scheme);
         EXPECT_TRUE(waitUntil([&] { return changes > changesBefore; })) << scheme;
         EXPECT_EQ(appearance.isDark(), scheme == dark);
-        const QPalette palette = window.palette();
+        const QPalette& palette = window.palette();
         EXPECT_EQ(palette.color(QPalette::Window).lightness() < palette.color(QPalette::WindowText).lightness(),
                   scheme == dark);
         EXPECT_TRUE(scheme == dark || palette.color(QPalette::Window) == usual);
